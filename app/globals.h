@@ -1,0 +1,83 @@
+// SPDX-License-Identifier: MIT
+// SPDX-FileCopyrightText: 2026 plotvw contributors
+//
+// The program-wide state: paths, settings, the current file. Every room reads it; nothing here
+// knows a window. One GUI thread reads and writes it, so there are no locks.
+#pragma once
+
+#include "support/rect.h"
+
+#include <cstddef>
+#include <cstdint>
+
+class QApplication;
+class AppWindow;
+class DrawView;
+class CLog;
+
+/// Bytes in a path buffer, with the terminating NUL.
+constexpr size_t kPathSize = 1024;
+/// Bytes in the working-directory buffer of the "-cwd=" option, with the terminating NUL.
+constexpr size_t kWorkingDirSize = 2048;
+/// Bytes in a version text, NUL-padded; the settings file stores all of them.
+constexpr size_t kVersionSize = 10;
+
+// The host's command-line jobs, as bits of giCmdArg.
+constexpr int kJobPrint = 1; // -p
+constexpr int kJobJpeg = 2;  // -c=1
+constexpr int kJobEps = 4;   // -c=2
+
+// Paths and names: local 8-bit text, NUL-terminated.
+extern char gszPlffileOrig[kPathSize];             // full path of the current file; "" = none
+extern char gszPlffileName[kPathSize];             // its name without the directory
+extern char gszCurdir[kPathSize];                  // working directory at start-up
+extern char gszCurrentWorkingDir[kWorkingDirSize]; // -cwd=: directory of exported files
+extern char gszExePath[kPathSize];                 // directory of the executable
+extern char gszExename[kPathSize];                 // kept for the table's sake: nothing uses it
+extern char gszHomedir[kPathSize];                 // $HOME
+extern char gszTmppath[kPathSize];                 // temporary directory
+extern char gszCvtFilenameBase[kPathSize];         // base name of exported files (-cf=)
+extern char gszCvtFilename[kPathSize];             // full name of the export under way
+extern char gszCvtSavePath[kPathSize];             // work buffer of MakeCvtSavePath
+extern char gszKrvServerName[kPathSize];           // -svrname=: the host's local server
+
+// Settings and state.
+extern char gszVersion[kVersionSize];     // program version
+extern char gszFileVersion[kVersionSize]; // version stamp of the settings file
+extern Rect grWinPos;                     // window position and client size
+extern int gfCmdlineWndpos;               // 1 = -wp= was given
+extern bool gbBkClrWhite;                 // white background instead of the file's own
+extern int giCmdArg;                      // pending jobs (kJobPrint | kJobJpeg | kJobEps)
+extern bool gbCmdQuit;                    // -q: quit when no job is pending
+extern int giCmdPrintOrientation;         // 0 landscape, 1 portrait
+extern int giCmdPrintPapertype;           // 0 Letter, 2 A4, anything else Legal
+extern bool gbIsTempFile;                 // the current file is the host's temporary copy
+extern int giAutosave;                    // 1 = write the settings file on closing
+extern int giExportQuality;               // JPEG quality in tenths (10 = 100)
+extern int giPrtMinLineWidth;             // thinnest printed pen
+extern int giPageX, giPageY;              // shift of the printed page, printer pixels
+extern double gdPageSizeX, gdPageSizeY;   // size factors of the printed page
+extern int gfEpsUseBkClr;                 // EPS: fill the background
+extern int gfEpsCvt2Blk;                  // EPS: all lines black
+extern double gdEpsCvtScale;              // EPS: scale of the output
+extern int giEpsMinLineWidth;             // EPS: thinnest line
+extern unsigned long gdwBackClrEPS;       // EPS: palette index of the background
+extern int gfPrtWht2Blk;                  // print white lines black; nothing sets it
+extern unsigned long gdwLineClrFlag;      // 0 own colours, 1 all black, 2 through gwLineClrMap
+extern uint16_t gwLineClrMap[16];         // line colour map, identity
+extern unsigned long gdwDebug;            // trace level that is written
+extern unsigned long gdwDrawMode;         // kept for the table's sake: nothing uses it
+extern unsigned long gdwHpglNumPens;      // kept for the table's sake: nothing uses it
+extern uint16_t gwHpglClrMap[16];         // kept for the table's sake: nothing uses it
+
+// The loaded file.
+extern char* gpPlfmembuf;          // its bytes and a zero tail; malloc'ed, null = none
+extern unsigned long gdwFilesize;  // data bytes in gpPlfmembuf
+extern unsigned long gdwBkClrFile; // background palette index of the last pass, 0..16
+extern unsigned long gdwVectorCnt; // vectors drawn by the last pass
+
+// The objects that make up the running program; all null until main has made them.
+extern QApplication* gpAppMain; // nothing reads it
+extern AppWindow* gpMainwnd;
+extern DrawView* gpDraw;
+extern CLog* gpLog; // start-up does not open a log

@@ -1,0 +1,27 @@
+# SPDX-License-Identifier: MIT
+# SPDX-FileCopyrightText: 2026 plotvw contributors
+#
+# What every target of the project is compiled with, as one interface library.
+add_library(plotvw_flags INTERFACE)
+target_include_directories(plotvw_flags INTERFACE ${PROJECT_SOURCE_DIR})
+target_compile_definitions(plotvw_flags INTERFACE QT_NO_FOREACH QT_NO_CAST_FROM_ASCII
+                                                  QT_NO_CAST_TO_ASCII)
+target_compile_options(plotvw_flags INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion
+                                              -Wsign-conversion -Wold-style-cast -Wundef
+                                              -Wnon-virtual-dtor -Woverloaded-virtual)
+if(PLOTVW_WERROR)
+  target_compile_options(plotvw_flags INTERFACE -Werror)
+endif()
+if(PLOTVW_SANITIZE)
+  # float-cast-overflow is not part of "undefined" and is what a huge zoom factor would trip.
+  set(sanitizers -fsanitize=address,undefined,float-cast-overflow -fno-sanitize-recover=all)
+  target_compile_options(plotvw_flags INTERFACE ${sanitizers} -fno-omit-frame-pointer)
+  target_link_options(plotvw_flags INTERFACE ${sanitizers})
+endif()
+
+# plotvw_library(NAME sources... LINKS targets...): one static library per folder.
+function(plotvw_library name)
+  cmake_parse_arguments(arg "" "" "LINKS" ${ARGN})
+  add_library(${name} STATIC ${arg_UNPARSED_ARGUMENTS})
+  target_link_libraries(${name} PUBLIC plotvw_flags ${arg_LINKS})
+endfunction()

@@ -1,0 +1,79 @@
+// SPDX-License-Identifier: MIT
+// SPDX-FileCopyrightText: 2026 plotvw contributors
+#include "support/config.h"
+
+#include "app/globals.h"
+#include "support/files.h"
+#include "support/text.h"
+#include "support/values.h"
+
+#include <algorithm>
+#include <cstring>
+#include <iterator>
+
+namespace {
+
+// Longer lines are taken as several: in pieces of 1023 characters, each a line by itself.
+constexpr int kLineSize = 1024;
+
+struct ConfigKey
+{
+    const char* name;
+    void (*apply)(char* value);
+};
+
+// The first of these that occurs in a line decides it, so the order is part of the format.
+// clang-format off
+constexpr ConfigKey kKeys[] = {
+    // key                     value
+    {"printer_min_linewidth",  [](char* value) { giPrtMinLineWidth = TextToInt(value); }},
+    {"printer_page_shift",     [](char* value) { GetIntPair(value, &giPageX, &giPageY); }},
+    {"printer_page_size",      [](char* value) { GetDoublePair(value, &gdPageSizeX, &gdPageSizeY); }},
+    {"printer_paper_type",     [](char* value) { giCmdPrintPapertype = TextToInt(value); }},
+    {"export_quality",         [](char* value) { giExportQuality = TextToInt(value); }},
+    {"eps_cvt_lines_to_black", [](char* value) { GetIntYesNo(value, &gfEpsCvt2Blk); }},
+    {"eps_include_background", [](char* value) { GetIntYesNo(value, &gfEpsUseBkClr); }},
+    {"eps_scalefactor",        [](char* value) { GetDouble(value, &gdEpsCvtScale); }},
+    {"autosave",               [](char* value) { GetIntYesNo(value, &giAutosave); }},
+};
+// clang-format on
+
+// A key counts wherever it occurs, also inside a longer word, and the value follows the first '='
+// of the line whatever stands before it: deliberate, files in the field rely on neither being
+// checked. A key without '=' has no value and is ignored.
+void ApplyLine(char* line)
+{
+    if (line[0] == '#')
+        return;
+    const auto occurs = [line](const ConfigKey& key) { return std::strstr(line, key.name); };
+    const auto* key = std::find_if(std::begin(kKeys), std::end(kKeys), occurs);
+    char* equals = std::strchr(line, '=');
+    if (key != std::end(kKeys) && equals != nullptr)
+        key->apply(equals + 1);
+}
+
+FilePtr OpenCfgFile(const char* directory)
+{
+    char path[kPathSize];
+    return FilePtr(GetCfgPath(path, directory) ? OpenForReading(path) : nullptr);
+}
+
+} // namespace
+
+int ReadCfgFile()
+{
+    FilePtr file = OpenCfgFile(gszHomedir);
+    if (!file)
+        file = OpenCfgFile(gszExePath);
+    if (!file)
+        return -1;
+    char line[kLineSize];
+    while (std::fgets(line, sizeof line, file.get()) != nullptr)
+        ApplyLine(line);
+    return 0;
+}
+
+bool GetCfgPath(char* dst, const char* directory)
+{
+    return FormatPath(dst, "the path of the configuration file", "%s/plotvw.cfg", directory);
+}

@@ -1,0 +1,50 @@
+// SPDX-License-Identifier: MIT
+// SPDX-FileCopyrightText: 2026 plotvw contributors
+//
+// Integer rectangles: the window position (also as it stands in the settings file), the drawing
+// area and the rubber band.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+/// A rectangle whose width and height are stored, not derived: only SetRect computes them.
+/// The settings file holds these 48 bytes as they are.
+struct Rect
+{
+    int64_t left;
+    int64_t top;
+    int64_t right;
+    int64_t bottom;
+    int64_t width;
+    int64_t height;
+};
+static_assert(sizeof(Rect) == 48 && offsetof(Rect, width) == 32, "the settings file's layout");
+
+/// A 16-byte rectangle record; the target of one CopyRect.
+struct RECT
+{
+    int32_t left;
+    int32_t top;
+    int32_t right;
+    int32_t bottom;
+};
+static_assert(sizeof(RECT) == 16, "CopyRect fills exactly these bytes");
+
+/// Sets the corners (widened with sign) and width = rt - l, height = b - t, each difference in
+/// 32-bit arithmetic (it wraps) and then widened. Returns r.
+Rect* SetRect(Rect* r, int l, int t, int rt, int b);
+
+/// Adds dx to left and right, dy to top and bottom; width and height stay. Returns r.
+Rect* MoveRect(Rect* r, int dx, int dy);
+
+/// Swaps left and right when left > right. When top > bottom, top takes bottom and bottom takes
+/// LEFT, not the old top: settled behaviour, kept on purpose. Width and height stay. Returns r.
+Rect* NormalizeRect(Rect* r);
+
+/// Copies all six fields. Returns dst.
+Rect* CopyRect(Rect* dst, Rect* src);
+
+/// Copies the first 16 bytes of src (left and top, as raw 64-bit values) over dst, without
+/// converting fields: deliberate. Returns dst.
+RECT* CopyRect(RECT* dst, Rect* src);
