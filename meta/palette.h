@@ -1,0 +1,29 @@
+// SPDX-License-Identifier: MIT
+// SPDX-FileCopyrightText: 2026 plotvw contributors
+//
+// The 16 fixed colours, in the forms that the screen, the paper and PostScript need.
+#pragma once
+
+#include <QColor>
+#include <QPen>
+
+/// Number of palette rows.
+constexpr int kPaletteSize = 16;
+/// Palette index of white.
+constexpr int kWhite = 15;
+
+/// Red, green and blue of each palette index, 0..255.
+extern const int iIbmRgbColors[kPaletteSize][3];
+/// Red, green and blue of each palette index, 0..1; filled by initGraphics.
+extern double EpsRgbColors[kPaletteSize][3];
+/// One solid pen of width 1 per palette index; filled by initGraphics. Drawing does not use them.
+extern QPen ghpenIbmClr[kPaletteSize];
+/// Black dotted pen of width 1; filled by initGraphics.
+extern QPen gdotpen;
+
+/// Gives EpsRgbColors, the palette pens and gdotpen their values. Called once, by the main window.
+void initGraphics();
+
+/// The opaque colour of a palette index. Any index without a row, such as 16 (a background
+/// character that names no colour), is white.
+QColor PaletteColor(long index);

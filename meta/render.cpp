@@ -1,0 +1,166 @@
+// SPDX-License-Identifier: MIT
+// SPDX-FileCopyrightText: 2026 plotvw contributors
+//
+// From commands to the painter: the coordinate mapping, pens, vectors and texts.
+#include "meta/palette.h"
+#include "meta/plfmeta.h"
+#include "meta/printerdpi.h"
+#include "support/numbers.h"
+
+#include <QPainter>
+#include <QString>
+#include <QStringDecoder>
+
+#include <algorithm>
+#include <cstring>
+
+namespace {
+
+// The printed area in inches: 9.0 by 6.855 keeps the shape of the file's area.
+constexpr double kPageLeft = 0.8;
+constexpr double kPageTop = 0.6;
+constexpr double kPageWidth = 9.0;
+constexpr double kPageHeight = 6.855;
+
+// Bits of dwTextAttr.
+constexpr int kBold = 1;
+constexpr int kItalic = 2;
+
+QRect ToQRect(int64_t left, int64_t top, int64_t right, int64_t bottom)
+{
+    return {QPoint(SaturateToInt(left), SaturateToInt(top)),
+            QPoint(SaturateToInt(right - 1), SaturateToInt(bottom - 1))};
+}
+
+// Files in use carry ASCII. Other bytes are UTF-8 when the whole text is, and Latin-1 when not, so
+// that no character is lost.
+QString TextFromFile(const char* text, size_t length)
+{
+    const QByteArrayView bytes(text, static_cast<qsizetype>(length));
+    QStringDecoder utf8(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
+    const QString decoded = utf8(bytes);
+    return utf8.hasError() ? QString::fromLatin1(bytes) : decoded;
+}
+
+} // namespace
+
+void CPlfMeta::MapWindow(const Rect& zoom, const Rect& full)
+{
+    fZoomed = zoom.width > 0 ? 1 : 0;
+    if (pPainter == nullptr)
+        return;
+    pPainter->setPen(Qt::black);
+    pPainter->setWindow(ToQRect(0, 0, full.right, full.bottom));
+    if (fZoomed != 0)
+        pPainter->setWindow(ToQRect(zoom.left, zoom.top, zoom.right, zoom.bottom));
+    if (pPrinter != nullptr)
+        MapPage();
+}
+
+// Every truncation stands where it does on purpose: hosts rely on the printed position.
+void CPlfMeta::MapPage()
+{
+    const Resolution dpi = PrinterResolution(pPrinter);
+    const int left = TruncToInt(dpi.x * kPageLeft + giPageX);
+    const int top = TruncToInt(dpi.y * kPageTop + giPageY);
+    const int width = TruncToInt(dpi.x * kPageWidth * gdPageSizeX);
+    const int height = TruncToInt(dpi.y * kPageHeight * gdPageSizeY);
+    pPainter->setViewport(left, top, width, height);
+}
+
+void CPlfMeta::FillBackground(const Rect& full)
+{
+    if (pPainter == nullptr)
+        return;
+    pPainter->setBackground(PaletteColor(static_cast<long>(gdwBkClrFile)));
+    pPainter->eraseRect(ToQRect(0, 0, full.right, full.bottom));
+}
+
+int CPlfMeta::MapColor(int index) const
+{
+    if (index < 1 || index > kPaletteSize)
+        return 0;
+    if (pPrinter != nullptr && gfPrtWht2Blk != 0)
+        return index == kWhite ? 0 : index;
+    if (gdwLineClrFlag == 1)
+        return 0;
+    if (gdwLineClrFlag == 2 && index < kPaletteSize)
+        return gwLineClrMap[index];
+    return index;
+}
+
+int CPlfMeta::PenWidth() const
+{
+    const int64_t width =
+        pPrinter != nullptr ? 2 * int64_t{std::max(iWidth, giPrtMinLineWidth)} : iWidth / 2;
+    // The toolkit refuses such a width with a warning for each; refused here, it costs nothing.
+    if (width < 0 || width > kMaxPenWidth)
+        return pen.width();
+    return static_cast<int>(width);
+}
+
+void CPlfMeta::SetPen(int index)
+{
+    // White lines would vanish on white. Black on black is not swapped, deliberately.
+    if (static_cast<int>(gdwBkClrFile) == kWhite && index == kWhite)
+        index = 0;
+    pen.setColor(PaletteColor(index));
+    pen.setStyle(Qt::SolidLine);
+    pen.setWidth(PenWidth());
+    if (pPainter != nullptr)
+        pPainter->setPen(pen);
+}
+
+void CPlfMeta::SetPenWidth(int width)
+{
+    if (width == iWidth)
+        return;
+    iWidth = width;
+    SetPen(MapColor(iColor)); // mapped a second time, deliberately
+    ClearPenPos();
+}
+
+void CPlfMeta::SetColor(int index)
+{
+    // The stored colour is mapped, the argument is not: compared as they are, deliberately.
+    if (index == iColor)
+        return;
+    iColor = MapColor(index);
+    SetPen(iColor);
+    ClearPenPos();
+}
+
+void CPlfMeta::Draw(int x1, int y1, int x2, int y2)
+{
+    ++gdwVectorCnt;
+    if (pPainter != nullptr)
+        pPainter->drawLine(x1, y1, x2, y2);
+}
+
+void CPlfMeta::MoveAndDraw(int x1, int y1, int x2, int y2)
+{
+    ++gdwVectorCnt;
+    if (pPainter != nullptr)
+        pPainter->drawLine(x1, y1, x2, y2);
+}
+
+QFont CPlfMeta::TextFont() const
+{
+    QFont font(TextFromFile(szFontName, strlen(szFontName)));
+    if (iFontSize > 0)
+        font.setPointSize(iFontSize);
+    font.setWeight((dwTextAttr & kBold) != 0 ? QFont::Bold : QFont::Normal);
+    font.setItalic((dwTextAttr & kItalic) != 0);
+    return font;
+}
+
+// The text stands in the painter's current font and line pen, whatever ZF, ZS, ZA and ZC asked
+// for: deliberate, graphs are laid out for it.
+void CPlfMeta::DrawTextKorvel(char* text)
+{
+    size_t length = strlen(text);
+    if (length > 0 && text[length - 1] == '\n')
+        text[--length] = 0;
+    if (pPainter != nullptr)
+        pPainter->drawText(iTextX, iTextY, TextFromFile(text, length));
+}
