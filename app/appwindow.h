@@ -1,0 +1,56 @@
+// SPDX-License-Identifier: MIT
+// SPDX-FileCopyrightText: 2026 plotvw contributors
+//
+// The viewer's only top-level window: menus, loading, and the window's own position.
+#pragma once
+
+#include <QMainWindow>
+
+class DrawView;
+class QMenu;
+
+class AppWindow : public QMainWindow
+{
+    Q_OBJECT
+
+public:
+    /// Reads the configuration and settings files, builds the menus and places the window at
+    /// grWinPos. It deletes itself when it is closed.
+    AppWindow();
+
+    /// Loads a graph and shows it; the view keeps its zoom. A failure is reported in a box and in
+    /// the status bar and leaves no current file.
+    /// @param name  absolute, with a directory, or relative to the directory at start-up
+    void load(const QString& name);
+
+    DrawView* view = nullptr; // set by the view's own constructor
+
+private:
+    QMenu* fileMenu = nullptr;
+    QMenu* viewMenu = nullptr;
+    int bkclrItemId = 0; // item id of White Background
+
+    struct MenuRow;
+    void BuildMenus();
+    void AddMenuRow(const MenuRow& row);
+    QAction* FindViewItem(int id) const;
+    void CheckBackgroundItem();
+    bool StoreFileName(const QString& name);
+    void ForgetDocument(const QString& name);
+
+    // The order of the slots is the order of their indices in the meta-object.
+public slots:
+    /// Asks for a file and loads it; a cancelled dialog changes nothing.
+    void choose();
+
+private slots:
+    void backclr();
+    void savesettings();
+    void refresh();
+    void resetaspect();
+    void moveEvent(QMoveEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+};

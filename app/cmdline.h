@@ -1,0 +1,11 @@
+// SPDX-License-Identifier: MIT
+// SPDX-FileCopyrightText: 2026 plotvw contributors
+//
+// The viewer's command line, as a user types it and as the host sends it.
+#pragma once
+
+/// Parses argv[first] .. argv[argc-1] into the globals, after emptying the file name and the
+/// "-cwd=" directory and clearing the temporary-file flag. An option is recognised wherever it
+/// stands inside an argument; a value that does not fit is refused with a message box.
+/// @return 0, or -1 when the usage box was shown; arguments behind "-?" are then not looked at
+int ProcessCmdline(int argc, char** argv, int first);

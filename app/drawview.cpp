@@ -1,0 +1,178 @@
+// SPDX-License-Identifier: MIT
+// SPDX-FileCopyrightText: 2026 plotvw contributors
+#include "app/drawview.h"
+
+#include "app/appwindow.h"
+#include "app/globals.h"
+#include "meta/plfmeta.h"
+#include "support/numbers.h"
+
+#include <QCoreApplication>
+#include <QMouseEvent>
+#include <QPrinter>
+#include <QRubberBand>
+
+#include <algorithm>
+#include <cstdlib>
+
+namespace {
+
+// A selection narrower than this is a click, pixels.
+constexpr int kMinSelection = 20;
+// View width that shows the file's line widths as they are, pixels.
+constexpr double kUnitWidth = 640.0;
+
+} // namespace
+
+DrawView::DrawView(AppWindow* parent) : rubberBand(new QRubberBand(QRubberBand::Rectangle, this))
+{
+    parent->view = this;
+    if (gszPlffileOrig[0] != 0)
+        parent->load(QString::fromLocal8Bit(gszPlffileOrig));
+    else
+        parent->choose();
+    setBackgroundRole(QPalette::Base);
+    setAutoFillBackground(true);
+    pen.setStyle(Qt::DotLine);
+    pen.setColor(Qt::white);
+    setParent(parent, Qt::WindowFlags());
+    setGeometry(0, 0, width(), height());
+    pPrinter = new QPrinter(QPrinter::HighResolution);
+}
+
+DrawView::~DrawView()
+{
+    delete pPrinter;
+}
+
+void DrawView::updateIt()
+{
+    update();
+}
+
+void DrawView::customEvent(QCustomEvent* /*e*/) {}
+
+void DrawView::PostCmdargDone(int iNotval)
+{
+    QCoreApplication::processEvents();
+    if (iNotval > 0)
+        giCmdArg &= ~(1 << (iNotval - 1));
+    // Outside the event loop the toolkit ignores the request; it is made all the same.
+    if (giCmdArg == 0 && gbCmdQuit)
+        QCoreApplication::quit();
+}
+
+// The part of the file under the zoom rectangle, in drawing units. An inverted rectangle stays
+// inverted.
+Rect DrawView::ZoomSource(const Rect& whole) const
+{
+    const auto scaled = [](int64_t at, int pixels, int64_t units) {
+        return TruncToInt(static_cast<double>(at) / pixels * static_cast<double>(units));
+    };
+    const int w = width();
+    const int h = height();
+    Rect source = {};
+    SetRect(&source, scaled(zoomRect.left, w, whole.width), scaled(zoomRect.top, h, whole.height),
+            scaled(zoomRect.right, w, whole.width), scaled(zoomRect.bottom, h, whole.height));
+    return source;
+}
+
+// Line widths follow the width of the view alone, also on paper.
+void DrawView::drawIt(QPainter* ppainter, bool fPrinting, int iCvtopt)
+{
+    if (gszPlffileOrig[0] == 0)
+        return;
+    Rect whole = {};
+    SetRect(&whole, 0, 0, kPlfWidth, kPlfHeight);
+    Rect source = {};
+    double scale = width() / kUnitWidth;
+    if (zoomState != kZoomNone) {
+        // An empty rectangle gives an infinite scale or none, which the interpreter takes.
+        scale *= width() / static_cast<double>(zoomRect.width);
+        source = ZoomSource(whole);
+    }
+    CPlfMeta meta(gszPlffileOrig, ppainter, fPrinting ? pPrinter : nullptr, scale, iCvtopt);
+    meta.DrawPlf(&source, &whole);
+}
+
+void DrawView::paintEvent(QPaintEvent* /*event*/)
+{
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    drawIt(&painter, false, 0);
+}
+
+void DrawView::DrawRubberRect(QPainter* /*painter*/)
+{
+    rubberBand->setGeometry(SaturateToInt(zoomRect.left), SaturateToInt(zoomRect.top),
+                            SaturateToInt(std::max<int64_t>(zoomRect.width, 1)),
+                            SaturateToInt(std::max<int64_t>(zoomRect.height, 1)));
+    rubberBand->show();
+}
+
+void DrawView::SetZoomRect(int64_t left, int64_t top, int64_t right, int64_t bottom)
+{
+    SetRect(&zoomRect, SaturateToInt(left), SaturateToInt(top), SaturateToInt(right),
+            SaturateToInt(bottom));
+    DrawRubberRect(nullptr);
+}
+
+void DrawView::mousePressEvent(QMouseEvent* event)
+{
+    const QPoint at = event->pos();
+    if (event->button() == Qt::LeftButton && zoomState == kZoomNone) {
+        zoomState = kZoomSelecting;
+        SetZoomRect(at.x(), at.y(), at.x() + 1, at.y() + 1);
+    } else if (event->button() == Qt::RightButton) {
+        zoomState = kZoomMoving;
+        lastX = at.x();
+        lastY = at.y();
+    }
+}
+
+void DrawView::mouseMoveEvent(QMouseEvent* event)
+{
+    if (zoomState == kZoomNone)
+        return;
+    const QPoint at = event->pos();
+    DrawRubberRect(nullptr);
+    if (zoomState == kZoomSelecting)
+        SetZoomRect(zoomRect.left, zoomRect.top, at.x(), at.y());
+    else if (zoomState == kZoomMoving)
+        MoveZoomRect(at);
+}
+
+void DrawView::MoveZoomRect(const QPoint& to)
+{
+    const int dx = to.x() - lastX;
+    const int dy = to.y() - lastY;
+    lastX = to.x();
+    lastY = to.y();
+    SetZoomRect(zoomRect.left + dx, zoomRect.top + dy, zoomRect.right + dx, zoomRect.bottom + dy);
+}
+
+void DrawView::mouseReleaseEvent(QMouseEvent* event)
+{
+    if (zoomState == kZoomSelecting) {
+        FinishSelecting(event->pos().x());
+        return;
+    }
+    if (zoomState == kZoomMoving)
+        zoomState = kZoomSelecting;
+    rubberBand->hide();
+}
+
+// The release point decides between a click and a selection, by its distance from the rectangle's
+// left edge; the rectangle keeps the corner of the last move.
+void DrawView::FinishSelecting(int x)
+{
+    if (std::abs(x - zoomRect.left) < kMinSelection) {
+        zoomState = kZoomNone; // the band stays as it is, deliberately
+        update();
+        return;
+    }
+    zoomState = kZoomed;
+    DrawRubberRect(nullptr);
+    update();
+    rubberBand->hide();
+}

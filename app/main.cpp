@@ -1,0 +1,53 @@
+// SPDX-License-Identifier: MIT
+// SPDX-FileCopyrightText: 2026 plotvw contributors
+#include "app/appwindow.h"
+#include "app/cmdline.h"
+#include "app/drawview.h"
+#include "app/globals.h"
+#include "support/paths.h"
+#include "support/text.h"
+
+#include <QApplication>
+
+#include <unistd.h>
+
+namespace {
+
+void ReadWorkingDirectory()
+{
+    if (getcwd(gszCurdir, sizeof gszCurdir) == nullptr)
+        gszCurdir[0] = 0; // it is gone or longer than the buffer: relative names will not open
+}
+
+void ReadExePath()
+{
+    const QByteArray directory = QCoreApplication::applicationDirPath().toLocal8Bit();
+    if (!CopyText(gszExePath, directory.constData()))
+        ReportTooLong("the application's directory", static_cast<size_t>(directory.size()),
+                      kPathSize - 1);
+}
+
+} // namespace
+
+// The order of the steps is part of the program's behaviour: the command line is read before the
+// configuration and settings files, which the window's constructor reads.
+int main(int argc, char** argv)
+{
+    ReadWorkingDirectory();
+    GetTmpPath(gszTmppath);
+    SetRect(&grWinPos, 200, 200, 840, 687);
+    QApplication application(argc, argv);
+    gpAppMain = &application;
+    ReadExePath();
+    GetHomeDir(gszHomedir);
+    if (ProcessCmdline(argc, argv, 1) == -1)
+        return 0;
+    // Both objects go when the window is closed.
+    gpMainwnd = new AppWindow;
+    gpDraw = new DrawView(gpMainwnd);
+    gpMainwnd->setCentralWidget(gpDraw);
+    gpMainwnd->show();
+    gpDraw->show();
+    gpDraw->PostCmdargDone(0);
+    return QApplication::exec();
+}
