@@ -30,17 +30,27 @@ namespace {
 
 // How long the status bar shows a text about something that went well, milliseconds.
 constexpr int kStatusTime = 2000;
-// Farthest a stored window may stand from the origin and largest it may be: window systems count
-// pixels in 16 bits, and a damaged settings file may hold anything.
-constexpr int64_t kMaxWindowPixels = 32767;
+// A damaged settings file may hold any window. Farthest that one may stand from the origin: window
+// systems count pixels in 16 bits. Longest side, and largest area: it takes four bytes a pixel.
+constexpr int64_t kMaxWindowPlace = 32767;
+constexpr int64_t kMaxWindowSide = 16384;
+constexpr int64_t kMaxWindowArea = 100'000'000;
 
 // Height of the window for a width of 1, landscape and portrait.
 constexpr double kLandscape = static_cast<double>(kPlfHeight) / kPlfWidth;
 constexpr double kPortrait = static_cast<double>(kPlfWidth) / kPlfHeight;
 
-int WindowPixels(int64_t value)
+int WindowPlace(int64_t value)
 {
-    return static_cast<int>(std::clamp(value, -kMaxWindowPixels, kMaxWindowPixels));
+    return static_cast<int>(std::clamp(value, -kMaxWindowPlace, kMaxWindowPlace));
+}
+
+// A window without a size would never be seen.
+QSize WindowSize(int64_t width, int64_t height)
+{
+    width = std::clamp<int64_t>(width, 1, kMaxWindowSide);
+    height = std::clamp<int64_t>(height, 1, std::min(kMaxWindowSide, kMaxWindowArea / width));
+    return {static_cast<int>(width), static_cast<int>(height)};
 }
 
 // Ids of menu items that have none of their own: negative, counting down.
@@ -69,11 +79,16 @@ AppWindow::AppWindow()
     BuildMenus();
     if (gbBkClrWhite)
         CheckBackgroundItem();
-    // Taken before the window moves: its events store where it is on the way.
-    const Rect place = grWinPos;
-    move(WindowPixels(place.left), WindowPixels(place.top));
-    resize(WindowPixels(place.width), WindowPixels(place.height));
+    PlaceWindow();
     statusBar()->showMessage(tr("Ready"), kStatusTime);
+}
+
+// Its own copy, as moving and resizing store where the window is on the way.
+void AppWindow::PlaceWindow()
+{
+    const Rect place = grWinPos;
+    move(WindowPlace(place.left), WindowPlace(place.top));
+    resize(WindowSize(place.width, place.height));
 }
 
 // An item of the menus; one without a text is a separator.
@@ -87,8 +102,8 @@ struct AppWindow::MenuRow {
 
 void AppWindow::BuildMenus()
 {
-    fileMenu = menuBar()->addMenu(tr("&File"));
-    viewMenu = menuBar()->addMenu(tr("&View"));
+    fileMenu = AddMenu(tr("&File"));
+    viewMenu = AddMenu(tr("&View"));
     using Window = AppWindow;
     constexpr auto kFile = &Window::fileMenu;
     constexpr auto kView = &Window::viewMenu;
@@ -108,6 +123,13 @@ void AppWindow::BuildMenus()
     // clang-format on
     for (const MenuRow& row : rows)
         AddMenuRow(row);
+}
+
+QMenu* AppWindow::AddMenu(const QString& title)
+{
+    auto* menu = new QMenu(title, this);
+    menuBar()->addMenu(menu);
+    return menu;
 }
 
 void AppWindow::AddMenuRow(const MenuRow& row)
@@ -169,7 +191,10 @@ void AppWindow::load(const QString& name)
         return;
     }
     CopyPath(gszPlffileName, GetFilenameNoPath(gszPlffileOrig));
-    setWindowTitle(tr("KORVEL Viewer - ") + QString::fromLocal8Bit(gszPlffileName));
+    // In a title "[*]" stands for a mark of changed documents, and twice for itself.
+    const QString file = QString::fromLocal8Bit(gszPlffileName);
+    setWindowTitle(tr("KORVEL Viewer - ") +
+                   QString(file).replace(QStringLiteral("[*]"), QStringLiteral("[*][*]")));
     if (view != nullptr)
         view->update();
     statusBar()->showMessage(tr("Loaded document ") + name, kStatusTime);

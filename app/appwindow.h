@@ -32,6 +32,8 @@ private:
 
     struct MenuRow;
     void BuildMenus();
+    QMenu* AddMenu(const QString& title);
+    void PlaceWindow();
     void AddMenuRow(const MenuRow& row);
     QAction* FindViewItem(int id) const;
     void CheckBackgroundItem();

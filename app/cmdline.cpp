@@ -21,10 +21,12 @@ QString Tr(const char* text)
 }
 
 // The buffer keeps what it held when the text does not fit.
-template <size_t size> void Store(char (&buffer)[size], const char* text, const char* what)
+template <size_t size> bool Store(char (&buffer)[size], const char* text, const char* what)
 {
-    if (!CopyText(buffer, text))
+    const bool fits = CopyText(buffer, text);
+    if (!fits)
         ShowTooLong(nullptr, Tr(what), strlen(text), size - 1);
+    return fits;
 }
 
 int64_t WrapSum(int64_t a, int64_t b)
@@ -86,6 +88,13 @@ void WorkingDirectory(const char* value)
     Store(gszCurrentWorkingDir, value, "The working directory (-cwd=)");
 }
 
+// The last one wins, so one that does not fit leaves none: it must not let an earlier one through.
+void FileName(const char* name)
+{
+    if (!Store(gszPlffileOrig, name, "The file name"))
+        gszPlffileOrig[0] = 0;
+}
+
 // An option, and what it does with the text behind it. The text is taken as many characters from
 // the argument's start as the option is long, wherever in the argument the option stands.
 struct Option {
@@ -142,7 +151,7 @@ int ProcessCmdline(int argc, char** argv, int first)
     for (int i = first; i < argc; ++i) {
         const Option* option = FindOption(argv[i]);
         if (option == nullptr) {
-            Store(gszPlffileOrig, argv[i], "The file name");
+            FileName(argv[i]);
         } else if (option->apply == nullptr) {
             ShowUsage();
             return -1;

@@ -16,8 +16,7 @@ namespace {
 // Longer lines are taken as several: in pieces of 1023 characters, each a line by itself.
 constexpr int kLineSize = 1024;
 
-struct ConfigKey
-{
+struct ConfigKey {
     const char* name;
     void (*apply)(char* value);
 };
@@ -26,21 +25,21 @@ struct ConfigKey
 // clang-format off
 constexpr ConfigKey kKeys[] = {
     // key                     value
-    {"printer_min_linewidth",  [](char* value) { giPrtMinLineWidth = TextToInt(value); }},
-    {"printer_page_shift",     [](char* value) { GetIntPair(value, &giPageX, &giPageY); }},
-    {"printer_page_size",      [](char* value) { GetDoublePair(value, &gdPageSizeX, &gdPageSizeY); }},
-    {"printer_paper_type",     [](char* value) { giCmdPrintPapertype = TextToInt(value); }},
-    {"export_quality",         [](char* value) { giExportQuality = TextToInt(value); }},
-    {"eps_cvt_lines_to_black", [](char* value) { GetIntYesNo(value, &gfEpsCvt2Blk); }},
-    {"eps_include_background", [](char* value) { GetIntYesNo(value, &gfEpsUseBkClr); }},
-    {"eps_scalefactor",        [](char* value) { GetDouble(value, &gdEpsCvtScale); }},
-    {"autosave",               [](char* value) { GetIntYesNo(value, &giAutosave); }},
+    {"printer_min_linewidth",  [](char* s) { giPrtMinLineWidth = TextToInt(s); }},
+    {"printer_page_shift",     [](char* s) { GetIntPair(s, &giPageX, &giPageY); }},
+    {"printer_page_size",      [](char* s) { GetDoublePair(s, &gdPageSizeX, &gdPageSizeY); }},
+    {"printer_paper_type",     [](char* s) { giCmdPrintPapertype = TextToInt(s); }},
+    {"export_quality",         [](char* s) { giExportQuality = TextToInt(s); }},
+    {"eps_cvt_lines_to_black", [](char* s) { GetIntYesNo(s, &gfEpsCvt2Blk); }},
+    {"eps_include_background", [](char* s) { GetIntYesNo(s, &gfEpsUseBkClr); }},
+    {"eps_scalefactor",        [](char* s) { GetDouble(s, &gdEpsCvtScale); }},
+    {"autosave",               [](char* s) { GetIntYesNo(s, &giAutosave); }},
 };
 // clang-format on
 
 // A key counts wherever it occurs, also inside a longer word, and the value follows the first '='
-// of the line whatever stands before it: deliberate, files in the field rely on neither being
-// checked. A key without '=' has no value and is ignored.
+// of the line, whatever stands before it: deliberate, both are part of the file's format. A key
+// without '=' has no value and is ignored.
 void ApplyLine(char* line)
 {
     if (line[0] == '#')

@@ -30,10 +30,8 @@ void CLog::Init(const char* path, const char* header, int append)
 
 void CLog::Log(const char* msg)
 {
-    if (msg[0] == '\n')
-        WriteLine("a", "\n", msg + 1);
-    else
-        WriteLine("a", "", msg);
+    const bool startsWithLineFeed = msg[0] == '\n';
+    WriteLine("a", startsWithLineFeed ? "\n" : "", startsWithLineFeed ? msg + 1 : msg);
 }
 
 void CLog::Log(unsigned long level, const char* msg)
@@ -62,7 +60,8 @@ bool InitLogFile()
 {
     gpLog = nullptr;
     char path[kPathSize];
-    if (gdwDebug == 0 || !FormatPath(path, "the path of the log file", "%stmp/vwrtrace.log", gszExePath))
+    if (gdwDebug == 0 ||
+        !FormatPath(path, "the path of the log file", "%stmp/vwrtrace.log", gszExePath))
         return false;
     gpLog = new CLog(path, 1);
     return true;

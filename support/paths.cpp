@@ -17,10 +17,10 @@
 namespace {
 
 constexpr char kTmpDirectory[] = "/tmp";
-// All three on every system: names also come from hosts that use the other two.
+// All three on every system: a name may come from a system that uses the other two.
 constexpr std::string_view kSeparators = "/\\:";
-constexpr size_t kGroup = 3;             // digits between commas
-constexpr size_t kLongestInteger = 20;   // "-9223372036854775808"
+constexpr size_t kGroup = 3;           // digits between commas
+constexpr size_t kLongestInteger = 20; // "-9223372036854775808"
 constexpr size_t kMostCommas = (kLongestInteger - 1) / kGroup;
 static_assert(kFormattedIntegerSize == kLongestInteger + kMostCommas + 1);
 
@@ -102,7 +102,7 @@ int StripFileExt(char* name, const char* ext)
 
 char* FormatInteger(unsigned long value, char* buf)
 {
-    char digits[kLongestInteger];
+    char digits[kLongestInteger] = {};
     const auto printed = std::to_chars(digits, digits + sizeof digits, static_cast<long>(value));
     char* out = buf;
     for (const char* in = digits; in != printed.ptr; ++in) {

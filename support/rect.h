@@ -10,8 +10,7 @@
 
 /// A rectangle whose width and height are stored, not derived: only SetRect computes them.
 /// The settings file holds these 48 bytes as they are.
-struct Rect
-{
+struct Rect {
     int64_t left;
     int64_t top;
     int64_t right;
@@ -22,8 +21,7 @@ struct Rect
 static_assert(sizeof(Rect) == 48 && offsetof(Rect, width) == 32, "the settings file's layout");
 
 /// A 16-byte rectangle record; the target of one CopyRect.
-struct RECT
-{
+struct RECT {
     int32_t left;
     int32_t top;
     int32_t right;

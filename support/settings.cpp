@@ -38,7 +38,7 @@ int64_t GetLittleEndian(const unsigned char* bytes)
 
 SettingsImage ImageOfSettings()
 {
-    SettingsImage image;
+    SettingsImage image = {};
     std::copy_n(gszFileVersion, kVersionSize, image.begin());
     image[kWhiteAt] = gbBkClrWhite ? 1 : 0;
     unsigned char* field = &image[kRectAt];

@@ -18,7 +18,7 @@ template <size_t N> bool CopyText(char (&dst)[N], const char* src)
 }
 
 /// Formats as printf does into dst, which holds size bytes. No argument may point into dst.
-/// Numbers with a decimal point follow the C locale of the process; use %s, %d and %x only.
+/// Not for floating-point numbers: their decimal point follows the process's locale.
 /// Returns false, and leaves dst as it was, when the text and its NUL do not fit.
 [[gnu::format(printf, 3, 4)]] bool FormatText(char* dst, size_t size, const char* format, ...);
 

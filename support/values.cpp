@@ -26,6 +26,7 @@ char* SkipBlanks(char* s)
 
 double TextToDouble(const char* s)
 {
+    // Skips blanks by itself, as strtol_l does.
     return strtod_l(s, nullptr, CLocale());
 }
 
