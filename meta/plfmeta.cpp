@@ -4,6 +4,7 @@
 // The interpreter's construction and one drawing pass.
 #include "meta/plfmeta.h"
 
+#include "meta/epswriter.h"
 #include "meta/plfbuffer.h"
 #include "support/log.h"
 #include "support/text.h"
@@ -39,7 +40,7 @@ void CPlfMeta::Init(char* name, double widthScale)
     fZoomed = 0;
     iColor = -1;
     iWidth = -1;
-    cvtfp = nullptr;
+    cvtfp.reset();
     fMoveNext = 0;
     fCommaOk = 0;
     iHiX = iHiY = iLoY = iExtra = 0;
@@ -58,15 +59,35 @@ int CPlfMeta::DrawPlf(Rect* zoom, Rect* full)
     gdwVectorCnt = 0;
     iWidth = -1;
     nTextsRefused = 0;
+    OpenEps();
     SetPenWidth(0);
     iColor = -1;
     SetColor(0);
     ClearTextState();
     const int result = Plf2Screen();
+    CloseEps();
     if (nTextsRefused > 0)
         qWarning("plotvw: %d texts or font names of more than %zu bytes are not drawn.",
                  nTextsRefused, kTextSize - 1);
     return result;
+}
+
+// A file that cannot be opened leaves cvtfp empty, and the pass writes no EPS at all.
+void CPlfMeta::OpenEps()
+{
+    if (cvtflag != kConvertEps)
+        return;
+    cvtfp = EpsWriter::Open(gszCvtFilename);
+    if (cvtfp != nullptr)
+        cvtfp->Header(rDraw, fZoomed != 0);
+}
+
+void CPlfMeta::CloseEps()
+{
+    if (cvtfp == nullptr)
+        return;
+    cvtfp->Finish();
+    cvtfp.reset();
 }
 
 void CPlfMeta::ClearTextState()
@@ -82,7 +103,7 @@ void CPlfMeta::TraceObject(const char* what) const
     char message[256]; // two pointers, a number and the fixed words take fewer than 100
     const bool fits =
         FormatText(message, sizeof message, "CPlfMeta %s, this=%p, cvtflag=%d, cvtfp=%p\n", what,
-                   static_cast<const void*>(this), cvtflag, static_cast<const void*>(cvtfp));
+                   static_cast<const void*>(this), cvtflag, static_cast<const void*>(cvtfp.get()));
     if (fits)
         gpLog->Log(kTraceLevel, message);
 }

@@ -12,9 +12,10 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <cstdio>
+#include <memory>
 #include <string>
 
+class EpsWriter;
 class QPainter;
 class QPrinter;
 
@@ -26,6 +27,8 @@ constexpr int kPlfWidth = 4096;
 constexpr size_t kTextSize = 1024;
 /// Line indices that the colour map knows; commands with another index leave it alone.
 constexpr int kLineIndexCount = 16;
+/// Conversion mode of a pass that also writes EPS.
+constexpr int kConvertEps = 3;
 /// Widest pen that the toolkit takes. It refuses wider and negative ones and keeps the old width.
 constexpr int kMaxPenWidth = 32767;
 
@@ -38,7 +41,7 @@ public:
     /// @param printer     the painter's printer when printing (page mapping and pens on paper),
     ///                    else null
     /// @param widthScale  factor on the file's line widths; any value, infinite ones saturate
-    /// @param cvtmode     conversion mode
+    /// @param cvtmode     kConvertEps also writes the pass as EPS into gszCvtFilename
     CPlfMeta(char* name, QPainter* painter, QPrinter* printer, double widthScale, int cvtmode);
     ~CPlfMeta();
     CPlfMeta(const CPlfMeta&) = delete;
@@ -123,38 +126,41 @@ private:
     void MapWindow(const Rect& zoom, const Rect& full);
     void MapPage();
     void FillBackground(const Rect& full);
+    void OpenEps();
+    void CloseEps();
+    void CountEpsItem();
     void ClearTextState();
     [[nodiscard]] int PenWidth() const;
     void TraceObject(const char* what) const;
 
-    QPen pen;                       // the working pen
-    char szFileName[kTextSize];     // the metafile's name, for reference
-    char szFontName[kTextSize];     // ZF
-    int iFontSize = 0;              // ZS, points
-    int iTextColor = 0;             // ZC, a palette index
-    int iTextX = 0;                 // ZP
-    int iTextY = 0;                 // ZP, y downward
-    int iTextZo = 0;                // ZO; not used for drawing
-    int dwTextAttr = 0;             // ZA: bit 0 bold, bit 1 italic
-    const char* pCur = nullptr;     // read cursor
-    const char* pEnd = nullptr;     // end of the data, where unclosed texts end
-    int chPending = 0;              // pushed-back character; 0 = none
-    int fMoveNext = 0;              // 1 = the next address is a move
-    int nLoY = 0;                   // low-Y bytes seen in the address
-    bool bCommaSeen = false;        // a comma took the place of a colour component
-    int fCommaOk = 0;               // 1 = commas are special
-    int nTextsRefused = 0;          // texts of this pass that did not fit
-    double dWidthScale = 1.0;       // factor on line widths
-    Rect rDraw = {};                // the area being drawn
-    int cvtflag = 0;                // 3 = also write EPS
-    int iColor = -1;                // current mapped colour; -1 = none
-    int iWidth = -1;                // current line width; -1 = none
-    int fZoomed = 0;                // 1 = a part of the file is shown
-    FILE* cvtfp = nullptr;          // the EPS output
-    int xCur = 0, yCur = 0;         // beam position
-    int xPathEnd = 0, yPathEnd = 0; // where the output path ended
+    QPen pen;                         // the working pen
+    char szFileName[kTextSize];       // the metafile's name, for reference
+    char szFontName[kTextSize];       // ZF
+    int iFontSize = 0;                // ZS, points
+    int iTextColor = 0;               // ZC, a palette index
+    int iTextX = 0;                   // ZP
+    int iTextY = 0;                   // ZP, y downward
+    int iTextZo = 0;                  // ZO; not used for drawing
+    int dwTextAttr = 0;               // ZA: bit 0 bold, bit 1 italic
+    const char* pCur = nullptr;       // read cursor
+    const char* pEnd = nullptr;       // end of the data, where unclosed texts end
+    int chPending = 0;                // pushed-back character; 0 = none
+    int fMoveNext = 0;                // 1 = the next address is a move
+    int nLoY = 0;                     // low-Y bytes seen in the address
+    bool bCommaSeen = false;          // a comma took the place of a colour component
+    int fCommaOk = 0;                 // 1 = commas are special
+    int nTextsRefused = 0;            // texts of this pass that did not fit
+    double dWidthScale = 1.0;         // factor on line widths
+    Rect rDraw = {};                  // the area being drawn
+    int cvtflag = 0;                  // 3 = also write EPS
+    int iColor = -1;                  // current mapped colour; -1 = none
+    int iWidth = -1;                  // current line width; -1 = none
+    int fZoomed = 0;                  // 1 = a part of the file is shown
+    std::unique_ptr<EpsWriter> cvtfp; // the EPS output; null = none
+    int xCur = 0, yCur = 0;           // beam position
+    int xPathEnd = 0, yPathEnd = 0;   // where the output path ended
     QPainter* pPainter = nullptr;
     QPrinter* pPrinter = nullptr;
     int iHiX = 0, iHiY = 0, iLoY = 0, iExtra = 0; // address parts last received
-    int nEpsItems = 1;                            // items on the EPS output line
+    int nEpsItems = 1; // number of the next path item on its line of the EPS output
 };

@@ -2,6 +2,7 @@
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 //
 // From commands to the painter: the coordinate mapping, pens, vectors and texts.
+#include "meta/epswriter.h"
 #include "meta/palette.h"
 #include "meta/plfmeta.h"
 #include "meta/printerdpi.h"
@@ -21,6 +22,9 @@ constexpr double kPageLeft = 0.8;
 constexpr double kPageTop = 0.6;
 constexpr double kPageWidth = 9.0;
 constexpr double kPageHeight = 6.855;
+
+// Path items on a line of the EPS output.
+constexpr int kEpsItemsPerLine = 4;
 
 // Bits of dwTextAttr.
 constexpr int kBold = 1;
@@ -117,6 +121,8 @@ void CPlfMeta::SetPenWidth(int width)
         return;
     iWidth = width;
     SetPen(MapColor(iColor)); // mapped a second time, deliberately
+    if (cvtfp != nullptr)
+        cvtfp->LineWidth(width);
     ClearPenPos();
 }
 
@@ -127,6 +133,8 @@ void CPlfMeta::SetColor(int index)
         return;
     iColor = MapColor(index);
     SetPen(iColor);
+    if (cvtfp != nullptr)
+        cvtfp->LineColor(iColor);
     ClearPenPos();
 }
 
@@ -135,6 +143,10 @@ void CPlfMeta::Draw(int x1, int y1, int x2, int y2)
     ++gdwVectorCnt;
     if (pPainter != nullptr)
         pPainter->drawLine(x1, y1, x2, y2);
+    if (cvtfp != nullptr) {
+        cvtfp->LineTo(x2, y2);
+        CountEpsItem();
+    }
 }
 
 void CPlfMeta::MoveAndDraw(int x1, int y1, int x2, int y2)
@@ -142,6 +154,19 @@ void CPlfMeta::MoveAndDraw(int x1, int y1, int x2, int y2)
     ++gdwVectorCnt;
     if (pPainter != nullptr)
         pPainter->drawLine(x1, y1, x2, y2);
+    if (cvtfp != nullptr) {
+        cvtfp->MoveAndLineTo(x1, y1, x2, y2);
+        CountEpsItem();
+    }
+}
+
+// A moveto with its lineto is one item, like a lineto alone.
+void CPlfMeta::CountEpsItem()
+{
+    if (++nEpsItems > kEpsItemsPerLine) {
+        cvtfp->EndLine();
+        nEpsItems = 1;
+    }
 }
 
 QFont CPlfMeta::TextFont() const

@@ -1,12 +1,16 @@
 // SPDX-License-Identifier: MIT
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 //
-// Draws a graph into a picture file without a window or a display: what ./run.sh falls back to.
+// Draws a graph into a picture file without a window or a display: what ./run.sh falls back to. A
+// picture whose name ends in ".eps" is what the viewer exports under that name.
 #include "app/globals.h"
+#include "meta/palette.h"
 #include "meta/plfbuffer.h"
 #include "meta/plfmeta.h"
+#include "support/text.h"
 
 #include <QCommandLineParser>
+#include <QFile>
 #include <QGuiApplication>
 #include <QImage>
 #include <QPainter>
@@ -38,6 +42,31 @@ bool DrawPicture(char* name, const QString& output, int width)
     return image.save(output);
 }
 
+// The pass itself says nothing about an output that cannot be opened.
+bool IsWritable(const QString& output)
+{
+    return QFile(output).open(QIODevice::WriteOnly);
+}
+
+bool DrawEps(char* name, const QString& output, int width)
+{
+    if (!IsWritable(output) || !CopyText(gszCvtFilename, QFile::encodeName(output).constData()))
+        return false;
+    initGraphics();
+    Rect none = {};
+    Rect whole = {};
+    SetRect(&whole, 0, 0, kPlfWidth, kPlfHeight);
+    CPlfMeta meta(name, nullptr, nullptr, width / kUnitWidth, kConvertEps);
+    meta.DrawPlf(&none, &whole);
+    return true;
+}
+
+bool DrawFile(char* name, const QString& output, int width)
+{
+    const bool eps = output.endsWith(QStringLiteral(".eps"), Qt::CaseInsensitive);
+    return eps ? DrawEps(name, output, width) : DrawPicture(name, output, width);
+}
+
 int Fail(const QString& file, const char* reason)
 {
     fprintf(stderr, "plfpicture: %s: %s\n", qPrintable(file), reason);
@@ -52,9 +81,10 @@ int main(int argc, char** argv)
     QGuiApplication application(argc, argv);
     QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral("Draws a PLF graph into a picture file."));
-    const QCommandLineOption widthOption(QStringLiteral("width"),
-                                         QStringLiteral("Width in pixels."),
-                                         QStringLiteral("pixels"), QString::number(kDefaultWidth));
+    const QCommandLineOption widthOption(
+        QStringLiteral("width"),
+        QStringLiteral("Width in pixels; EPS: line widths as at that width."),
+        QStringLiteral("pixels"), QString::number(kDefaultWidth));
     const QCommandLineOption fileBackground(QStringLiteral("file-background"),
                                             QStringLiteral("Draw on the file's own background."));
     parser.addOptions({widthOption, fileBackground});
@@ -73,7 +103,7 @@ int main(int argc, char** argv)
     QByteArray path = files[0].toLocal8Bit();
     if (LoadPlfFile(path.data(), message) != 0)
         return Fail(files[0], message);
-    const bool drawn = DrawPicture(path.data(), files[1], width);
+    const bool drawn = DrawFile(path.data(), files[1], width);
     FreePlfBuffer();
     return drawn ? 0 : Fail(files[1], "cannot be written.");
 }

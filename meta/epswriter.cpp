@@ -1,0 +1,200 @@
+// SPDX-License-Identifier: MIT
+// SPDX-FileCopyrightText: 2026 plotvw contributors
+#include "meta/epswriter.h"
+
+#include "app/globals.h"
+#include "meta/palette.h"
+#include "meta/plfmeta.h"
+#include "support/numbers.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cstring>
+#include <limits>
+
+namespace {
+
+constexpr size_t kLongestInteger = std::numeric_limits<int>::digits10 + 2; // "-2147483648"
+// "-", the digits of the largest double, "." and two decimals.
+constexpr size_t kLongestDecimal = std::numeric_limits<double>::max_exponent10 + 5;
+
+constexpr double kBlack[3] = {0, 0, 0};
+
+// The colour of a palette index; any without a row is white, as on screen.
+const double* EpsColor(unsigned long index)
+{
+    return EpsRgbColors[std::min<unsigned long>(index, kWhite)];
+}
+
+int Upward(int y)
+{
+    return WrapSubtract(kPlfHeight, y);
+}
+
+} // namespace
+
+std::unique_ptr<EpsWriter> EpsWriter::Open(const char* path)
+{
+    FilePtr file(fopen(path, "w"));
+    if (file == nullptr)
+        return nullptr;
+    setvbuf(file.get(), nullptr, _IONBF, 0); // the writer has its own buffer
+    return std::unique_ptr<EpsWriter>(new EpsWriter(std::move(file)));
+}
+
+EpsWriter::EpsWriter(FilePtr output) : file(std::move(output)) {}
+
+EpsWriter::~EpsWriter()
+{
+    Flush();
+}
+
+void EpsWriter::Header(const Rect& area, bool zoomed)
+{
+    Text("%!PS-Adobe-3.0 EPSF-3.0\n"
+         "%%Creator: PLF Viewer (plotvw)\n"
+         "%%Title:   KORVEL-generated file\n");
+    BoundingBox(area, zoomed);
+    Text("/DeviceRGB setcolorspace 0 setlinecap 0 setlinejoin 30 setmiterlimit\n");
+    Integer(giEpsMinLineWidth);
+    Text(" setlinewidth\n");
+    Decimal(gdEpsCvtScale);
+    Text(" ");
+    Decimal(gdEpsCvtScale);
+    Text(" scale\n");
+    Color(EpsColor(gdwBackClrEPS));
+    Text(" setcolor\n");
+    if (gfEpsUseBkClr != 0)
+        Background(area);
+}
+
+// In points; every value is truncated toward zero.
+void EpsWriter::BoundingBox(const Rect& area, bool zoomed)
+{
+    const auto scaled = [](int64_t value) {
+        return TruncToInt(static_cast<double>(value) * gdEpsCvtScale);
+    };
+    const int64_t bottom = zoomed ? kPlfHeight - area.bottom : 0;
+    const int64_t top = zoomed ? kPlfHeight - area.top : area.bottom;
+    Text("%%BoundingBox: ");
+    Integer(scaled(area.left));
+    Text(" ");
+    Integer(scaled(bottom));
+    Text(" ");
+    Integer(scaled(area.right));
+    Text(" ");
+    Integer(scaled(top));
+    Text("\n");
+}
+
+void EpsWriter::Background(const Rect& area)
+{
+    const int left = SaturateToInt(area.left);
+    const int top = SaturateToInt(area.top);
+    const int right = SaturateToInt(area.right);
+    const int bottom = SaturateToInt(area.bottom);
+    Point(left, top);
+    Text(" moveto ");
+    for (const auto& [x, y] :
+         {std::pair(right, top), {right, bottom}, {left, bottom}, {left, top}}) {
+        Point(x, y);
+        Text(" lineto ");
+    }
+    Text("fill\n");
+}
+
+void EpsWriter::LineWidth(int width)
+{
+    Text(" stroke ");
+    Integer(std::max(giEpsMinLineWidth, width));
+    Text(" setlinewidth ");
+}
+
+void EpsWriter::LineColor(int index)
+{
+    const bool whiteOnWhite = gdwBkClrFile == kWhite && index == kWhite;
+    const bool black = gfEpsCvt2Blk != 0 || whiteOnWhite;
+    Text("\nstroke ");
+    Color(black ? kBlack : EpsColor(static_cast<unsigned long>(index)));
+    Text(" setcolor\n");
+}
+
+void EpsWriter::LineTo(int x, int y)
+{
+    Point(x, y);
+    Text(" lineto ");
+}
+
+void EpsWriter::MoveAndLineTo(int x1, int y1, int x2, int y2)
+{
+    Point(x1, y1);
+    Text(" moveto ");
+    Point(x2, y2);
+    Text(" lineto ");
+}
+
+void EpsWriter::EndLine()
+{
+    Text("\n");
+}
+
+void EpsWriter::Finish()
+{
+    Text("\nstroke\n");
+    Flush();
+    file.reset();
+}
+
+void EpsWriter::Point(int x, int y)
+{
+    Integer(x);
+    Text(" ");
+    Integer(Upward(y));
+}
+
+void EpsWriter::Color(const double* rgb)
+{
+    Decimal(rgb[0]);
+    Text(" ");
+    Decimal(rgb[1]);
+    Text(" ");
+    Decimal(rgb[2]);
+}
+
+void EpsWriter::Text(std::string_view text)
+{
+    Reserve(text.size());
+    memcpy(buffer + used, text.data(), text.size());
+    used += text.size();
+}
+
+void EpsWriter::Integer(int value)
+{
+    Reserve(kLongestInteger);
+    used = static_cast<size_t>(
+        std::to_chars(buffer + used, buffer + used + kLongestInteger, value).ptr - buffer);
+}
+
+// Two decimals, rounded as the C library's "%.2f" rounds.
+void EpsWriter::Decimal(double value)
+{
+    Reserve(kLongestDecimal);
+    used = static_cast<size_t>(std::to_chars(buffer + used, buffer + used + kLongestDecimal, value,
+                                             std::chars_format::fixed, 2)
+                                   .ptr -
+                               buffer);
+}
+
+void EpsWriter::Reserve(size_t bytes)
+{
+    if (bytes > kBufferSize - used)
+        Flush();
+}
+
+// A failed write is not reported, like every write error of this file.
+void EpsWriter::Flush()
+{
+    if (file != nullptr)
+        fwrite(buffer, 1, used, file.get());
+    used = 0;
+}
