@@ -1,0 +1,73 @@
+# SPDX-License-Identifier: MIT
+# SPDX-FileCopyrightText: 2026 plotvw contributors
+# shellcheck shell=bash disable=SC2034 # the lists are for the scripts that read this file
+#
+# The Debian 12 packages that the project needs, by what for, and how they are installed. Scripts read this file.
+
+# To build the program, and a font to draw texts with.
+build_packages=(cmake fonts-dejavu-core g++ libgl-dev ninja-build qt6-base-dev)
+# The same, for a desktop without an X server.
+wayland_packages=(qt6-wayland)
+# To build and run the tests: SVG pictures, a reader of PostScript, locales of other countries, and a screen with a window
+# manager and a user.
+test_packages=(ghostscript libqt6svg6-dev locales openbox x11-utils xdotool xvfb)
+# To build with sanitizers, and names in their reports.
+sanitizer_packages=(clang libclang-rt-14-dev llvm)
+# To check the sources.
+lint_packages=(clang-format-14 clang-tidy-14 shellcheck)
+
+# missing_packages NAME...: print the names of those that are not installed.
+missing_packages() {
+  local installed
+  installed=$(dpkg-query --show --showformat='${db:Status-Status} ${Package}\n' "$@" 2>/dev/null) || true
+  local name
+  for name; do
+    grep -qx "installed $name" <<<"$installed" || printf '%s\n' "$name"
+  done
+}
+
+# apt_install NAME...: as root, or through sudo. The package lists may be missing or older than the archive, so a first
+# failure is followed by a second try with new ones.
+apt_install() {
+  local as_root=(env)
+  ((EUID == 0)) || as_root=(sudo env)
+  local apt=("${as_root[@]}" DEBIAN_FRONTEND=noninteractive apt-get --quiet --yes --option DPkg::Lock::Timeout=300)
+  local install=("${apt[@]}" install --no-install-recommends "$@")
+  "${install[@]}" >/dev/null 2>&1 && return
+  "${apt[@]}" update && "${install[@]}"
+}
+
+# install_packages NAME...: install those that are missing; asks nothing of apt when none is.
+install_packages() {
+  if ! command -v dpkg-query >/dev/null; then
+    echo "This is not a Debian system. What these Debian packages hold is needed: $*" >&2
+    return
+  fi
+  local missing
+  mapfile -t missing < <(missing_packages "$@")
+  ((${#missing[@]} > 0)) || return 0
+  if ((EUID != 0)) && ! command -v sudo >/dev/null; then
+    echo "Packages are missing, and only root can install them: apt-get install ${missing[*]}" >&2
+    return 1
+  fi
+  echo "Installing ${missing[*]} ..."
+  local log
+  log=$(mktemp)
+  if ! apt_install "${missing[@]}" >"$log" 2>&1; then
+    cat -- "$log" >&2
+    rm -f -- "$log"
+    echo "The packages could not be installed. By hand: apt-get install ${missing[*]}" >&2
+    return 1
+  fi
+  rm -f -- "$log"
+}
+
+# quietly COMMAND...: show what a command prints only when it fails.
+quietly() {
+  local log status=0
+  log=$(mktemp)
+  "$@" >"$log" 2>&1 || status=$?
+  ((status == 0)) || cat -- "$log" >&2
+  rm -f -- "$log"
+  return "$status"
+}

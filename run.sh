@@ -1,0 +1,92 @@
+#!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
+# SPDX-FileCopyrightText: 2026 plotvw contributors
+#
+# Build the viewer and open a graph in it.
+#
+#   ./run.sh [FILE]      FILE is a PLF graph; one of the samples when it is left out
+#
+# Missing Debian packages are installed first. Without a display the graph is drawn into a picture in out/.
+set -euo pipefail
+
+root=$(cd -- "$(dirname -- "${BASH_SOURCE[0]}")" && pwd)
+# shellcheck source=packaging/packages.sh
+source "$root/packaging/packages.sh"
+
+readonly build=$root/build/release
+readonly picture_width=1280
+# What counts as an option wherever it stands in an argument of the viewer.
+readonly option='-(wp=|po=|p|c=|cf=|svrname=|q|tmp|cwd=|\?)'
+
+if (($# > 1)) || [[ ${1-} == -h || ${1-} == --help ]]; then
+  echo 'usage: ./run.sh [FILE]' >&2
+  exit 2
+fi
+graph=${1:-$root/samples/portrait.plf}
+
+temporary=$(mktemp -d)
+trap 'rm -rf -- "$temporary"' EXIT
+
+has_display() {
+  [[ -n ${DISPLAY-} || -n ${WAYLAND_DISPLAY-} ]]
+}
+
+install_and_build() {
+  local packages=("${build_packages[@]}")
+  if [[ -n ${WAYLAND_DISPLAY-} && -z ${DISPLAY-} ]]; then
+    packages+=("${wayland_packages[@]}")
+  fi
+  install_packages "${packages[@]}"
+  cd -- "$root"
+  [[ -f $build/build.ninja ]] || echo "Building in ${build#"$root/"} ..."
+  quietly cmake --preset release
+  quietly cmake --build --preset release --target plotvw plfpicture
+}
+
+# open_window FILE: show a graph; returns 3 when there turns out to be no display.
+open_window() {
+  local name=$1
+  # A name that holds an option is left to the program under another one.
+  if [[ $name =~ $option ]]; then
+    cd -- "$(dirname -- "$name")" 2>/dev/null || true
+    name=$(basename -- "$name")
+  fi
+  if [[ $name =~ $option || $name == -* ]]; then
+    ln -s -- "$PWD/$name" "$temporary/${name//-/_}"
+    name=$temporary/${name//-/_}
+  fi
+  # What the toolkit says before it gives up is kept for the test below, the rest is shown.
+  local statuses
+  set +e
+  (
+    ulimit -c 0
+    exec "$build/app/plotvw" "$name"
+  ) 2>&1 | tee "$temporary/messages" |
+    grep --line-buffered --invert-match --extended-regexp \
+      '^qt\.qpa\.|no Qt platform plugin could be initialized|^Available platform plugins|^$' >&2
+  statuses=("${PIPESTATUS[@]}")
+  set -e
+  ((statuses[0] != 134)) || ! grep -q 'no Qt platform plugin' "$temporary/messages" || return 3
+  return "${statuses[0]}"
+}
+
+# draw_picture FILE
+draw_picture() {
+  local name
+  name=$(basename -- "$1")
+  local picture=$root/out/${name%.plf}.png
+  mkdir -p -- "$root/out"
+  XDG_RUNTIME_DIR=$temporary "$build/tools/plfpicture" --width "$picture_width" -- "$1" "$picture"
+  echo "Picture: $picture"
+}
+
+(install_and_build)
+if has_display; then
+  status=0
+  (open_window "$graph") || status=$?
+  ((status == 3)) || exit "$status"
+  echo "The display ${DISPLAY:-$WAYLAND_DISPLAY} cannot be used: drawing a picture instead."
+else
+  echo 'There is no display: drawing a picture instead.'
+fi
+draw_picture "$graph"

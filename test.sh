@@ -1,0 +1,43 @@
+#!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
+# SPDX-FileCopyrightText: 2026 plotvw contributors
+#
+# Build the program in one way and run its tests.
+#
+#   ./test.sh            g++, warnings are errors: all tests, at the end those in an X server of their own
+#   ./test.sh asan       clang++ with the address and undefined-behaviour sanitizers: the same tests
+#   ./test.sh lint       format, clang-tidy, shellcheck and licence lines of the sources
+#   ./test.sh all        these three
+#
+# Missing Debian packages are installed first.
+set -euo pipefail
+
+root=$(cd -- "$(dirname -- "${BASH_SOURCE[0]}")" && pwd)
+# shellcheck source=packaging/packages.sh
+source "$root/packaging/packages.sh"
+cd -- "$root"
+
+# build_and_test PRESET TEST_PRESET PACKAGE...
+build_and_test() {
+  local preset=$1 tests=$2
+  install_packages "${build_packages[@]}" "${test_packages[@]}" "${@:3}"
+  echo "Building in build/$preset ..."
+  quietly cmake --preset "$preset"
+  quietly cmake --build --preset "$preset"
+  ctest --preset "$tests"
+}
+
+case ${1-} in
+'') build_and_test dev dev ;;
+asan) build_and_test asan asan "${sanitizer_packages[@]}" ;;
+lint) build_and_test dev lint "${lint_packages[@]}" ;;
+all)
+  "$0"
+  "$0" asan
+  "$0" lint
+  ;;
+*)
+  echo 'usage: ./test.sh [asan|lint|all]' >&2
+  exit 2
+  ;;
+esac

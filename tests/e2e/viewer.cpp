@@ -1,0 +1,131 @@
+// SPDX-License-Identifier: MIT
+// SPDX-FileCopyrightText: 2026 plotvw contributors
+#include "tests/e2e/viewer.h"
+
+#include <QFile>
+
+namespace {
+
+constexpr int kStillGrabs = 10; // equal pictures in a row that count as still
+// The window's own edge may be drawn over the outermost pixels.
+constexpr int kEdge = 2;
+
+} // namespace
+
+Viewer::Viewer(const QString& home)
+{
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("HOME"), home);
+    environment.insert(QStringLiteral("LC_ALL"), QStringLiteral("C.UTF-8"));
+    process.setProcessEnvironment(environment);
+    process.setWorkingDirectory(home);
+    process.setProgram(QStringLiteral(PLOTVW_PROGRAM));
+}
+
+Viewer::~Viewer()
+{
+    if (process.state() == QProcess::NotRunning)
+        return;
+    process.kill();
+    process.waitForFinished();
+}
+
+void Viewer::SetEnvironment(const QString& name, const QString& value)
+{
+    QProcessEnvironment environment = process.processEnvironment();
+    environment.insert(name, value);
+    process.setProcessEnvironment(environment);
+}
+
+bool Viewer::Start(const QStringList& arguments)
+{
+    process.setArguments(arguments);
+    process.start(QIODevice::ReadOnly);
+    return process.waitForStarted();
+}
+
+bool Viewer::AwaitWindow(const QString& title)
+{
+    return Await([this, &title] {
+        const WindowId active = ActiveWindow();
+        if (WindowTitle(active) != title || !VisibleWindows(process.processId()).contains(active))
+            return false;
+        window = active;
+        return true;
+    });
+}
+
+bool Viewer::AwaitWindowCount(qsizetype count) const
+{
+    return Await([this, count] { return VisibleWindows(process.processId()).size() == count; });
+}
+
+bool Viewer::AwaitText(const QString& text) const
+{
+    return Await([this, &text] { return FindText(GrabScreen(), Content(), text).has_value(); });
+}
+
+// Waiting for events and not drawing: what the kernel calls sleeping. The state stands behind the
+// program's name, which is in brackets.
+bool Viewer::IsAsleep() const
+{
+    QFile status(QStringLiteral("/proc/%1/stat").arg(process.processId()));
+    return status.open(QIODevice::ReadOnly) && status.readAll().contains(") S ");
+}
+
+bool Viewer::AwaitStillPicture() const
+{
+    QImage last;
+    int equal = 0;
+    return Await([this, &last, &equal] {
+        const QImage now = GrabScreen().copy(Frame());
+        equal = IsAsleep() && now == last ? equal + 1 : 0;
+        last = now;
+        return equal >= kStillGrabs;
+    });
+}
+
+int Viewer::AwaitEnd()
+{
+    const bool ended = Await([this] { return process.state() == QProcess::NotRunning; });
+    return ended && process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
+}
+
+bool Viewer::Choose(const QString& menu, const QString& item)
+{
+    const QList<WindowId> before = VisibleWindows(process.processId());
+    const std::optional<QRect> title = FindText(GrabScreen(), Content(), menu);
+    if (!title)
+        return false;
+    Click(title->center());
+    WindowId popup;
+    std::optional<QRect> place;
+    const bool shown = Await([&] {
+        for (const WindowId& candidate : VisibleWindows(process.processId())) {
+            if (!before.contains(candidate))
+                popup = candidate;
+        }
+        place = FindText(GrabScreen(), ContentArea(popup), item);
+        return place.has_value();
+    });
+    if (!shown)
+        return false;
+    Click(place->center());
+    return Await([&] { return !VisibleWindows(process.processId()).contains(popup); });
+}
+
+QRect Viewer::Canvas(QColor background) const
+{
+    const QImage screen = GrabScreen();
+    const QRect content = Content();
+    if (!screen.rect().contains(content))
+        return {};
+    const int column = content.left() + kEdge;
+    int top = content.top();
+    while (top <= content.bottom() && screen.pixelColor(column, top) != background)
+        ++top;
+    int end = top;
+    while (end <= content.bottom() && screen.pixelColor(column, end) == background)
+        ++end;
+    return {content.left(), top, content.width(), end - top};
+}
