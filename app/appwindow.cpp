@@ -15,11 +15,9 @@
 #include "support/text.h"
 
 #include <QAction>
-#include <QApplication>
 #include <QCloseEvent>
 #include <QFileDialog>
 #include <QMenu>
-#include <QMenuBar>
 #include <QResizeEvent>
 #include <QStatusBar>
 
@@ -53,13 +51,6 @@ QSize WindowSize(int64_t width, int64_t height)
     return {static_cast<int>(width), static_cast<int>(height)};
 }
 
-// Ids of menu items that have none of their own: negative, counting down.
-int NextItemId()
-{
-    static int id = -1;
-    return --id;
-}
-
 // For a source that is known to fit: a path buffer or a part of one.
 void CopyPath(char (&buffer)[kPathSize], const char* path)
 {
@@ -83,78 +74,15 @@ AppWindow::AppWindow()
     statusBar()->showMessage(tr("Ready"), kStatusTime);
 }
 
-// Its own copy, as moving and resizing store where the window is on the way.
+// Moves the window to grWinPos, as far as that can be, and makes grWinPos tell where it is.
 void AppWindow::PlaceWindow()
 {
-    const Rect place = grWinPos;
-    move(WindowPlace(place.left), WindowPlace(place.top));
-    resize(WindowSize(place.width, place.height));
-}
-
-// An item of the menus; one without a text is a separator.
-struct AppWindow::MenuRow {
-    QMenu* AppWindow::*menu;
-    const char* text;
-    QKeyCombination key; // shortcut; {} = none
-    void (*action)(AppWindow* window);
-    int AppWindow::*id = nullptr; // member that keeps the item's id
-};
-
-void AppWindow::BuildMenus()
-{
-    fileMenu = AddMenu(tr("&File"));
-    viewMenu = AddMenu(tr("&View"));
-    using Window = AppWindow;
-    constexpr auto kFile = &Window::fileMenu;
-    constexpr auto kView = &Window::viewMenu;
-    // Open has Ctrl+F and not the usual Ctrl+O: kept as users know it.
-    // clang-format off
-    const MenuRow rows[] = {
-        {kFile, QT_TR_NOOP("&Open"),               Qt::CTRL | Qt::Key_F, [](Window* w) { w->choose(); }},
-        {kFile, QT_TR_NOOP("&Save Settings"),      {},                   [](Window* w) { w->savesettings(); }},
-        {kFile, nullptr,                           {},                   nullptr},
-        {kFile, QT_TR_NOOP("&Quit"),               Qt::CTRL | Qt::Key_Q, [](Window*) { qApp->closeAllWindows(); }},
-        {kView, QT_TR_NOOP("&Refresh"),            Qt::Key_Escape,       [](Window* w) { w->refresh(); }},
-        {kView, QT_TR_NOOP("Reset &Aspect Ratio"), Qt::CTRL | Qt::Key_0, [](Window* w) { w->resetaspect(); }},
-        {kView, nullptr,                           {},                   nullptr},
-        {kView, QT_TR_NOOP("&White Background"),   Qt::CTRL | Qt::Key_B, [](Window* w) { w->backclr(); }, &Window::bkclrItemId},
-        {kView, nullptr,                           {},                   nullptr},
-    };
-    // clang-format on
-    for (const MenuRow& row : rows)
-        AddMenuRow(row);
-}
-
-QMenu* AppWindow::AddMenu(const QString& title)
-{
-    auto* menu = new QMenu(title, this);
-    menuBar()->addMenu(menu);
-    return menu;
-}
-
-void AppWindow::AddMenuRow(const MenuRow& row)
-{
-    QMenu* menu = this->*row.menu;
-    if (row.text == nullptr) {
-        menu->addSeparator();
-        return;
-    }
-    QAction* item = menu->addAction(tr(row.text));
-    item->setData(NextItemId());
-    if (row.key.toCombined() != 0)
-        item->setShortcut(QKeySequence(row.key));
-    connect(item, &QAction::triggered, this, [this, action = row.action] { action(this); });
-    if (row.id != nullptr)
-        this->*row.id = item->data().toInt();
-}
-
-QAction* AppWindow::FindViewItem(int id) const
-{
-    const QList<QAction*> items = viewMenu->actions();
-    const auto found = std::find_if(items.begin(), items.end(), [id](const QAction* item) {
-        return !item->isSeparator() && item->data().toInt() == id;
-    });
-    return found == items.end() ? nullptr : *found;
+    const QPoint corner(WindowPlace(grWinPos.left), WindowPlace(grWinPos.top));
+    const QSize size = WindowSize(grWinPos.width, grWinPos.height);
+    SetRect(&grWinPos, corner.x(), corner.y(), corner.x() + size.width(),
+            corner.y() + size.height());
+    move(corner);
+    resize(size);
 }
 
 // The item is not checkable until the background was white once: that is how it starts when the
