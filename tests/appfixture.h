@@ -14,9 +14,12 @@
 
 #include <QApplication>
 #include <QDialog>
+#include <QDialogButtonBox>
 #include <QDir>
 #include <QEvent>
+#include <QFileDialog>
 #include <QImage>
+#include <QLineEdit>
 #include <QMessageBox>
 #include <QMetaMethod>
 #include <QPainter>
@@ -296,6 +299,19 @@ inline QStringList InOrder(const QStringList& table, const QStringList& items)
             found.append(item);
     }
     return found;
+}
+
+/// Puts a name into a file dialog that opens, and confirms it. The dialog takes the name only when
+/// it has read the folder, which happens beside the event loop.
+inline void TypeName(QFileDialog& dialog, const QString& name)
+{
+    auto* edit = dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
+    QVERIFY(edit != nullptr);
+    edit->setText(name); // typed, it would open a list of completions on top
+    auto* buttons = dialog.findChild<QDialogButtonBox*>();
+    QVERIFY(buttons != nullptr);
+    QTRY_VERIFY(buttons->button(QDialogButtonBox::Open)->isEnabled());
+    QTest::keyClick(edit, Qt::Key_Enter);
 }
 
 /// What a view that is not zoomed shows.

@@ -10,7 +10,6 @@
 
 #include <QElapsedTimer>
 #include <QFileDialog>
-#include <QLineEdit>
 #include <QMenu>
 #include <QMenuBar>
 #include <QStatusBar>
@@ -28,6 +27,7 @@
 using fixture::Box;
 using fixture::InOrder;
 using fixture::Settle;
+using fixture::TypeName;
 using fixture::Window;
 
 namespace {
@@ -188,15 +188,6 @@ QString PlaceText(const Rect& r)
 QString PlaceText(int64_t left, int64_t top, int64_t width, int64_t height)
 {
     return PlaceText(Place(left, top, width, height));
-}
-
-// Puts a name into the file dialog and confirms it.
-void TypeName(QFileDialog& dialog, const std::string& name)
-{
-    auto* edit = dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
-    QVERIFY(edit != nullptr);
-    edit->setText(Text(name)); // typed, it would open a list of completions on top
-    QTest::keyClick(edit, Qt::Key_Enter);
 }
 
 } // namespace
@@ -655,7 +646,7 @@ void TestAppWindow::choose_file_loadsIt()
 {
     const std::string path = directories->Write("a.plf", Graph());
     const Window window;
-    dialogs->Expect<QFileDialog>([&](QFileDialog& dialog) { TypeName(dialog, path); });
+    dialogs->Expect<QFileDialog>([&](QFileDialog& dialog) { TypeName(dialog, Text(path)); });
     window->choose();
     QCOMPARE(Text(gszPlffileOrig), Text(path));
     QCOMPARE(window->windowTitle(), QStringLiteral("KORVEL Viewer - a.plf"));
@@ -667,7 +658,7 @@ void TestAppWindow::choose_file_isNeverTemporary()
     const std::string path = directories->Write("a.plf", Graph());
     const Window window;
     gbIsTempFile = true;
-    dialogs->Expect<QFileDialog>([&](QFileDialog& dialog) { TypeName(dialog, path); });
+    dialogs->Expect<QFileDialog>([&](QFileDialog& dialog) { TypeName(dialog, Text(path)); });
     window->choose();
     QVERIFY(!gbIsTempFile);
 }
@@ -678,7 +669,7 @@ void TestAppWindow::choose_badFile_isNeverTemporaryEither()
     const Window window;
     gbIsTempFile = true;
     Box box;
-    dialogs->Expect<QFileDialog>([&](QFileDialog& dialog) { TypeName(dialog, path); });
+    dialogs->Expect<QFileDialog>([&](QFileDialog& dialog) { TypeName(dialog, Text(path)); });
     fixture::ExpectBox(*dialogs, box);
     window->choose();
     QCOMPARE(box.text, QString::fromLatin1(kNotPlf));
@@ -690,7 +681,7 @@ void TestAppWindow::choose_secondFile_keepsTheExportNameOfTheFirst()
     const std::string second = directories->Write("b.plf", Graph());
     Window window;
     window.AddViewOf(directories->Write("a.plf", Graph()));
-    dialogs->Expect<QFileDialog>([&](QFileDialog& dialog) { TypeName(dialog, second); });
+    dialogs->Expect<QFileDialog>([&](QFileDialog& dialog) { TypeName(dialog, Text(second)); });
     window->choose();
     QCOMPARE(window->windowTitle(), QStringLiteral("KORVEL Viewer - b.plf"));
     QCOMPARE(Text(gszCvtFilenameBase), Text(directories->Path("a")));
@@ -1152,7 +1143,7 @@ void TestAppWindow::keys_open()
     window.AddViewOf(directories->Write("a.plf", Graph()));
     QVERIFY(window.Show());
     const std::string second = directories->Write("b.plf", Graph());
-    dialogs->Expect<QFileDialog>([&](QFileDialog& dialog) { TypeName(dialog, second); });
+    dialogs->Expect<QFileDialog>([&](QFileDialog& dialog) { TypeName(dialog, Text(second)); });
     QTest::keyClick(window.Get(), Qt::Key_F, Qt::ControlModifier);
     QCOMPARE(window->windowTitle(), QStringLiteral("KORVEL Viewer - b.plf"));
     QTest::keyClick(window.Get(), Qt::Key_O, Qt::ControlModifier);

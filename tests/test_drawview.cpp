@@ -16,6 +16,7 @@ using fixture::Box;
 using fixture::kWholeArea;
 using fixture::Settle;
 using fixture::ShownArea;
+using fixture::TypeName;
 using fixture::Window;
 
 namespace {
@@ -322,10 +323,7 @@ void TestDrawView::constructor_withoutAFile_loadsTheChosenOne()
 {
     const QString path = QString::fromStdString(Cross());
     Window window;
-    dialogs->Expect<QFileDialog>([&](QFileDialog& dialog) {
-        dialog.selectFile(path);
-        QTest::keyClick(&dialog, Qt::Key_Enter);
-    });
+    dialogs->Expect<QFileDialog>([&](QFileDialog& dialog) { TypeName(dialog, path); });
     window.AddView();
     QCOMPARE(window->windowTitle(), QStringLiteral("KORVEL Viewer - cross.plf"));
 }

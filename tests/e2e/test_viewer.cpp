@@ -167,14 +167,19 @@ void TestViewer::OpenTestGraph()
     ExpectMarks();
 }
 
+// After a failure nothing more is worth telling: the same holds for the two functions below.
 void TestViewer::Quit()
 {
+    if (QTest::currentTestFailed())
+        return;
     PressKeys(QStringLiteral("ctrl+q"));
     QCOMPARE(viewer->AwaitEnd(), 0);
 }
 
 void TestViewer::ExpectMarks(const QRectF& part, QColor background)
 {
+    if (QTest::currentTestFailed())
+        return;
     QVERIFY(Await([&] { return viewer->Canvas(background).height() > 0; }));
     for (const Mark& mark : kMarks)
         ExpectDrawn(mark, part, background);
@@ -183,6 +188,8 @@ void TestViewer::ExpectMarks(const QRectF& part, QColor background)
 // A mark of the shown part is where it belongs, to the pixel, and one of another part is nowhere.
 void TestViewer::ExpectDrawn(const Mark& mark, const QRectF& part, QColor background)
 {
+    if (QTest::currentTestFailed())
+        return;
     const QRect canvas = viewer->Canvas(background);
     const bool inPart = part.contains(QPointF(mark.at.x(), kGraphHeight - mark.at.y()));
     const QPoint expected = OnScreen(mark.at, canvas, part);
