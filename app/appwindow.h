@@ -27,14 +27,15 @@ public:
 
 private:
     QMenu* fileMenu = nullptr;
+    QMenu* exportMenu = nullptr;
     QMenu* viewMenu = nullptr;
     int bkclrItemId = 0; // item id of White Background
 
     struct MenuRow;
     void BuildMenus();
     QMenu* AddMenu(const QString& title);
-    void PlaceWindow();
     void AddMenuRow(const MenuRow& row);
+    void PlaceWindow();
     QAction* FindViewItem(int id) const;
     void CheckBackgroundItem();
     bool StoreFileName(const QString& name);
@@ -44,8 +45,15 @@ private:
 public slots:
     /// Asks for a file and loads it; a cancelled dialog changes nothing.
     void choose();
+    /// Writes the view's picture as a JPEG image: under the name that the command line gave when
+    /// that asked for it, else where the user says.
+    void ExportJpeg();
+    /// Writes the graph as an EPS file, named like a JPEG image.
+    void ExportEPS();
 
 private slots:
+    void saveAs();
+    void print();
     void backclr();
     void savesettings();
     void refresh();

@@ -7,7 +7,6 @@
 #include "meta/plfmeta.h"
 #include "support/numbers.h"
 
-#include <QCoreApplication>
 #include <QMouseEvent>
 #include <QPrinter>
 #include <QRubberBand>
@@ -51,16 +50,6 @@ void DrawView::updateIt()
 }
 
 void DrawView::customEvent(QCustomEvent* /*e*/) {}
-
-void DrawView::PostCmdargDone(int iNotval)
-{
-    QCoreApplication::processEvents();
-    if (iNotval > 0)
-        giCmdArg &= ~(1 << (iNotval - 1));
-    // Outside the event loop the toolkit ignores the request; it is made all the same.
-    if (giCmdArg == 0 && gbCmdQuit)
-        QCoreApplication::quit();
-}
 
 // The part of the file under the zoom rectangle, in drawing units. An inverted rectangle stays
 // inverted.

@@ -47,14 +47,23 @@ public:
     /// @param painter  not used
     void DrawRubberRect(QPainter* painter);
 
+    /// Draws the current file on the view's printer, as one job. Nothing happens when the printer
+    /// does not begin; without a file the page is empty.
+    void PrintGraph();
+
     // The order of the slots is the order of their indices in the meta-object.
 public slots:
     /// Asks for a repaint.
     void updateIt();
+    /// Shows the print dialog and prints when the user accepts it.
+    void printIt();
+    /// Prints with the orientation and paper of the command line and the configuration file, then
+    /// goes on with the pending jobs.
+    void cmdPrint();
     /// Does nothing; it keeps its place in the order of the slots.
     void customEvent(QCustomEvent* e);
-    /// Marks a command-line job as done and asks the application to quit when none is left and
-    /// "-q" was given. Processes pending events first.
+    /// Marks a command-line job as done, asks the application to quit when none is left and "-q"
+    /// was given, and runs those that are left: print, JPEG, EPS. Processes pending events first.
     /// @param iNotval  number of the job (1 print, 2 JPEG, 3 EPS), or 0 for none
     void PostCmdargDone(int iNotval);
     /// Draws the current file; nothing without one.

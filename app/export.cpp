@@ -1,0 +1,163 @@
+// SPDX-License-Identifier: MIT
+// SPDX-FileCopyrightText: 2026 plotvw contributors
+#include "app/export.h"
+
+#include "app/appwindow.h"
+#include "app/drawview.h"
+#include "app/globals.h"
+#include "app/messages.h"
+#include "meta/plfmeta.h"
+#include "support/files.h"
+#include "support/text.h"
+
+#include <QDir>
+#include <QFileDialog>
+#include <QPixmap>
+#include <QStatusBar>
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <limits>
+
+namespace {
+
+// How long the status bar tells how saving went, milliseconds.
+constexpr int kSaveStatusTime = 5000;
+// Steps of giExportQuality on the toolkit's scale of 0 to 100.
+constexpr int kQualityStep = 10;
+// The job numbers of PostCmdargDone.
+constexpr int kJpegDone = 2;
+constexpr int kEpsDone = 3;
+
+// Asks for the name of a file to write; empty when the user cancels.
+QString AskSaveName(QWidget* parent, const char* objectName, const QString& caption,
+                    const QString& filter)
+{
+    QFileDialog dialog(parent, caption, QString(), filter);
+    dialog.setObjectName(QLatin1StringView(objectName));
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.setFileMode(QFileDialog::AnyFile);
+    if (dialog.exec() != QDialog::Accepted)
+        return {};
+    return dialog.selectedFiles().constFirst();
+}
+
+// Puts a directory in front of a name without one and makes the result the export's file name.
+// Says so and returns false when it does not fit.
+bool CompleteExportName(QWidget* parent, QString& name)
+{
+    if (!name.contains(u'/') && !name.contains(u'\\')) {
+        const QString directory = gszCurrentWorkingDir[0] != 0
+                                      ? QString::fromLocal8Bit(gszCurrentWorkingDir)
+                                      : QDir::currentPath();
+        name = directory + QDir::separator() + name;
+    }
+    const QByteArray local = name.toLocal8Bit();
+    if (CopyText(gszCvtFilename, local.constData()))
+        return true;
+    ShowTooLong(parent, AppWindow::tr("The name of the exported file"),
+                static_cast<size_t>(local.size()), kPathSize - 1);
+    return false;
+}
+
+// Any configured value is passed on; only the product is kept an int.
+int JpegQuality()
+{
+    constexpr int kMost = std::numeric_limits<int>::max() / kQualityStep;
+    return std::clamp(giExportQuality, -kMost, kMost) * kQualityStep;
+}
+
+} // namespace
+
+void AppendFileExt(QString& name, const char* ext)
+{
+    const QLatin1StringView extension(ext);
+    if (name.endsWith(extension))
+        return;
+    qsizetype start = name.lastIndexOf(u'/');
+    if (start < 0)
+        start = name.lastIndexOf(u'\\');
+    if (name.indexOf(u'.', std::max<qsizetype>(start, 0)) < 0)
+        name += extension;
+}
+
+void AppWindow::saveAs()
+{
+    if (gpPlfmembuf == nullptr) {
+        statusBar()->showMessage(tr("Nothing to save"), kSaveStatusTime);
+        return;
+    }
+    QString name = AskSaveName(this, "Save Graphic File", tr("Save as"),
+                               tr("KORVEL Graphics (*.plf);;All Files (*)"));
+    // A host's command may have replaced or dropped the graph while the dialog stood open.
+    if (name.isEmpty() || gpPlfmembuf == nullptr)
+        return;
+    AppendFileExt(name, ".plf");
+    const FilePtr file(fopen(name.toLocal8Bit().constData(), "wb"));
+    if (file == nullptr) {
+        // No blank between the words and the name: kept so on purpose.
+        ShowError(this, tr("Error"), tr("Error opening") + name);
+        return;
+    }
+    fwrite(gpPlfmembuf, 1, gdwFilesize, file.get());
+    statusBar()->showMessage(name + tr(" saved."), kSaveStatusTime);
+}
+
+void AppWindow::ExportJpeg()
+{
+    const bool asJob = (giCmdArg & kJobJpeg) != 0;
+    QString name = asJob ? QString::fromLocal8Bit(gszCvtFilenameBase)
+                         : AskSaveName(this, "Export Graphic File", tr("Export JPEG image"),
+                                       tr("JPEG image (*.jpg);;All Files (*)"));
+    if (name.isEmpty())
+        return; // a job without a name stays pending, deliberately
+    AppendFileExt(name, ".jpg");
+    if (CompleteExportName(this, name) && !gpDraw->grab().save(name, "JPEG", JpegQuality()))
+        ShowError(nullptr, tr("Save failed"), tr("Export failed for file: ") + name);
+    if (asJob)
+        gpDraw->PostCmdargDone(kJpegDone);
+}
+
+// Neither success nor failure is told.
+void AppWindow::ExportEPS()
+{
+    const bool asJob = (giCmdArg & kJobEps) != 0;
+    QString name = asJob ? QString::fromLocal8Bit(gszCvtFilenameBase)
+                         : AskSaveName(this, "Export Graphic File", tr("Export EPS file"),
+                                       tr("EPS file (*.eps);;All Files (*)"));
+    if (name.isEmpty())
+        return; // a job without a name stays pending, deliberately
+    AppendFileExt(name, ".eps");
+    if (CompleteExportName(this, name))
+        gpDraw->drawIt(nullptr, false, kConvertEps);
+    if (asJob)
+        gpDraw->PostCmdargDone(kEpsDone);
+}
+
+long copyFile(const char* dst, const char* src)
+{
+    const FilePtr from(OpenForReading(src));
+    const FilePtr to(fopen(dst, "w"));
+    if (from == nullptr || to == nullptr || fseek(from.get(), 0, SEEK_END) != 0)
+        return 0;
+    const long size = std::max(ftell(from.get()), 0L);
+    rewind(from.get());
+    const auto bytes = static_cast<size_t>(size);
+    const std::unique_ptr<char, decltype(&free)> copy(static_cast<char*>(malloc(bytes)), &free);
+    if (copy == nullptr && bytes > 0)
+        return 1;
+    fwrite(copy.get(), 1, fread(copy.get(), 1, bytes, from.get()), to.get());
+    return size;
+}
+
+char* MakeCvtSavePath(const char* path, const char* marker)
+{
+    if (!CopyText(gszCvtSavePath, path))
+        return nullptr;
+    char* cut = strstr(gszCvtSavePath, marker);
+    if (cut != nullptr)
+        *cut = 0;
+    return cut;
+}

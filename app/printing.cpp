@@ -1,0 +1,84 @@
+// SPDX-License-Identifier: MIT
+// SPDX-FileCopyrightText: 2026 plotvw contributors
+//
+// Printing, and the chain of jobs that a command line asks for.
+#include "app/appwindow.h"
+#include "app/drawview.h"
+#include "app/globals.h"
+
+#include <QCoreApplication>
+#include <QPageLayout>
+#include <QPageSize>
+#include <QPrintDialog>
+#include <QPrinter>
+
+namespace {
+
+// The job numbers of PostCmdargDone.
+constexpr int kPrintDone = 1;
+
+// Only 0 is Letter and only 2 is A4: deliberate, configuration files in use rely on the rest being
+// Legal.
+QPageSize::PageSizeId CmdlinePaper()
+{
+    switch (giCmdPrintPapertype) {
+    case 0:
+        return QPageSize::Letter;
+    case 2:
+        return QPageSize::A4;
+    default:
+        return QPageSize::Legal;
+    }
+}
+
+} // namespace
+
+void AppWindow::print()
+{
+    view->printIt();
+}
+
+void DrawView::printIt()
+{
+    auto* dialog = new QPrintDialog(pPrinter, this); // goes with the view
+    dialog->setWindowTitle(tr("Print Graph"));
+    if (dialog->exec() == QDialog::Accepted)
+        PrintGraph();
+}
+
+void DrawView::cmdPrint()
+{
+    pPrinter->setPageOrientation(giCmdPrintOrientation == 0 ? QPageLayout::Landscape
+                                                            : QPageLayout::Portrait);
+    pPrinter->setPageSize(QPageSize(CmdlinePaper()));
+    PrintGraph();
+    PostCmdargDone(kPrintDone);
+}
+
+// A printer that does not take the job is not reported.
+void DrawView::PrintGraph()
+{
+    QPainter painter;
+    if (!painter.begin(pPrinter))
+        return;
+    drawIt(&painter, true, 0);
+    painter.end();
+}
+
+void DrawView::PostCmdargDone(int iNotval)
+{
+    QCoreApplication::processEvents(); // paints the window before anything else happens
+    if (iNotval > 0)
+        giCmdArg &= ~(1 << (iNotval - 1));
+    // Outside the event loop the toolkit ignores the request; it is made all the same.
+    if (giCmdArg == 0 && gbCmdQuit)
+        QCoreApplication::quit();
+    // Each job ends in a call of this function that clears its bit and runs the rest, so every
+    // test reads giCmdArg afresh.
+    if ((giCmdArg & kJobPrint) != 0)
+        cmdPrint();
+    if ((giCmdArg & kJobJpeg) != 0)
+        gpMainwnd->ExportJpeg();
+    if ((giCmdArg & kJobEps) != 0)
+        gpMainwnd->ExportEPS();
+}
