@@ -15,8 +15,10 @@
 #include "support/text.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QCloseEvent>
 #include <QFileDialog>
+#include <QLocalSocket>
 #include <QMenu>
 #include <QResizeEvent>
 #include <QStatusBar>
@@ -64,6 +66,7 @@ AppWindow::AppWindow()
 {
     setObjectName(QStringLiteral("KORVEL Graphics Viewer"));
     setAttribute(Qt::WA_DeleteOnClose);
+    ConnectHost();
     initGraphics();
     ReadCfgFile();
     ReadSettingsFile();
@@ -72,6 +75,14 @@ AppWindow::AppWindow()
         CheckBackgroundItem();
     PlaceWindow();
     statusBar()->showMessage(tr("Ready"), kStatusTime);
+}
+
+AppWindow::~AppWindow()
+{
+    checkDeleteTempFile();
+    // The socket outlives the window and goes with the application.
+    if (socket != nullptr)
+        socket->setParent(qApp);
 }
 
 // Moves the window to grWinPos, as far as that can be, and makes grWinPos tell where it is.

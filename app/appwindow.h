@@ -7,6 +7,7 @@
 #include <QMainWindow>
 
 class DrawView;
+class QLocalSocket;
 class QMenu;
 
 class AppWindow : public QMainWindow
@@ -17,6 +18,7 @@ public:
     /// Reads the configuration and settings files, builds the menus and places the window at
     /// grWinPos. It deletes itself when it is closed.
     AppWindow();
+    ~AppWindow() override;
 
     /// Loads a graph and shows it; the view keeps its zoom. A failure is reported in a box and in
     /// the status bar and leaves no current file.
@@ -29,8 +31,13 @@ private:
     QMenu* fileMenu = nullptr;
     QMenu* exportMenu = nullptr;
     QMenu* viewMenu = nullptr;
-    int bkclrItemId = 0; // item id of White Background
+    QLocalSocket* socket = nullptr; // connection to the host; null once it was deleted
+    qint16 blockSize = 0;           // length of the frame being read; 0 = not read yet
+    int bkclrItemId = 0;            // item id of White Background
 
+    void ConnectHost();
+    void writeData(const QString& message);
+    void checkDeleteTempFile();
     struct MenuRow;
     void BuildMenus();
     QMenu* AddMenu(const QString& title);
@@ -58,8 +65,14 @@ private slots:
     void savesettings();
     void refresh();
     void resetaspect();
+    void fileProperties();
+    void about();
     void moveEvent(QMoveEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
+    /// Reads one command line from the host and carries it out.
+    void readData();
+    /// Ends the connection.
+    void deleteSocket();
 
 protected:
     void closeEvent(QCloseEvent* event) override;

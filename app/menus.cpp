@@ -39,6 +39,7 @@ void AppWindow::BuildMenus()
 {
     fileMenu = AddMenu(tr("&File"));
     viewMenu = AddMenu(tr("&View"));
+    QMenu* helpMenu = AddMenu(tr("&Help"));
     exportMenu = new QMenu(this);
     bkclrItemId = NextItemId();
     using W = AppWindow;
@@ -56,12 +57,15 @@ void AppWindow::BuildMenus()
         {fileMenu},
         {fileMenu,   QT_TR_NOOP("&Print"),                    kCtrl | Qt::Key_P, [](W* w) { w->print(); }},
         {fileMenu},
+        {fileMenu,   QT_TR_NOOP("P&roperties"),               {},                [](W* w) { w->fileProperties(); }},
+        {fileMenu},
         {fileMenu,   QT_TR_NOOP("&Quit"),                     kCtrl | Qt::Key_Q, [](W*) { qApp->closeAllWindows(); }},
         {viewMenu,   QT_TR_NOOP("&Refresh"),                  Qt::Key_Escape,    [](W* w) { w->refresh(); }},
         {viewMenu,   QT_TR_NOOP("Reset &Aspect Ratio"),       kCtrl | Qt::Key_0, [](W* w) { w->resetaspect(); }},
         {viewMenu},
         {viewMenu,   QT_TR_NOOP("&White Background"),         kCtrl | Qt::Key_B, [](W* w) { w->backclr(); }, nullptr, bkclrItemId},
         {viewMenu},
+        {helpMenu,   QT_TR_NOOP("&About Viewer"),             Qt::Key_F1,        [](W* w) { w->about(); }},
     };
     // clang-format on
     for (const MenuRow& row : rows)

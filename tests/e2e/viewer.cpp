@@ -37,6 +37,17 @@ void Viewer::SetEnvironment(const QString& name, const QString& value)
     process.setProcessEnvironment(environment);
 }
 
+// Without the line that the program writes whenever it is done with a file.
+QByteArray Viewer::Errors()
+{
+    QByteArray errors;
+    for (const QByteArray& line : process.readAllStandardError().split('\n')) {
+        if (!line.isEmpty() && !line.startsWith("Existing file name: "))
+            errors += line + '\n';
+    }
+    return errors;
+}
+
 bool Viewer::Start(const QStringList& arguments)
 {
     process.setArguments(arguments);

@@ -44,8 +44,8 @@ public:
     /// The area that shows the graph: the part of the window's left edge that has the background's
     /// colour. Empty when it has not.
     [[nodiscard]] QRect Canvas(QColor background) const;
-    /// What the program wrote to its standard error output.
-    [[nodiscard]] QByteArray Errors() { return process.readAllStandardError(); }
+    /// What the program wrote to its standard error output, without its line about each file.
+    [[nodiscard]] QByteArray Errors();
 
 private:
     [[nodiscard]] bool IsAsleep() const;

@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: MIT
+// SPDX-FileCopyrightText: 2026 plotvw contributors
+#include "hostlink/frame.h"
+
+#include <QDataStream>
+#include <QIODevice>
+
+namespace {
+
+// The stream format that hosts speak: number 7.
+constexpr QDataStream::Version kStreamVersion = QDataStream::Qt_4_0;
+static_assert(kStreamVersion == 7);
+
+} // namespace
+
+QByteArray EncodeFrame(const QString& message)
+{
+    QByteArray frame;
+    QDataStream stream(&frame, QIODevice::WriteOnly);
+    stream.setVersion(kStreamVersion);
+    stream << qint16{0} << message;
+    stream.device()->seek(0);
+    stream << static_cast<qint16>(frame.size() - kFrameLengthSize);
+    return frame;
+}
+
+bool ReadFrame(QIODevice* device, qint16* blockSize, QString* message)
+{
+    QDataStream stream(device);
+    stream.setVersion(kStreamVersion);
+    if (*blockSize == 0) {
+        if (device->bytesAvailable() < kFrameLengthSize)
+            return false;
+        stream >> *blockSize;
+    }
+    if (stream.atEnd())
+        return false;
+    stream >> *message;
+    return true;
+}

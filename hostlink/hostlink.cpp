@@ -1,0 +1,101 @@
+// SPDX-License-Identifier: MIT
+// SPDX-FileCopyrightText: 2026 plotvw contributors
+//
+// The main window's side of the host link: command lines come in, each is carried out and
+// acknowledged.
+#include "app/appwindow.h"
+#include "app/cmdline.h"
+#include "app/drawview.h"
+#include "app/globals.h"
+#include "hostlink/frame.h"
+
+#include <QCoreApplication>
+#include <QDebug>
+#include <QFile>
+#include <QFileInfo>
+#include <QLocalSocket>
+
+#include <vector>
+
+namespace {
+
+// The greeting, and the acknowledgement of each command that named a file.
+const QString kAccept = QStringLiteral("krv-accept-connect");
+
+// Applies the words of a command line, split at every blank: two blanks in a row give an empty
+// word, which is a file name like any other. There is no program name in front.
+void ApplyWords(const QString& commandLine)
+{
+    std::vector<QByteArray> words;
+    for (const QString& word : commandLine.split(u' '))
+        words.push_back(word.toLocal8Bit());
+    std::vector<char*> argv;
+    for (QByteArray& word : words)
+        argv.push_back(word.data());
+    ProcessCmdline(static_cast<int>(argv.size()), argv.data(), 0);
+}
+
+} // namespace
+
+// The connection is not waited for: on this platform a local server that listens takes it at once.
+// Without one the viewer runs alone.
+void AppWindow::ConnectHost()
+{
+    socket = new QLocalSocket;
+    socket->connectToServer(QString::fromLocal8Bit(gszKrvServerName), QIODevice::ReadWrite);
+    connect(socket, &QLocalSocket::readyRead, this, &AppWindow::readData);
+    if (socket->isOpen())
+        writeData(kAccept);
+}
+
+// One frame a call. A second one that came with the first waits for the next signal.
+void AppWindow::readData()
+{
+    if (socket == nullptr)
+        return;
+    QCoreApplication::processEvents();
+    QString commandLine;
+    if (!ReadFrame(socket, &blockSize, &commandLine))
+        return;
+    checkDeleteTempFile(); // the file of the command before
+    gfCmdlineWndpos = 0;
+    ApplyWords(commandLine);
+    if (gfCmdlineWndpos != 0)
+        PlaceWindow();
+    // Without a file the length stays as it is, and the next frame's own is taken for the start of
+    // its string. Deliberate: hosts send no such command and expect no answer to one.
+    if (gszPlffileOrig[0] == 0)
+        return;
+    load(QString::fromLocal8Bit(gszPlffileOrig));
+    QCoreApplication::processEvents(); // draws the graph
+    view->PostCmdargDone(0);
+    writeData(kAccept);
+    blockSize = 0;
+}
+
+void AppWindow::writeData(const QString& message)
+{
+    if (socket == nullptr || !socket->isOpen())
+        return;
+    socket->write(EncodeFrame(message));
+    socket->flush();
+}
+
+void AppWindow::deleteSocket()
+{
+    if (socket != nullptr)
+        socket->deleteLater();
+    socket = nullptr;
+}
+
+// Only a file that the host handed over whole, by name and with "-tmp", is ever deleted. The flag
+// and the name stay; the next command line resets them.
+void AppWindow::checkDeleteTempFile()
+{
+    const QString name = QString::fromLocal8Bit(gszPlffileOrig);
+    qDebug() << "Existing file name: " << name;
+    if (!gbIsTempFile || !QFile::exists(name))
+        return;
+    if (!QFile::remove(QFileInfo(name).canonicalFilePath()))
+        qDebug() << "Could not delete file";
+}
