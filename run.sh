@@ -22,7 +22,7 @@ if (($# > 1)) || [[ ${1-} == -h || ${1-} == --help ]]; then
   echo 'usage: ./run.sh [FILE]' >&2
   exit 2
 fi
-graph=${1:-$root/samples/portrait.plf}
+graph=${1:-$root/samples/plate.plf}
 
 temporary=$(mktemp -d)
 trap 'rm -rf -- "$temporary"' EXIT
