@@ -23,6 +23,15 @@ constexpr double kPageTop = 0.6;
 constexpr double kPageWidth = 9.0;
 constexpr double kPageHeight = 6.855;
 
+// Farthest that the page may lie or reach, in printer pixels: the toolkit adds place and size as
+// ints, and the configuration file may hold any shift and factor.
+constexpr int kMaxPagePixels = 1 << 29;
+
+int PagePixels(double value)
+{
+    return std::clamp(TruncToInt(value), -kMaxPagePixels, kMaxPagePixels);
+}
+
 // Path items on a line of the EPS output.
 constexpr int kEpsItemsPerLine = 4;
 
@@ -65,10 +74,10 @@ void CPlfMeta::MapWindow(const Rect& zoom, const Rect& full)
 void CPlfMeta::MapPage()
 {
     const Resolution dpi = PrinterResolution(pPrinter);
-    const int left = TruncToInt(dpi.x * kPageLeft + giPageX);
-    const int top = TruncToInt(dpi.y * kPageTop + giPageY);
-    const int width = TruncToInt(dpi.x * kPageWidth * gdPageSizeX);
-    const int height = TruncToInt(dpi.y * kPageHeight * gdPageSizeY);
+    const int left = PagePixels(dpi.x * kPageLeft + giPageX);
+    const int top = PagePixels(dpi.y * kPageTop + giPageY);
+    const int width = PagePixels(dpi.x * kPageWidth * gdPageSizeX);
+    const int height = PagePixels(dpi.y * kPageHeight * gdPageSizeY);
     pPainter->setViewport(left, top, width, height);
 }
 
