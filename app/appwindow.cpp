@@ -20,6 +20,7 @@
 #include <QFileDialog>
 #include <QLocalSocket>
 #include <QMenu>
+#include <QPointer>
 #include <QResizeEvent>
 #include <QStatusBar>
 
@@ -83,6 +84,8 @@ AppWindow::~AppWindow()
     // The socket outlives the window and goes with the application.
     if (socket != nullptr)
         socket->setParent(qApp);
+    if (gpMainwnd == this)
+        gpMainwnd = nullptr;
 }
 
 // Moves the window to grWinPos, as far as that can be, and makes grWinPos tell where it is.
@@ -109,23 +112,33 @@ void AppWindow::CheckBackgroundItem()
 
 void AppWindow::choose()
 {
-    QFileDialog dialog(this, tr("Open File"), QString(),
-                       tr("KORVEL Graphics (*.plf);;All Files (*)"));
-    dialog.setFileMode(QFileDialog::ExistingFile);
-    if (dialog.exec() != QDialog::Accepted)
+    OwnDialog<QFileDialog> dialog(this, tr("Open File"), QString(),
+                                  tr("KORVEL Graphics (*.plf);;All Files (*)"));
+    dialog->setFileMode(QFileDialog::ExistingFile);
+    if (!dialog.IsAccepted())
         return;
     gbIsTempFile = false; // what the user picks is never deleted
-    load(dialog.selectedFiles().constFirst());
+    load(dialog->selectedFiles().constFirst());
 }
 
 void AppWindow::load(const QString& name)
 {
-    const bool fits = StoreFileName(name);
+    loadFile(name.toLocal8Bit(), name);
+}
+
+void AppWindow::loadFile(const QByteArray& path, const QString& name)
+{
+    const QPointer<AppWindow> self(this);
+    const bool fits = StoreFileName(path);
+    if (self.isNull())
+        return;
     setWindowTitle(tr("KORVEL Viewer"));
     char message[kPathSize] = "";
     if (!fits || LoadPlfFile(gszPlffileOrig, message) != 0) {
         if (fits)
             ShowError(this, tr("Error"), QString::fromLatin1(message));
+        if (self.isNull())
+            return;
         ForgetDocument(fits ? QString::fromLocal8Bit(gszPlffileOrig) : name);
         return;
     }
@@ -142,12 +155,11 @@ void AppWindow::load(const QString& name)
 // Writes the full path of a document into gszPlffileOrig; relative names stand in the directory at
 // start-up. The first document of the program also names what is exported, until the end. Says so
 // and returns false when the path does not fit.
-bool AppWindow::StoreFileName(const QString& name)
+bool AppWindow::StoreFileName(const QByteArray& name)
 {
-    const QByteArray local = name.toLocal8Bit();
-    QByteArray path = local;
-    if (FilenameHasPath(local.constData()) == 0)
-        path = QByteArray(gszCurdir) + '/' + local;
+    QByteArray path = name;
+    if (FilenameHasPath(name.constData()) == 0)
+        path = QByteArray(gszCurdir) + '/' + name;
     if (!CopyText(gszPlffileOrig, path.constData())) {
         ShowTooLong(this, tr("The file name"), static_cast<size_t>(path.size()), kPathSize - 1);
         return false;

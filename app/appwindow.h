@@ -24,6 +24,9 @@ public:
     /// the status bar and leaves no current file.
     /// @param name  absolute, with a directory, or relative to the directory at start-up
     void load(const QString& name);
+    /// The same for a name in local 8-bit form, which need not be valid text.
+    /// @param name  what the status bar calls it
+    void loadFile(const QByteArray& path, const QString& name);
 
     DrawView* view = nullptr; // set by the view's own constructor
 
@@ -45,7 +48,7 @@ private:
     void PlaceWindow();
     QAction* FindViewItem(int id) const;
     void CheckBackgroundItem();
-    bool StoreFileName(const QString& name);
+    bool StoreFileName(const QByteArray& name);
     void ForgetDocument(const QString& name);
 
     // The order of the slots is the order of their indices in the meta-object.

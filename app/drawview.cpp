@@ -27,7 +27,7 @@ DrawView::DrawView(AppWindow* parent) : rubberBand(new QRubberBand(QRubberBand::
 {
     parent->view = this;
     if (gszPlffileOrig[0] != 0)
-        parent->load(QString::fromLocal8Bit(gszPlffileOrig));
+        parent->loadFile(QByteArray(gszPlffileOrig), QString::fromLocal8Bit(gszPlffileOrig));
     else
         parent->choose();
     setBackgroundRole(QPalette::Base);
@@ -36,12 +36,21 @@ DrawView::DrawView(AppWindow* parent) : rubberBand(new QRubberBand(QRubberBand::
     pen.setColor(Qt::white);
     setParent(parent, Qt::WindowFlags());
     setGeometry(0, 0, width(), height());
-    pPrinter = new QPrinter(QPrinter::HighResolution);
+    MakePrinter();
 }
 
 DrawView::~DrawView()
 {
     delete pPrinter;
+    if (gpDraw == this)
+        gpDraw = nullptr;
+}
+
+// The constructor's last step, unless a host's command printed while its file dialog stood open.
+void DrawView::MakePrinter()
+{
+    if (pPrinter == nullptr)
+        pPrinter = new QPrinter(QPrinter::HighResolution);
 }
 
 void DrawView::updateIt()
@@ -151,8 +160,8 @@ void DrawView::mouseReleaseEvent(QMouseEvent* event)
     rubberBand->hide();
 }
 
-// The release point decides between a click and a selection, by its distance from the rectangle's
-// left edge; the rectangle keeps the corner of the last move.
+// A release close to the rectangle's left edge, whatever the height, was a click. The release point
+// itself goes nowhere: the last move gave the rectangle its corner.
 void DrawView::FinishSelecting(int x)
 {
     if (std::abs(x - zoomRect.left) < kMinSelection) {

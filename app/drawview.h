@@ -81,6 +81,7 @@ protected:
 private:
     using QWidget::customEvent; // the event handler stays reachable beside the slot
 
+    void MakePrinter();
     void SetZoomRect(int64_t left, int64_t top, int64_t right, int64_t bottom);
     void MoveZoomRect(const QPoint& to);
     void FinishSelecting(int x);
@@ -90,8 +91,8 @@ private:
     int zoomState = kZoomNone; // a ZoomState
     int lastX = 0;             // mouse at the last step of a move
     int lastY = 0;
-    QPen pen;                // dotted white; nothing reads it
-    QPixmap pixmap;          // empty; nothing reads it
-    QRubberBand* rubberBand; // child of the view
-    QPrinter* pPrinter;      // keeps its settings for the view's life
+    QPen pen;                     // dotted white; nothing reads it
+    QPixmap pixmap;               // empty; nothing reads it
+    QRubberBand* rubberBand;      // child of the view
+    QPrinter* pPrinter = nullptr; // keeps its settings for the view's life
 };

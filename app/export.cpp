@@ -13,6 +13,7 @@
 #include <QDir>
 #include <QFileDialog>
 #include <QPixmap>
+#include <QPointer>
 #include <QStatusBar>
 
 #include <algorithm>
@@ -35,13 +36,11 @@ constexpr int kEpsDone = 3;
 QString AskSaveName(QWidget* parent, const char* objectName, const QString& caption,
                     const QString& filter)
 {
-    QFileDialog dialog(parent, caption, QString(), filter);
-    dialog.setObjectName(QLatin1StringView(objectName));
-    dialog.setAcceptMode(QFileDialog::AcceptSave);
-    dialog.setFileMode(QFileDialog::AnyFile);
-    if (dialog.exec() != QDialog::Accepted)
-        return {};
-    return dialog.selectedFiles().constFirst();
+    OwnDialog<QFileDialog> dialog(parent, caption, QString(), filter);
+    dialog->setObjectName(QLatin1StringView(objectName));
+    dialog->setAcceptMode(QFileDialog::AcceptSave);
+    dialog->setFileMode(QFileDialog::AnyFile);
+    return dialog.IsAccepted() ? dialog->selectedFiles().constFirst() : QString();
 }
 
 // Puts a directory in front of a name without one and makes the result the export's file name.
@@ -95,7 +94,7 @@ void AppWindow::saveAs()
     if (name.isEmpty() || gpPlfmembuf == nullptr)
         return;
     AppendFileExt(name, ".plf");
-    const FilePtr file(fopen(name.toLocal8Bit().constData(), "wb"));
+    const FilePtr file(OpenForWriting(name.toLocal8Bit().constData()));
     if (file == nullptr) {
         // No blank between the words and the name: kept so on purpose.
         ShowError(this, tr("Error"), tr("Error opening") + name);
@@ -114,10 +113,11 @@ void AppWindow::ExportJpeg()
     if (name.isEmpty())
         return; // a job without a name stays pending, deliberately
     AppendFileExt(name, ".jpg");
-    if (CompleteExportName(this, name) && !gpDraw->grab().save(name, "JPEG", JpegQuality()))
+    const QPointer<DrawView> target(view);
+    if (CompleteExportName(this, name) && !view->grab().save(name, "JPEG", JpegQuality()))
         ShowError(nullptr, tr("Save failed"), tr("Export failed for file: ") + name);
-    if (asJob)
-        gpDraw->PostCmdargDone(kJpegDone);
+    if (asJob && !target.isNull())
+        target->PostCmdargDone(kJpegDone);
 }
 
 // Neither success nor failure is told.
@@ -130,16 +130,17 @@ void AppWindow::ExportEPS()
     if (name.isEmpty())
         return; // a job without a name stays pending, deliberately
     AppendFileExt(name, ".eps");
+    const QPointer<DrawView> target(view);
     if (CompleteExportName(this, name))
-        gpDraw->drawIt(nullptr, false, kConvertEps);
-    if (asJob)
-        gpDraw->PostCmdargDone(kEpsDone);
+        view->drawIt(nullptr, false, kConvertEps);
+    if (asJob && !target.isNull())
+        target->PostCmdargDone(kEpsDone);
 }
 
 long copyFile(const char* dst, const char* src)
 {
     const FilePtr from(OpenForReading(src));
-    const FilePtr to(fopen(dst, "w"));
+    const FilePtr to(OpenForWriting(dst));
     if (from == nullptr || to == nullptr || fseek(from.get(), 0, SEEK_END) != 0)
         return 0;
     const long size = std::max(ftell(from.get()), 0L);

@@ -4,6 +4,7 @@
 
 #include "app/appwindow.h"
 #include "app/globals.h"
+#include "app/messages.h"
 #include "support/paths.h"
 #include "support/text.h"
 
@@ -95,7 +96,7 @@ void FileProp::changeEvent(QEvent* event)
 
 void AppWindow::fileProperties()
 {
-    FileProp dialog(this, "testdlg", true);
-    dialog.Init();
-    dialog.exec();
+    const OwnDialog<FileProp> dialog(this, "testdlg", true);
+    dialog->Init();
+    dialog->exec();
 }

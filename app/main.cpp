@@ -8,6 +8,7 @@
 #include "support/text.h"
 
 #include <QApplication>
+#include <QPointer>
 
 #include <unistd.h>
 
@@ -16,7 +17,7 @@ namespace {
 void ReadWorkingDirectory()
 {
     if (getcwd(gszCurdir, sizeof gszCurdir) == nullptr)
-        gszCurdir[0] = 0; // it is gone or longer than the buffer: relative names will not open
+        gszCurdir[0] = 0; // it is gone or does not fit: relative names are then looked for in "/"
 }
 
 void ReadExePath()
@@ -48,6 +49,12 @@ int main(int argc, char** argv)
     gpMainwnd->setCentralWidget(gpDraw);
     gpMainwnd->show();
     gpDraw->show();
+    const QPointer<AppWindow> window(gpMainwnd);
     gpDraw->PostCmdargDone(0);
+    // A window that was closed meanwhile no longer ends an event loop that begins now.
+    if (window.isNull() || !window->isVisible()) {
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        return 0;
+    }
     return QApplication::exec();
 }

@@ -87,7 +87,7 @@ void AppWindow::AddMenuRow(const MenuRow& row)
     }
     QAction* item = row.menu->addAction(tr(row.text));
     item->setData(row.id);
-    if (row.key.toCombined() != 0)
+    if (row.key != QKeyCombination())
         item->setShortcut(QKeySequence(row.key));
     if (row.submenu != nullptr)
         item->setMenu(row.submenu);

@@ -7,9 +7,9 @@
 
 void ShowError(QWidget* parent, const QString& title, const QString& text)
 {
-    QMessageBox box(QMessageBox::Critical, title, text, QMessageBox::Ok, parent);
-    box.setTextFormat(Qt::PlainText);
-    box.exec();
+    const OwnDialog<QMessageBox> box(QMessageBox::Critical, title, text, QMessageBox::Ok, parent);
+    box->setTextFormat(Qt::PlainText);
+    box->exec();
 }
 
 void ShowTooLong(QWidget* parent, const QString& what, size_t length, size_t limit)

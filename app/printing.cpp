@@ -9,6 +9,7 @@
 #include <QCoreApplication>
 #include <QPageLayout>
 #include <QPageSize>
+#include <QPointer>
 #include <QPrintDialog>
 #include <QPrinter>
 
@@ -40,14 +41,16 @@ void AppWindow::print()
 
 void DrawView::printIt()
 {
-    auto* dialog = new QPrintDialog(pPrinter, this); // goes with the view
+    MakePrinter();
+    const QPointer<QPrintDialog> dialog = new QPrintDialog(pPrinter, this); // goes with the view
     dialog->setWindowTitle(tr("Print Graph"));
-    if (dialog->exec() == QDialog::Accepted)
+    if (dialog->exec() == QDialog::Accepted && !dialog.isNull())
         PrintGraph();
 }
 
 void DrawView::cmdPrint()
 {
+    MakePrinter();
     pPrinter->setPageOrientation(giCmdPrintOrientation == 0 ? QPageLayout::Landscape
                                                             : QPageLayout::Portrait);
     pPrinter->setPageSize(QPageSize(CmdlinePaper()));
@@ -67,6 +70,8 @@ void DrawView::PrintGraph()
 
 void DrawView::PostCmdargDone(int iNotval)
 {
+    // The user may close the window in the events that are processed, or during a job.
+    const QPointer<DrawView> self(this);
     QCoreApplication::processEvents(); // paints the window before anything else happens
     if (iNotval > 0)
         giCmdArg &= ~(1 << (iNotval - 1));
@@ -75,10 +80,11 @@ void DrawView::PostCmdargDone(int iNotval)
         QCoreApplication::quit();
     // Each job ends in a call of this function that clears its bit and runs the rest, so every
     // test reads giCmdArg afresh.
-    if ((giCmdArg & kJobPrint) != 0)
+    const auto isPending = [&self](int job) { return !self.isNull() && (giCmdArg & job) != 0; };
+    if (isPending(kJobPrint))
         cmdPrint();
-    if ((giCmdArg & kJobJpeg) != 0)
+    if (isPending(kJobJpeg))
         gpMainwnd->ExportJpeg();
-    if ((giCmdArg & kJobEps) != 0)
+    if (isPending(kJobEps))
         gpMainwnd->ExportEPS();
 }

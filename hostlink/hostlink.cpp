@@ -14,6 +14,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QLocalSocket>
+#include <QPointer>
 
 #include <vector>
 
@@ -53,13 +54,19 @@ void AppWindow::readData()
 {
     if (socket == nullptr)
         return;
+    // The window may be closed in the events that are processed here and below.
+    const QPointer<AppWindow> self(this);
     QCoreApplication::processEvents();
+    if (self.isNull() || socket == nullptr)
+        return;
     QString commandLine;
     if (!ReadFrame(socket, &blockSize, &commandLine))
         return;
     checkDeleteTempFile(); // the file of the command before
     gfCmdlineWndpos = 0;
-    ApplyWords(commandLine);
+    ApplyWords(commandLine); // may show a box
+    if (self.isNull())
+        return;
     if (gfCmdlineWndpos != 0)
         PlaceWindow();
     // Without a file the length stays as it is, and the next frame's own is taken for the start of
@@ -67,8 +74,12 @@ void AppWindow::readData()
     if (gszPlffileOrig[0] == 0)
         return;
     load(QString::fromLocal8Bit(gszPlffileOrig));
-    QCoreApplication::processEvents(); // draws the graph
-    view->PostCmdargDone(0);
+    if (!self.isNull())
+        QCoreApplication::processEvents(); // draws the graph
+    if (!self.isNull() && view != nullptr)
+        view->PostCmdargDone(0);
+    if (self.isNull())
+        return;
     writeData(kAccept);
     blockSize = 0;
 }

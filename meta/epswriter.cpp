@@ -35,7 +35,7 @@ int Upward(int y)
 
 std::unique_ptr<EpsWriter> EpsWriter::Open(const char* path)
 {
-    FilePtr file(fopen(path, "w"));
+    FilePtr file(OpenForWriting(path));
     if (file == nullptr)
         return nullptr;
     setvbuf(file.get(), nullptr, _IONBF, 0); // the writer has its own buffer

@@ -8,11 +8,20 @@
 
 namespace {
 
+// A link to it is how users say that a file shall be empty.
+bool IsNullDevice(const struct stat& info)
+{
+    struct stat null = {};
+    return S_ISCHR(info.st_mode) && stat("/dev/null", &null) == 0 && info.st_rdev == null.st_rdev;
+}
+
 // Asked of the open descriptor, not of the name: the name may mean another file by then.
 bool EndsByItself(int fd)
 {
     struct stat info = {};
-    return fstat(fd, &info) == 0 && (S_ISREG(info.st_mode) || S_ISDIR(info.st_mode));
+    if (fstat(fd, &info) != 0)
+        return false;
+    return S_ISREG(info.st_mode) || S_ISDIR(info.st_mode) || IsNullDevice(info);
 }
 
 } // namespace
@@ -25,6 +34,22 @@ FILE* OpenForReading(const char* path)
     if (fd < 0)
         return nullptr;
     FILE* file = EndsByItself(fd) ? fdopen(fd, "rb") : nullptr;
+    if (file == nullptr)
+        close(fd);
+    return file;
+}
+
+FILE* OpenForWriting(const char* path, bool append)
+{
+    constexpr mode_t kReadWriteForAll = 0666; // less the user's mask, as fopen does it
+    const int how = append ? O_APPEND : O_TRUNC;
+    const int fd =
+        open(path, O_WRONLY | O_CREAT | how | O_NONBLOCK | O_NOCTTY | O_CLOEXEC, kReadWriteForAll);
+    if (fd < 0)
+        return nullptr;
+    // Only the opening must not wait; a pipe that is read takes what it is given.
+    fcntl(fd, F_SETFL, append ? O_APPEND : 0);
+    FILE* file = fdopen(fd, append ? "ab" : "wb");
     if (file == nullptr)
         close(fd);
     return file;

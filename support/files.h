@@ -19,3 +19,8 @@ using FilePtr = std::unique_ptr<FILE, FileCloser>;
 /// a device whose reading would never end, does not open. Never waits.
 /// Returns null on failure; the caller closes the stream, best through FilePtr.
 FILE* OpenForReading(const char* path);
+
+/// Opens a file for writing, emptied or to be appended to; it is created when it is missing. A
+/// pipe that nobody reads does not open, where plain fopen would wait for a reader.
+/// @return null when it cannot be opened
+FILE* OpenForWriting(const char* path, bool append = false);

@@ -2,6 +2,7 @@
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 #include "support/log.h"
 
+#include "support/files.h"
 #include "support/text.h"
 
 #include <cstddef>
@@ -25,13 +26,13 @@ void CLog::Init(const char* path, const char* header, int append)
     szPrefix[0] = '\0';
     szLogFile[0] = '\0'; // no file has this name: it stays when the path is refused
     FormatPath(szLogFile, "the path of the log file", "%s", path);
-    WriteLine(append != 0 ? "a" : "w", "", header);
+    WriteLine(append != 0, "", header);
 }
 
 void CLog::Log(const char* msg)
 {
     const bool startsWithLineFeed = msg[0] == '\n';
-    WriteLine("a", startsWithLineFeed ? "\n" : "", startsWithLineFeed ? msg + 1 : msg);
+    WriteLine(true, startsWithLineFeed ? "\n" : "", startsWithLineFeed ? msg + 1 : msg);
 }
 
 void CLog::Log(unsigned long level, const char* msg)
@@ -43,12 +44,12 @@ void CLog::Log(unsigned long level, const char* msg)
 void CLog::LogPrefix(const char* prefix, const char* msg)
 {
     FormatPath(szPrefix, "a prefix of the log", "%s", prefix);
-    WriteLine("a", "", msg);
+    WriteLine(true, "", msg);
 }
 
-void CLog::WriteLine(const char* mode, const char* lead, const char* text)
+void CLog::WriteLine(bool append, const char* lead, const char* text)
 {
-    fp = std::fopen(szLogFile, mode);
+    fp = OpenForWriting(szLogFile, append);
     if (fp == nullptr)
         return;
     std::fprintf(fp, "%s%s%s\n", lead, szPrefix, text);

@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 //
-// The trace log: lines of text in a file that is opened and closed for each of them, so that the
-// log survives a crash. A file that does not open loses the line silently.
+// The trace log: lines of text in a file that is opened and closed for each of them. What was
+// logged before a crash is therefore on the disk. A file that does not open loses the line
+// silently.
 #pragma once
 
 #include "app/globals.h"
@@ -38,7 +39,7 @@ public:
     void LogPrefix(const char* prefix, const char* msg);
 
 private:
-    void WriteLine(const char* mode, const char* lead, const char* text);
+    void WriteLine(bool append, const char* lead, const char* text);
 
     // In this order: part of the record's layout, asserted in the constructor.
     FILE* fp = nullptr; // open only while a line is written

@@ -8,7 +8,7 @@
 #include <cstddef>
 #include <cstdint>
 
-/// A rectangle whose width and height are stored, not derived: only SetRect computes them.
+/// A rectangle with its size beside its corners. Only SetRect keeps the two in step.
 /// The settings file holds these 48 bytes as they are.
 struct Rect {
     int64_t left;

@@ -81,7 +81,7 @@ int ReadSettingsFile()
 int WriteSettingsFile()
 {
     char path[kPathSize];
-    FilePtr file(GetSettingsPath(path) ? std::fopen(path, "wb") : nullptr);
+    FilePtr file(GetSettingsPath(path) ? OpenForWriting(path) : nullptr);
     if (!file)
         return -1;
     const SettingsImage image = ImageOfSettings();
