@@ -27,10 +27,11 @@ const QString kAccept = QStringLiteral("krv-accept-connect");
 // word, which is a file name like any other. There is no program name in front.
 void ApplyWords(const QString& commandLine)
 {
-    std::vector<QByteArray> words;
+    QList<QByteArray> words;
     for (const QString& word : commandLine.split(u' '))
-        words.push_back(word.toLocal8Bit());
+        words.append(word.toLocal8Bit());
     std::vector<char*> argv;
+    argv.reserve(static_cast<size_t>(words.size()));
     for (QByteArray& word : words)
         argv.push_back(word.data());
     ProcessCmdline(static_cast<int>(argv.size()), argv.data(), 0);

@@ -54,7 +54,7 @@ private:
     void Flush();
 
     // Large enough that a write call costs nothing beside the formatting of what it holds.
-    static constexpr size_t kBufferSize = 64 * 1024;
+    static constexpr size_t kBufferSize = size_t{64} * 1024;
 
     FilePtr file;
     size_t used = 0;

@@ -161,10 +161,11 @@ int Command(Connection& viewer, QString command, const Options& options)
     }
     QString message;
     const ExitCode result = viewer.Receive(options.timeout, &message);
-    if (result != kOk)
-        return Fail(result, (result == kNoAnswer ? QStringLiteral("no acknowledgement in time: %1")
-                                                 : QStringLiteral("the viewer went away: %1"))
-                                .arg(command));
+    if (result != kOk) {
+        const QString reason = result == kNoAnswer ? QStringLiteral("no acknowledgement in time: ")
+                                                   : QStringLiteral("the viewer went away: ");
+        return Fail(result, reason + command);
+    }
     printf("%s %8.1f ms  %s\n", message == kAccept ? "ack" : qPrintable(message),
            static_cast<double>(timer.nsecsElapsed()) / 1e6, qPrintable(command));
     fflush(stdout);
@@ -281,7 +282,7 @@ QString GeneratedName()
 QString DefaultViewer()
 {
     for (const char* beside : {"/plotvw", "/../app/plotvw"}) {
-        const QString path = QCoreApplication::applicationDirPath() + QLatin1StringView(beside);
+        QString path = QCoreApplication::applicationDirPath() + QLatin1StringView(beside);
         if (QFileInfo(path).isExecutable())
             return path;
     }

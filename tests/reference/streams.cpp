@@ -17,7 +17,7 @@ namespace streams {
 namespace {
 
 constexpr std::size_t kHeaderSize = 16;
-constexpr std::size_t kLargest = 6 * 1024;
+constexpr std::size_t kLargest = 6144;
 constexpr std::size_t kBackgroundFrom = 100;
 constexpr char kEsc = 27;
 constexpr char kGs = 29;
