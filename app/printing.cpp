@@ -32,6 +32,13 @@ QPageSize::PageSizeId CmdlinePaper()
     }
 }
 
+// Without a printer on the system the toolkit's printer writes files, and has no name for one. A
+// painter cannot begin on it then, and the attempt would leave it unable to print for good.
+bool HasOutput(const QPrinter& printer)
+{
+    return printer.outputFormat() != QPrinter::PdfFormat || !printer.outputFileName().isEmpty();
+}
+
 } // namespace
 
 void AppWindow::print()
@@ -61,6 +68,8 @@ void DrawView::cmdPrint()
 // A printer that does not take the job is not reported.
 void DrawView::PrintGraph()
 {
+    if (!HasOutput(*pPrinter))
+        return;
     QPainter painter;
     if (!painter.begin(pPrinter))
         return;
