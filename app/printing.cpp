@@ -65,11 +65,13 @@ void DrawView::cmdPrint()
     PostCmdargDone(kPrintDone);
 }
 
-// A printer that does not take the job is not reported.
+// The user is not told of a printer that does not take the job.
 void DrawView::PrintGraph()
 {
-    if (!HasOutput(*pPrinter))
+    if (!HasOutput(*pPrinter)) {
+        qWarning("plotvw: there is no printer.");
         return;
+    }
     QPainter painter;
     if (!painter.begin(pPrinter))
         return;
