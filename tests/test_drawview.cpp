@@ -255,6 +255,7 @@ private slots:
     void postCmdargDone_withoutQuit_staysOpen();
     void postCmdargDone_jobPending_staysOpen();
     void postCmdargDone_beforeTheLoop_changesNothing();
+    void postCmdargDone_windowClosedMeanwhile_isSurvived();
 
     void slots_haveTheirOrder();
     void signals_areNone();
@@ -1084,6 +1085,21 @@ void TestDrawView::customEventSlot_doesNothing()
     QCOMPARE(view.Shown(), kWholeArea);
 }
 
+// Jobs run before the event loop as well, where a window that is closed goes at once.
+void TestDrawView::postCmdargDone_windowClosedMeanwhile_isSurvived()
+{
+    Window window;
+    window.AddViewOf(Cross());
+    QVERIFY(window.Show());
+    giCmdArg = kJobPrint | kJobJpeg | kJobEps;
+    QTimer::singleShot(0, window.Get(), &AppWindow::close);
+    QTimer::singleShot(0, window.Get(), &QObject::deleteLater);
+    QTimer::singleShot(0,
+                       [] { QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete); });
+    window->view->PostCmdargDone(0);
+    QVERIFY(window.IsGone());
+}
+
 void TestDrawView::postCmdargDone_clearsTheJobsBit_data()
 {
     QTest::addColumn<int>("pending");
@@ -1176,15 +1192,15 @@ void TestDrawView::slots_haveTheirOrder()
 {
     const QStringList table = {
         QStringLiteral("updateIt()"),
+        QStringLiteral("printIt()"),
+        QStringLiteral("cmdPrint()"),
         QStringLiteral("customEvent(QCustomEvent*)"),
         QStringLiteral("PostCmdargDone(int)"),
         QStringLiteral("drawIt(QPainter*,bool,int)"),
         QStringLiteral("drawIt(QPainter*,bool)"),
         QStringLiteral("drawIt(QPainter*)"),
     };
-    QCOMPARE(
-        fixture::InOrder(table, fixture::OwnMethods(DrawView::staticMetaObject, QMetaMethod::Slot)),
-        table);
+    QCOMPARE(fixture::OwnMethods(DrawView::staticMetaObject, QMetaMethod::Slot), table);
 }
 
 void TestDrawView::signals_areNone()
