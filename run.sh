@@ -55,7 +55,8 @@ open_window() {
     ln -s -- "$PWD/$name" "$temporary/${name//-/_}"
     name=$temporary/${name//-/_}
   fi
-  # What the toolkit says before it gives up is kept for the test below, the rest is shown.
+  # What the toolkit says before it gives up is kept for the test below. The rest is shown, without the line that the
+  # viewer writes whenever it is done with a file.
   local statuses
   set +e
   (
@@ -63,7 +64,7 @@ open_window() {
     exec "$build/app/plotvw" "$name"
   ) 2>&1 | tee "$temporary/messages" |
     grep --line-buffered --invert-match --extended-regexp \
-      '^qt\.qpa\.|no Qt platform plugin could be initialized|^Available platform plugins|^$' >&2
+      '^qt\.qpa\.|no Qt platform plugin could be initialized|^Available platform plugins|^Existing file name: |^$' >&2
   statuses=("${PIPESTATUS[@]}")
   set -e
   ((statuses[0] != 134)) || ! grep -q 'no Qt platform plugin' "$temporary/messages" || return 3

@@ -28,7 +28,6 @@
 #include <vector>
 
 using fixture::Box;
-using fixture::kWholeArea;
 using fixture::Settle;
 using fixture::ShownArea;
 using fixture::Window;
@@ -98,10 +97,9 @@ void Parse(const std::vector<std::string>& arguments)
 {
     std::vector<std::string> texts = {"plotvw"};
     texts.insert(texts.end(), arguments.begin(), arguments.end());
-    std::vector<char*> argv;
-    for (std::string& text : texts)
-        argv.push_back(text.data());
-    argv.push_back(nullptr);
+    std::vector<char*> argv(texts.size() + 1, nullptr);
+    std::transform(texts.begin(), texts.end(), argv.begin(),
+                   [](std::string& text) { return text.data(); });
     QCOMPARE(ProcessCmdline(static_cast<int>(texts.size()), argv.data(), 1), 0);
 }
 

@@ -6,32 +6,34 @@
 #
 #   print-server.sh FOLDER
 #
-# Everything that the server keeps is in FOLDER, which must be new or empty. The line "ready" on the standard output tells
-# that it takes jobs; a program prints there when CUPS_SERVER names FOLDER/socket. The queues:
+# Everything that the server keeps is in FOLDER, which must be new or empty. The line "ready" on the standard output
+# tells that it takes jobs; a program prints there when CUPS_SERVER names FOLDER/socket. The queues:
 #
 #   fileq      the default: a job arrives, as it was sent, as FOLDER/pages/NUMBER.pdf
 #   stopped    takes jobs and keeps them
 #   refusing   takes no job
 #
-# All have the papers A4, Letter and Legal, A4 when nobody says otherwise, each with margins of its own. Those of A4 are the
-# narrowest: programs tend to keep the margins that they start with where another paper's are narrower.
+# All have the papers A4, Letter and Legal, A4 when nobody says otherwise, each with margins of its own. Those of A4 are
+# the narrowest: programs tend to keep the margins that they start with where another paper's are narrower.
 #
 # Any user may run it: the server is not the system's, and listens to nothing but the socket.
 #
 # Debian packages: cups-client, cups-daemon.
 set -euo pipefail
 
-readonly start_seconds=30    # longest that the server may take to start
-readonly stop_seconds=5      # longest that it may take to stop before it is killed
-readonly longest_socket=107  # bytes that the system takes as the name of a socket
+readonly start_seconds=30   # longest that the server may take to start
+readonly stop_seconds=5     # longest that it may take to stop before it is killed
+readonly longest_socket=107 # bytes that the system takes as the name of a socket
 readonly helpers=/usr/lib/cups/daemon
+# Name, width and height, and the corners of the area that can be printed on (lower left, upper right), in points.
+readonly papers=('A4 595 842 12 12 583 824' 'Letter 612 792 30 18 592 756' 'Legal 612 1008 18 40 598 984')
 
 if (($# != 1)) || [[ $1 != /* ]]; then
   echo 'usage: print-server.sh FOLDER, with the whole path' >&2
   exit 2
 fi
-folder=$1
-if ((${#folder} + 7 > longest_socket)); then
+readonly folder=$1 socket=$1/socket
+if ((${#socket} > longest_socket)); then
   echo "print-server.sh: the name of $folder is too long for a socket in it" >&2
   exit 2
 fi
@@ -59,7 +61,7 @@ PageLog $folder/log/page
 Printcap
 END
   cat >"$folder/server.conf" <<END
-Listen $folder/socket
+Listen $socket
 Browsing No
 WebInterface No
 DefaultAuthType None
@@ -79,8 +81,8 @@ IdleExitTimeout 0
 END
 }
 
-# The way out: a job's file is moved into place when it is complete, so that nobody reads half a page. Only its owner may
-# run it, for which the server gives it its own rights instead of those of the printing user.
+# The way out: a job's file is moved into place when it is complete, so that nobody reads half a page. Because only its
+# owner may run it, the server gives it its own rights instead of those of the printing user.
 write_backend() {
   cat >"$folder/programs/backend/pages" <<END
 #!/bin/sh
@@ -90,13 +92,24 @@ END
   chmod 700 "$folder/programs/backend/pages"
 }
 
-# paper NAME WIDTH HEIGHT LEFT BOTTOM RIGHT TOP: the lines that describe a paper, in points. The last four are the corners
-# of the area that can be printed on.
-paper() {
-  printf '*PageSize %s: "<</PageSize[%d %d]>>setpagedevice"\n' "$1" "$2" "$3"
-  printf '*PageRegion %s: "<</PageSize[%d %d]>>setpagedevice"\n' "$1" "$2" "$3"
-  printf '*PaperDimension %s: "%d %d"\n' "$1" "$2" "$3"
-  printf '*ImageableArea %s: "%d %d %d %d"\n' "$1" "$4" "$5" "$6" "$7"
+# each_paper KEY code|size|area: print a line for every paper, with that in quotes.
+each_paper() {
+  local paper name width height area
+  for paper in "${papers[@]}"; do
+    read -r name width height area <<<"$paper"
+    case $2 in
+    code) printf '*%s %s: "<</PageSize[%d %d]>>setpagedevice"\n' "$1" "$name" "$width" "$height" ;;
+    size) printf '*%s %s: "%d %d"\n' "$1" "$name" "$width" "$height" ;;
+    area) printf '*%s %s: "%s"\n' "$1" "$name" "$area" ;;
+    esac
+  done
+}
+
+# size_option NAME: describe what a program asks for to get a paper.
+size_option() {
+  printf '*OpenUI *%s: PickOne\n*Default%s: A4\n' "$1" "$1"
+  each_paper "$1" code
+  printf '*CloseUI: *%s\n' "$1"
 }
 
 write_printer() {
@@ -117,18 +130,13 @@ write_printer() {
 *ColorDevice: True
 *DefaultColorSpace: RGB
 *cupsFilter: "application/pdf 0 -"
-*OpenUI *PageSize: PickOne
-*DefaultPageSize: A4
-*CloseUI: *PageSize
-*OpenUI *PageRegion: PickOne
-*DefaultPageRegion: A4
-*CloseUI: *PageRegion
-*DefaultImageableArea: A4
-*DefaultPaperDimension: A4
 END
-  paper A4 595 842 12 12 583 824
-  paper Letter 612 792 30 18 592 756
-  paper Legal 612 1008 18 40 598 984
+  size_option PageSize
+  size_option PageRegion
+  echo '*DefaultPaperDimension: A4'
+  each_paper PaperDimension size
+  echo '*DefaultImageableArea: A4'
+  each_paper ImageableArea area
 }
 
 server=''
@@ -177,9 +185,10 @@ trap 'exit 129' HUP
 trap 'exit 130' INT
 trap 'exit 143' TERM
 
-"$folder/programs/server" -f -c "$folder/server.conf" -s "$folder/files.conf" >"$folder/log/output" 2>&1 </dev/null {tick}<&- &
+"$folder/programs/server" -f -c "$folder/server.conf" -s "$folder/files.conf" \
+  >"$folder/log/output" 2>&1 </dev/null {tick}<&- &
 server=$!
-export CUPS_SERVER=$folder/socket
+export CUPS_SERVER=$socket
 deadline=$((SECONDS + start_seconds))
 until lpstat -r 2>/dev/null | grep -q 'is running'; do
   kill -0 "$server" 2>/dev/null || fail 'the server ends at once'
