@@ -44,6 +44,7 @@ const QString kAccept = QStringLiteral("krv-accept-connect");
 constexpr int kDefaultTimeout = 30;    // seconds
 constexpr int kLongestTimeout = 86400; // seconds
 constexpr int kMillisecondsPerSecond = 1000;
+constexpr int kEndTime = 5000; // milliseconds until a viewer that was asked to end is killed
 
 struct Options {
     QString viewer;
@@ -113,118 +114,141 @@ private:
     QByteArray received;
 };
 
-// A temporary copy of a file, for the viewer to delete. Its name holds no '-', which could make an
-// option of it.
-QString TemporaryCopy(const QString& file)
+// Copies of files, for the viewer to delete.
+class TemporaryCopies
 {
-    QFile original(file);
-    QTemporaryFile copy(QDir::tempPath() + QStringLiteral("/krvhost_XXXXXX.plf"));
-    copy.setAutoRemove(false);
-    if (!original.open(QIODevice::ReadOnly) || !copy.open())
-        return {};
-    const QByteArray bytes = original.readAll();
-    return copy.write(bytes) == bytes.size() && copy.flush() ? copy.fileName() : QString();
-}
+public:
+    /// Replaces the words that name files by copies and adds "-tmp". Empty on failure.
+    QString HandOver(const QString& command)
+    {
+        QStringList words = command.split(u' ');
+        for (QString& word : words) {
+            if (word.startsWith(u'-') || !QFileInfo(word).isFile())
+                continue;
+            word = Copy(word);
+            if (word.isEmpty())
+                return {};
+        }
+        words.prepend(QStringLiteral("-tmp"));
+        return words.join(u' ');
+    }
 
-// Replaces the words that name files by temporary copies and adds "-tmp". Empty on failure.
-QString HandOverCopies(const QString& command)
-{
-    QStringList words = command.split(u' ');
-    for (QString& word : words) {
-        if (word.startsWith(u'-') || !QFileInfo(word).isFile())
-            continue;
-        word = TemporaryCopy(word);
-        if (word.isEmpty())
+    /// Deletes what the viewer left: the last one when it was ended by force, and those that it
+    /// could not load.
+    void RemoveRest() const
+    {
+        for (const QString& name : names)
+            QFile::remove(name);
+    }
+
+private:
+    // Its name holds no '-', which could make an option of it.
+    QString Copy(const QString& file)
+    {
+        QFile original(file);
+        QTemporaryFile copy(QDir::tempPath() + QStringLiteral("/krvhost_XXXXXX.plf"));
+        if (!original.open(QIODevice::ReadOnly) || !copy.open())
             return {};
+        const QByteArray bytes = original.readAll();
+        if (copy.write(bytes) != bytes.size() || !copy.flush())
+            return {};
+        copy.setAutoRemove(false);
+        names.append(copy.fileName());
+        return copy.fileName();
     }
-    words.prepend(QStringLiteral("-tmp"));
-    return words.join(u' ');
-}
 
-// One command line: sent, and acknowledged unless it begins with '!'.
-int Command(Connection& viewer, QString command, const Options& options)
+    QStringList names;
+};
+
+// The command lines and their answers.
+class Session
 {
-    const bool answered = !command.startsWith(u'!');
-    if (!answered)
-        command.remove(0, 1);
-    if (options.temporary) {
-        command = HandOverCopies(command);
-        if (command.isEmpty())
-            return Fail(kNotSetUp, QStringLiteral("cannot make a temporary copy."));
+public:
+    Session(QLocalSocket* connected, TemporaryCopies& forViewer, const Options& how)
+        : viewer(connected), copies(forViewer), options(how)
+    {
     }
-    QElapsedTimer timer;
-    timer.start();
-    viewer.Send(command);
-    if (!answered) {
+
+    int Greet(const QString& serverName)
+    {
+        QString message;
+        if (viewer.Receive(options.timeout, &message) != kOk || message != kAccept)
+            return Fail(kNoGreeting, QStringLiteral("the viewer did not send its greeting."));
+        printf("greeting on %s\n", qPrintable(serverName));
+        return kOk;
+    }
+
+    int RunCommands(QFile& script)
+    {
+        int result = kOk;
+        for (qsizetype i = 0; result == kOk && i < options.commands.size(); ++i)
+            result = Command(options.commands.at(i));
+        return result == kOk && script.isOpen() ? RunScript(script) : result;
+    }
+
+private:
+    int RunScript(QFile& script)
+    {
+        int result = kOk;
+        // A pipe cannot tell that it is at its end; an empty line has its line feed.
+        for (QByteArray line; result == kOk && !(line = script.readLine()).isEmpty();) {
+            while (line.endsWith('\n') || line.endsWith('\r'))
+                line.chop(1);
+            if (!line.isEmpty() && !line.startsWith('#'))
+                result = Command(QString::fromLocal8Bit(line));
+        }
+        return result;
+    }
+
+    // One command line: sent, and acknowledged unless it begins with '!'.
+    int Command(QString command)
+    {
+        const bool answered = !command.startsWith(u'!');
+        if (!answered)
+            command.remove(0, 1);
+        if (options.temporary) {
+            command = copies.HandOver(command);
+            if (command.isEmpty())
+                return Fail(kNotSetUp, QStringLiteral("cannot make a temporary copy."));
+        }
+        QElapsedTimer timer;
+        timer.start();
+        viewer.Send(command);
+        if (answered)
+            return AwaitAnswer(command, timer);
         printf("sent            %s\n", qPrintable(command));
         return kOk;
     }
-    QString message;
-    const ExitCode result = viewer.Receive(options.timeout, &message);
-    if (result != kOk) {
-        const QString reason = result == kNoAnswer ? QStringLiteral("no acknowledgement in time: ")
-                                                   : QStringLiteral("the viewer went away: ");
-        return Fail(result, reason + command);
-    }
-    printf("%s %8.1f ms  %s\n", message == kAccept ? "ack" : qPrintable(message),
-           static_cast<double>(timer.nsecsElapsed()) / 1e6, qPrintable(command));
-    fflush(stdout);
-    return kOk;
-}
 
-int CommandsOf(Connection& viewer, QFile& script, const Options& options)
-{
-    int result = kOk;
-    while (result == kOk && !script.atEnd()) {
-        QByteArray line = script.readLine();
-        while (line.endsWith('\n') || line.endsWith('\r'))
-            line.chop(1);
-        if (!line.isEmpty() && !line.startsWith('#'))
-            result = Command(viewer, QString::fromLocal8Bit(line), options);
-    }
-    return result;
-}
-
-int RunCommands(Connection& viewer, const Options& options)
-{
-    for (const QString& command : options.commands) {
-        const int result = Command(viewer, command, options);
+    int AwaitAnswer(const QString& command, const QElapsedTimer& timer)
+    {
+        QString message;
+        const ExitCode result = viewer.Receive(options.timeout, &message);
+        if (result == kNoAnswer)
+            return Fail(result, QStringLiteral("no acknowledgement in time: %1").arg(command));
         if (result != kOk)
-            return result;
-    }
-    if (options.script.isEmpty())
+            return Fail(result, QStringLiteral("the viewer went away: %1").arg(command));
+        printf("%s %8.1f ms  %s\n", message == kAccept ? "ack" : qPrintable(message),
+               static_cast<double>(timer.nsecsElapsed()) / 1e6, qPrintable(command));
         return kOk;
-    QFile script(options.script);
-    const bool opened = options.script == u"-" ? script.open(stdin, QIODevice::ReadOnly)
-                                               : script.open(QIODevice::ReadOnly);
-    if (!opened)
-        return Fail(kNotSetUp, QStringLiteral("cannot read %1.").arg(options.script));
-    return CommandsOf(viewer, script, options);
-}
+    }
 
-int Greet(QLocalServer& server, Connection& viewer, const Options& options)
-{
-    QElapsedTimer timer;
-    timer.start();
-    QString message;
-    if (viewer.Receive(options.timeout, &message) != kOk || message != kAccept)
-        return Fail(kNoGreeting, QStringLiteral("the viewer did not send its greeting."));
-    printf("greeting on %s\n", qPrintable(server.serverName()));
-    fflush(stdout);
-    return kOk;
-}
+    Connection viewer;
+    TemporaryCopies& copies;
+    const Options& options;
+};
 
 // Waits for the viewer and works through the commands.
-int Serve(QLocalServer& server, const Options& options)
+int Serve(QLocalServer& server, QFile& script, TemporaryCopies& copies, const Options& options)
 {
     if (!server.waitForNewConnection(options.timeout))
         return Fail(kNoGreeting, QStringLiteral("no viewer connected in time."));
-    Connection viewer(server.nextPendingConnection());
-    const int result = Greet(server, viewer, options);
-    return result == kOk ? RunCommands(viewer, options) : result;
+    Session session(server.nextPendingConnection(), copies, options);
+    const int result = session.Greet(server.serverName());
+    return result == kOk ? session.RunCommands(script) : result;
 }
 
-// The viewer as a child that ends with this program, or as one that outlives it.
+// The viewer as a child that this program ends, or as one that outlives it.
 class Viewer
 {
 public:
@@ -239,35 +263,70 @@ public:
         return process.waitForStarted();
     }
 
+    /// @param wait  until its user closes it
     void End(bool wait)
     {
         if (process.state() == QProcess::NotRunning)
             return;
         if (!wait)
             process.terminate();
-        process.waitForFinished(-1);
+        if (!process.waitForFinished(wait ? -1 : kEndTime)) {
+            process.kill();
+            process.waitForFinished();
+        }
     }
 
 private:
     QProcess process;
 };
 
+// What a server of that name listens on.
+QString SocketPath(const QString& name)
+{
+    return QDir(QDir::tempPath()).absoluteFilePath(name);
+}
+
+// Nobody else may connect. The toolkit puts such a socket in place of anything that has its name.
+int Listen(QLocalServer& server, const QString& name)
+{
+    if (QFileInfo::exists(SocketPath(name)))
+        return Fail(kNotSetUp, QStringLiteral("%1 is there already.").arg(SocketPath(name)));
+    server.setSocketOptions(QLocalServer::UserAccessOption);
+    if (!server.listen(name))
+        return Fail(kNotSetUp,
+                    QStringLiteral("cannot listen on %1: %2").arg(name, server.errorString()));
+    return kOk;
+}
+
+int OpenScript(QFile& script)
+{
+    if (script.fileName().isEmpty())
+        return kOk;
+    const bool opened = script.fileName() == u"-" ? script.open(stdin, QIODevice::ReadOnly)
+                                                  : script.open(QIODevice::ReadOnly);
+    return opened ? kOk : Fail(kNotSetUp, QStringLiteral("cannot read %1.").arg(script.fileName()));
+}
+
 int Run(const Options& options)
 {
     QLocalServer server;
-    server.setSocketOptions(QLocalServer::UserAccessOption); // nobody else may connect
-    if (!server.listen(options.serverName))
-        return Fail(kNotSetUp, QStringLiteral("cannot listen on %1: %2")
-                                   .arg(options.serverName, server.errorString()));
+    QFile script(options.script);
+    int result = OpenScript(script);
+    if (result == kOk)
+        result = Listen(server, options.serverName);
+    if (result != kOk)
+        return result;
     Viewer viewer;
-    if (!options.start) {
+    if (!options.start)
         printf("waiting for -svrname=%s\n", qPrintable(options.serverName));
-        fflush(stdout);
-    } else if (!viewer.Start(options)) {
+    else if (!viewer.Start(options))
         return Fail(kNotSetUp, QStringLiteral("cannot start %1.").arg(options.viewer));
-    }
-    const int result = Serve(server, options);
+    TemporaryCopies copies;
+    result = Serve(server, script, copies, options);
     viewer.End(options.stay && result == kOk);
+    // A viewer that goes on showing a copy deletes it itself.
+    if (options.start && !options.leave)
+        copies.RemoveRest();
     return result;
 }
 
@@ -347,6 +406,7 @@ Options ReadOptions(const QCoreApplication& application)
 int main(int argc, char** argv)
 {
     signal(SIGPIPE, SIG_IGN); // a viewer that goes away while it is written to is an exit code
+    setvbuf(stdout, nullptr, _IOLBF, BUFSIZ); // each line is there as soon as it is true
     QCoreApplication application(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("krvhost"));
     QCoreApplication::setApplicationVersion(QStringLiteral(PLOTVW_VERSION));
