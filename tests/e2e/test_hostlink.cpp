@@ -1,31 +1,22 @@
 // SPDX-License-Identifier: MIT
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 //
-// The viewer and the host process that sends it command lines: first against a server in this
-// program, which sees every byte, then against krvhost, as people use it.
+// The viewer and the host process that sends it command lines, which is this program: it sees every
+// byte.
 #include "tests/e2e/viewer.h"
 #include "tests/plfwriter.h"
 
 #include <QDir>
-#include <QElapsedTimer>
 #include <QFile>
 #include <QFileInfo>
 #include <QLocalServer>
 #include <QLocalSocket>
-#include <QProcess>
-#include <QRegularExpression>
 #include <QTemporaryDir>
 
-#include <fcntl.h>
 #include <sys/ioctl.h>
 #include <sys/socket.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
-#include <algorithm>
-#include <csignal>
-#include <cstring>
-#include <memory>
 #include <optional>
 
 namespace {
@@ -127,13 +118,6 @@ int AnswersInALink()
     close(ends[1]);
     return count;
 }
-
-// How a run of krvhost ended.
-struct HostRun {
-    int code = -1; // -1 when it did not end by itself
-    QString output;
-    QString errors;
-};
 
 // The host's end of the link.
 class Host
@@ -298,26 +282,7 @@ private slots:
     void hostThatNeverReads_isServed_andGetsEveryAnswerLater();
     void manyCommands_keepTheMemoryFlat();
 
-    void krvhost_printsTheAnswers();
-    void krvhost_help_tellsOptionsAndCodes();
-    void krvhost_exitCode_tellsWhatHappened_data();
-    void krvhost_exitCode_tellsWhatHappened();
-    void krvhost_wrongGreeting_isCode3();
-    void krvhost_viewerThatIsKilled_isCode5();
-    void krvhost_nameThatIsTaken_isLeftAlone();
-    void krvhost_socket_isForItsUserAlone();
-    void krvhost_script_isRead_data();
-    void krvhost_script_isRead();
-    void krvhost_unanswered_isNotWaitedFor();
-    void krvhost_tmp_handsOverCopiesThatTheViewerDeletes();
-    void krvhost_tmp_removesWhatTheViewerLeft();
-    void krvhost_stay_waitsForItsUser();
-    void krvhost_thatIsKilled_leavesItsViewer();
-
 private:
-    void StartHost(QProcess& process, const QStringList& arguments) const;
-    HostRun RunHost(const QStringList& arguments, const QByteArray& input = {}) const;
-    QStringList Copies() const;
     QString Path(const QString& name) const { return home->filePath(name); }
     bool Exists(const QString& name) const { return QFile::exists(Path(name)); }
     void Start(const QStringList& arguments);
@@ -725,9 +690,11 @@ void TestHostLink::commandDuringTheFirstFileDialog_isCarriedOut()
     Quit();
 }
 
+// The toolkit takes no request to quit before the program has come to rest.
 void TestHostLink::quit_endsTheViewerOnceTheFileIsShown()
 {
     Open();
+    QVERIFY(viewer->AwaitStillPicture());
     Command(QStringLiteral("other.plf -q"));
     QCOMPARE(viewer->AwaitEnd(), 0);
 }
@@ -735,6 +702,7 @@ void TestHostLink::quit_endsTheViewerOnceTheFileIsShown()
 void TestHostLink::quit_afterAJob_endsTheViewer()
 {
     Open();
+    QVERIFY(viewer->AwaitStillPicture());
     Command(QStringLiteral("-q other.plf -c=2 -p -cf=out"));
     QCOMPARE(viewer->AwaitEnd(), 0);
     QVERIFY(Exists(QStringLiteral("out.eps")));
@@ -953,6 +921,7 @@ void TestHostLink::temporaryFile_isDeletedWhenTheWindowIsClosed()
 void TestHostLink::temporaryFile_isDeletedWhenACommandQuits()
 {
     Open();
+    QVERIFY(viewer->AwaitStillPicture());
     Command(QStringLiteral("-tmp other.plf -q"));
     QCOMPARE(viewer->AwaitEnd(), 0);
     QVERIFY(!Exists(QStringLiteral("other.plf")));
@@ -1159,298 +1128,6 @@ void TestHostLink::manyCommands_keepTheMemoryFlat()
     if (!kSanitized)
         QVERIFY2(growth <= kMostGrowth, qPrintable(QString::number(growth)));
     Quit();
-}
-
-// Starts krvhost in the test's directory, which is also that for temporary files.
-void TestHostLink::StartHost(QProcess& process, const QStringList& arguments) const
-{
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(QStringLiteral("HOME"), home->path());
-    environment.insert(QStringLiteral("TMPDIR"), home->path());
-    environment.insert(QStringLiteral("CUPS_SERVER"), Path(QStringLiteral("no_printers")));
-    process.setProcessEnvironment(environment);
-    process.setWorkingDirectory(home->path());
-    process.start(QStringLiteral(KRVHOST_PROGRAM), arguments);
-    QVERIFY(process.waitForStarted());
-}
-
-// Runs it until it ends.
-HostRun TestHostLink::RunHost(const QStringList& arguments, const QByteArray& input) const
-{
-    QProcess process;
-    StartHost(process, arguments);
-    process.write(input);
-    process.closeWriteChannel();
-    if (!Await([&] { return process.state() == QProcess::NotRunning; }))
-        return {};
-    return {process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1,
-            QString::fromLocal8Bit(process.readAllStandardOutput()),
-            QString::fromLocal8Bit(process.readAllStandardError())};
-}
-
-// The temporary copies that there are.
-QStringList TestHostLink::Copies() const
-{
-    return QDir(home->path()).entryList({QStringLiteral("krvhost_*.plf")}, QDir::Files);
-}
-
-void TestHostLink::krvhost_printsTheAnswers()
-{
-    const HostRun run =
-        RunHost({QStringLiteral("--arg"), QStringLiteral("graph.plf"),
-                 QStringLiteral("other.plf -c=2 -cf=out"), QStringLiteral("graph.plf")});
-    QCOMPARE(run.code, 0);
-    const QRegularExpression lines(QStringLiteral("^greeting on krvhost_\\d+_[0-9a-f]+\n"
-                                                  "ack +\\d+\\.\\d ms  other\\.plf -c=2 -cf=out\n"
-                                                  "ack +\\d+\\.\\d ms  graph\\.plf\n$"));
-    QVERIFY2(lines.match(run.output).hasMatch(), qPrintable(run.output));
-    QVERIFY(Exists(QStringLiteral("out.eps")));
-    QCOMPARE(
-        QDir(home->path()).entryList({QStringLiteral("krvhost*")}, QDir::AllEntries | QDir::System),
-        QStringList()); // the socket went with it
-}
-
-void TestHostLink::krvhost_help_tellsOptionsAndCodes()
-{
-    const HostRun run = RunHost({QStringLiteral("--help")});
-    QCOMPARE(run.code, 0);
-    QCOMPARE(run.errors, QString());
-    for (const char* text : {"--viewer <program>", "--arg <argument>", "--name <name>",
-                             "--script <file>", "--timeout <seconds>", "--no-start", "--tmp",
-                             "--stay", "--leave", "[commands...]", "5 the viewer went away"})
-        QVERIFY2(run.output.simplified().contains(QString::fromLatin1(text)), text);
-}
-
-void TestHostLink::krvhost_exitCode_tellsWhatHappened_data()
-{
-    QTest::addColumn<QString>("arguments"); // separated by bars
-    QTest::addColumn<int>("code");
-    QTest::addColumn<QString>("reason");
-    const auto row = [](const char* name, const char* arguments, int code, const char* reason) {
-        QTest::newRow(name) << QString::fromLatin1(arguments) << code
-                            << QString::fromLatin1(reason);
-    };
-    row("no command", "--arg|graph.plf", 0, "");
-    row("every command answered", "--arg|graph.plf|other.plf|graph.plf -q", 0, "");
-    row("a command that begins with an option", "--arg|graph.plf|--|-po=l other.plf", 0, "");
-    row("an option that it has not", "--arg|graph.plf|--color", 1, "color");
-    row("no time", "--timeout|0|graph.plf", 1, "--timeout takes 1 to 86400 seconds.");
-    row("a time that is no number", "--timeout|soon|graph.plf", 1, "--timeout takes");
-    row("too long a time", "--timeout|86401|graph.plf", 1, "--timeout takes");
-    row("a server in no directory", "--name|%1/none/socket|graph.plf", 2, "cannot listen on");
-    row("a viewer that is not there", "--viewer|%1/none|graph.plf", 2, "cannot start");
-    row("the same, to be left", "--leave|--viewer|%1/none|graph.plf", 2, "cannot start");
-    row("a script that is not there", "--script|none.txt", 2, "cannot read none.txt.");
-    row("a script that is a directory", "--script|%1", 2, "cannot read");
-    row("no viewer", "--no-start|--timeout|1", 3, "no viewer connected in time.");
-    row("a viewer that does not connect", "--viewer|true|--timeout|1", 3,
-        "no viewer connected in time.");
-    row("a server name that the viewer takes for an option",
-        "--name|krv-pipe|--arg|graph.plf|"
-        "--timeout|1",
-        3, "no viewer connected in time.");
-    row("a command without a file", "--arg|graph.plf|--timeout|1|other.plf  -po=l", 4,
-        "no acknowledgement in time: other.plf  -po=l");
-    row("a command whose box nobody closes", "--arg|graph.plf|--timeout|1|missing.plf", 4,
-        "no acknowledgement in time: missing.plf");
-    row("a command behind the last", "--arg|graph.plf|other.plf -q|graph.plf", 5,
-        "the viewer went away: graph.plf");
-}
-
-void TestHostLink::krvhost_exitCode_tellsWhatHappened()
-{
-    QFETCH(QString, arguments);
-    QFETCH(int, code);
-    QFETCH(QString, reason);
-    const HostRun run = RunHost(arguments.replace(QStringLiteral("%1"), home->path()).split(u'|'));
-    QVERIFY2(run.errors.contains(reason), qPrintable(run.errors));
-    QCOMPARE(run.code, code);
-}
-
-// Something else than a viewer connects.
-void TestHostLink::krvhost_wrongGreeting_isCode3()
-{
-    QProcess krvhost;
-    StartHost(krvhost, {QStringLiteral("--no-start"), QStringLiteral("--name"),
-                        QStringLiteral("server"), QStringLiteral("graph.plf")});
-    QVERIFY(Await([&] { return krvhost.canReadLine(); }));
-    QCOMPARE(krvhost.readLine(), QByteArray("waiting for -svrname=server\n"));
-    QLocalSocket stranger;
-    stranger.connectToServer(Path(QStringLiteral("server")));
-    QVERIFY(stranger.waitForConnected());
-    stranger.write(FrameBytes(QStringLiteral("good day")));
-    stranger.flush();
-    QVERIFY(Await([&] { return krvhost.state() == QProcess::NotRunning; }));
-    QCOMPARE(krvhost.exitCode(), 3);
-    QCOMPARE(krvhost.readAllStandardError(),
-             QByteArray("krvhost: the viewer did not send its greeting.\n"));
-}
-
-// While its error box is open, so that no answer can come.
-void TestHostLink::krvhost_viewerThatIsKilled_isCode5()
-{
-    host.emplace(Path(QStringLiteral("unused")));
-    QProcess krvhost;
-    StartHost(krvhost, {QStringLiteral("--no-start"), QStringLiteral("--name"),
-                        Path(QStringLiteral("server")), QStringLiteral("missing.plf")});
-    QVERIFY(Await([&] { return krvhost.canReadLine(); }));
-    QVERIFY(viewer->Start({QStringLiteral("-svrname=") + Path(QStringLiteral("server")),
-                           QStringLiteral("graph.plf")}));
-    QVERIFY(viewer->AwaitWindow(QStringLiteral("Error")));
-    viewer.emplace(home->path()); // the old one kills its program
-    QVERIFY(Await([&] { return krvhost.state() == QProcess::NotRunning; }));
-    QCOMPARE(krvhost.exitCode(), 5);
-    QVERIFY(krvhost.readAllStandardError().endsWith("the viewer went away: missing.plf\n"));
-}
-
-void TestHostLink::krvhost_nameThatIsTaken_isLeftAlone()
-{
-    for (const char* name : {"graph.plf", "socket"}) {
-        const QString path = Path(QString::fromLatin1(name));
-        const QByteArray reason = path.toLocal8Bit() + " is there already.\n";
-        for (const QString& form : {path, QString::fromLatin1(name)}) {
-            const HostRun run =
-                RunHost({QStringLiteral("--no-start"), QStringLiteral("--name"), form});
-            QCOMPARE(run.code, 2);
-            QCOMPARE(run.errors, QStringLiteral("krvhost: %1 is there already.\n").arg(path));
-        }
-    }
-    QVERIFY(QFileInfo(Path(QStringLiteral("graph.plf"))).isFile());
-    Open(); // through the server that has the other name
-    Quit();
-}
-
-void TestHostLink::krvhost_socket_isForItsUserAlone()
-{
-    QProcess krvhost;
-    StartHost(krvhost,
-              {QStringLiteral("--no-start"), QStringLiteral("--name"), QStringLiteral("server")});
-    QVERIFY(Await([&] { return krvhost.canReadLine(); }));
-    struct stat status = {};
-    QCOMPARE(stat(qPrintable(Path(QStringLiteral("server"))), &status), 0);
-    QVERIFY(S_ISSOCK(status.st_mode));
-    QCOMPARE(status.st_mode & (S_IRWXG | S_IRWXO), 0U);
-    krvhost.terminate();
-    QVERIFY(Await([&] { return krvhost.state() == QProcess::NotRunning; }));
-}
-
-void TestHostLink::krvhost_script_isRead_data()
-{
-    QTest::addColumn<QString>("script");
-    QTest::addColumn<QString>("shell"); // how krvhost is called
-    const QString text = QStringLiteral("other.plf\n\n# a comment\r\ngraph.plf -c=2 -cf=out\r\n"
-                                        "other.plf");
-    const QString call = QStringLiteral("'%1' --arg graph.plf graph.plf --script ")
-                             .arg(QStringLiteral(KRVHOST_PROGRAM));
-    QTest::newRow("file") << text << call + QStringLiteral("script.txt");
-    QTest::newRow("standard input from a file") << text << call + QStringLiteral("- <script.txt");
-    QTest::newRow("standard input from a pipe")
-        << text << QStringLiteral("cat script.txt | ") + call + u'-';
-    QTest::newRow("pipe") << text
-                          << QStringLiteral("mkfifo pipe; cat script.txt >pipe & ") + call +
-                                 QStringLiteral("pipe");
-}
-
-// The commands of the command line come first.
-void TestHostLink::krvhost_script_isRead()
-{
-    QFETCH(QString, script);
-    QFETCH(QString, shell);
-    QVERIFY(WriteFile(Path(QStringLiteral("script.txt")), script.toStdString()));
-    QProcess process;
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(QStringLiteral("HOME"), home->path());
-    process.setProcessEnvironment(environment);
-    process.setWorkingDirectory(home->path());
-    process.start(QStringLiteral("sh"), {QStringLiteral("-c"), shell}, QIODevice::ReadOnly);
-    QVERIFY(Await([&] { return process.state() == QProcess::NotRunning; }));
-    QCOMPARE(process.exitCode(), 0);
-    QStringList answered;
-    for (const QByteArray& line : process.readAllStandardOutput().split('\n')) {
-        if (line.startsWith("ack "))
-            answered.append(QString::fromLocal8Bit(line).section(QStringLiteral(" ms  "), 1));
-    }
-    QCOMPARE(answered,
-             QStringList({QStringLiteral("graph.plf"), QStringLiteral("other.plf"),
-                          QStringLiteral("graph.plf -c=2 -cf=out"), QStringLiteral("other.plf")}));
-    QVERIFY(Exists(QStringLiteral("out.eps")));
-}
-
-void TestHostLink::krvhost_unanswered_isNotWaitedFor()
-{
-    const HostRun run = RunHost({QStringLiteral("--arg"), QStringLiteral("graph.plf"),
-                                 QStringLiteral("other.plf"), QStringLiteral("!-po=l")});
-    QCOMPARE(run.code, 0);
-    QVERIFY2(run.output.endsWith(QStringLiteral("sent            -po=l\n")),
-             qPrintable(run.output));
-}
-
-// The viewer outlives krvhost, so that nobody else can have deleted the first copy.
-void TestHostLink::krvhost_tmp_handsOverCopiesThatTheViewerDeletes()
-{
-    const HostRun run = RunHost({QStringLiteral("--tmp"), QStringLiteral("--leave"),
-                                 QStringLiteral("--arg"), QStringLiteral("graph.plf"),
-                                 QStringLiteral("other.plf -po=l"), QStringLiteral("graph.plf")});
-    QCOMPARE(run.code, 0);
-    QCOMPARE(
-        run.output.count(QRegularExpression(QStringLiteral("ms  -tmp \\S+/krvhost_\\w+\\.plf"))),
-        2);
-    QCOMPARE(Copies().size(), 1);
-    const QString shown = Copies().constFirst();
-    QVERIFY(run.output.endsWith(shown + u'\n'));
-    QCOMPARE(QFileInfo(Path(shown)).size(), QFileInfo(Path(QStringLiteral("graph.plf"))).size());
-    QVERIFY(Await([&] { return WindowTitle(ActiveWindow()) == TitleOf(shown); }));
-    PressKeys(QStringLiteral("ctrl+q"));
-    QVERIFY(Await([&] { return Copies().isEmpty(); }));
-    QVERIFY(Exists(QStringLiteral("graph.plf")));
-    QVERIFY(Exists(QStringLiteral("other.plf")));
-}
-
-// One that did not load, and the last one of a viewer that is ended.
-void TestHostLink::krvhost_tmp_removesWhatTheViewerLeft()
-{
-    const HostRun run = RunHost({QStringLiteral("--tmp"), QStringLiteral("--arg"),
-                                 QStringLiteral("graph.plf"), QStringLiteral("other.plf")});
-    QCOMPARE(run.code, 0);
-    QCOMPARE(Copies(), QStringList());
-    const HostRun failed =
-        RunHost({QStringLiteral("--tmp"), QStringLiteral("--arg"), QStringLiteral("graph.plf"),
-                 QStringLiteral("--timeout"), QStringLiteral("1"), QStringLiteral("text.plf")});
-    QCOMPARE(failed.code, 4);
-    QCOMPARE(Copies(), QStringList());
-    QVERIFY(Exists(QStringLiteral("text.plf")));
-}
-
-void TestHostLink::krvhost_stay_waitsForItsUser()
-{
-    QProcess krvhost;
-    StartHost(krvhost, {QStringLiteral("--stay"), QStringLiteral("--arg"),
-                        QStringLiteral("graph.plf"), QStringLiteral("other.plf")});
-    QVERIFY(
-        Await([&] { return WindowTitle(ActiveWindow()) == TitleOf(QStringLiteral("other.plf")); }));
-    QCOMPARE(krvhost.state(), QProcess::Running);
-    PressKeys(QStringLiteral("ctrl+q"));
-    QVERIFY(Await([&] { return krvhost.state() == QProcess::NotRunning; }));
-    QCOMPARE(krvhost.exitCode(), 0);
-}
-
-void TestHostLink::krvhost_thatIsKilled_leavesItsViewer()
-{
-    QProcess krvhost;
-    StartHost(krvhost,
-              {QStringLiteral("--no-start"), QStringLiteral("--script"), QStringLiteral("-"),
-               QStringLiteral("--name"), Path(QStringLiteral("server")), QStringLiteral("--"),
-               QStringLiteral("-tmp other.plf")});
-    QVERIFY(Await([&] { return krvhost.canReadLine(); }));
-    QVERIFY(viewer->Start({QStringLiteral("-svrname=") + Path(QStringLiteral("server")),
-                           QStringLiteral("graph.plf")}));
-    ExpectTitle(QStringLiteral("other.plf"));
-    krvhost.kill();
-    QVERIFY(krvhost.waitForFinished());
-    ExpectStillAlive();
-    QVERIFY(Exists(QStringLiteral("other.plf")));
-    Quit();
-    QVERIFY(!Exists(QStringLiteral("other.plf")));
 }
 
 QTEST_MAIN(TestHostLink)

@@ -1,0 +1,356 @@
+// SPDX-License-Identifier: MIT
+// SPDX-FileCopyrightText: 2026 plotvw contributors
+//
+// Commands of a host while something else happens to the window: the host and the window are both
+// in this program, so that the test says when. Commands as such are tested with the real program.
+#include "hostlink/frame.h"
+#include "tests/appfixture.h"
+
+#include <QLocalServer>
+#include <QLocalSocket>
+
+#include <optional>
+
+using fixture::Box;
+using fixture::Settle;
+using fixture::Window;
+
+namespace {
+
+const QString kAccept = QStringLiteral("krv-accept-connect");
+
+std::string Graph()
+{
+    return plf::Start() + plf::Line(0, 0, 4095, 3119) + plf::End();
+}
+
+QString Text(const std::string& text)
+{
+    return QString::fromStdString(text);
+}
+
+// Calls a slot that is not public.
+void Call(const Window& window, const char* slot)
+{
+    QVERIFY(QMetaObject::invokeMethod(window.Get(), slot));
+}
+
+void CloseSoon(const Window& window)
+{
+    QMetaObject::invokeMethod(window.Get(), "close", Qt::QueuedConnection);
+}
+
+// The host's end of the link. It must be there before the window.
+class Host
+{
+public:
+    explicit Host(const fixture::Directories& directories)
+    {
+        const std::string path = directories.Path("socket");
+        QVERIFY(server.listen(Text(path)));
+        QVERIFY(CopyText(gszKrvServerName, path.c_str()));
+    }
+
+    /// Takes the viewer's connection and its greeting.
+    [[nodiscard]] bool AwaitViewer()
+    {
+        if (!QTest::qWaitFor([this] { return server.hasPendingConnections(); }))
+            return false;
+        socket = server.nextPendingConnection();
+        return QTest::qWaitFor([this] { return Answers() == 1; });
+    }
+
+    void Send(const QString& message)
+    {
+        socket->write(EncodeFrame(message));
+        while (socket->bytesToWrite() > 0)
+            QVERIFY(socket->waitForBytesWritten());
+    }
+
+    /// How often the viewer has sent its word; -1 when it sent anything else.
+    [[nodiscard]] qsizetype Answers()
+    {
+        received += socket->readAll();
+        const QByteArray answer = EncodeFrame(kAccept);
+        const qsizetype count = received.size() / answer.size();
+        return received == answer.repeated(count) ? count : -1;
+    }
+
+    [[nodiscard]] bool IsConnected() const
+    {
+        return socket->state() == QLocalSocket::ConnectedState;
+    }
+
+private:
+    QLocalServer server;
+    QLocalSocket* socket = nullptr; // the server's
+    QByteArray received;
+};
+
+// Closes the window when its view is painted.
+class ClosingPaint : public QObject
+{
+public:
+    explicit ClosingPaint(const Window& painted) : window(painted)
+    {
+        window->view->installEventFilter(this);
+    }
+    bool eventFilter(QObject* /*object*/, QEvent* event) override
+    {
+        if (event->type() == QEvent::Paint && !std::exchange(closed, true))
+            CloseSoon(window);
+        return false;
+    }
+    [[nodiscard]] bool WasPainted() const { return closed; }
+
+private:
+    const Window& window;
+    bool closed = false;
+};
+
+} // namespace
+
+class TestHostCommands : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void init();
+    void cleanup();
+
+    void constructor_greetsTheHost();
+    void constructor_withoutAServer_isAlone_data();
+    void constructor_withoutAServer_isAlone();
+    void command_isCarriedOut();
+    void command_longerThanItsLengthCanTell_isCarriedOut();
+    void command_whoseJobCannotBeDone_isAnswered();
+
+    void readData_withoutAMessage_returns();
+    void readData_withoutALink_returns();
+    void deleteSocket_endsTheLink();
+    void deleteSocket_whileACommandWaits_dropsIt();
+
+    void closing_beforeACommandIsRead_isSurvived();
+    void closing_whileItsGraphIsDrawn_isSurvived();
+    void closing_whileItsErrorIsShown_isSurvived();
+    void closing_whileItsUsageIsShown_isSurvived();
+    void closing_whileItsLengthIsRefused_isSurvived();
+    void closing_whileItsJobFails_isSurvived();
+    void closing_keepsTheLinkUntilTheEnd();
+
+private:
+    void Open(const std::string& path);
+
+    std::unique_ptr<fixture::Directories> directories;
+    std::unique_ptr<fixture::Dialogs> dialogs;
+    std::optional<Host> host;
+    std::optional<Window> window;
+    std::string graph;
+    QString other;
+};
+
+// What is to be printed goes nowhere, whatever printers there are.
+void TestHostCommands::initTestCase()
+{
+    qputenv("CUPS_SERVER", "/nowhere/printers");
+}
+
+void TestHostCommands::init()
+{
+    directories = std::make_unique<fixture::Directories>();
+    dialogs = std::make_unique<fixture::Dialogs>();
+    // Relative names stand in the directory "work", and hold nothing that is an option.
+    graph = directories->Write("work/graph.plf", Graph());
+    other = Text(directories->Write("work/other.plf", Graph()));
+    host.emplace(*directories);
+}
+
+void TestHostCommands::cleanup()
+{
+    window.reset();
+    host.reset();
+    QCOMPARE(dialogs->Strangers(), QStringList());
+    QCOMPARE(dialogs->Pending(), 0);
+}
+
+// A window with a graph and a host.
+void TestHostCommands::Open(const std::string& path)
+{
+    window.emplace();
+    QVERIFY(host->AwaitViewer());
+    window->AddViewOf(path);
+    QVERIFY(window->Show());
+    Settle();
+}
+
+void TestHostCommands::constructor_greetsTheHost()
+{
+    window.emplace();
+    QVERIFY(host->AwaitViewer());
+    QCOMPARE(host->Answers(), 1);
+}
+
+void TestHostCommands::constructor_withoutAServer_isAlone_data()
+{
+    QTest::addColumn<QString>("server");
+    QTest::newRow("no name") << QString();
+    QTest::newRow("nobody listens") << QStringLiteral("/nowhere/socket");
+    QTest::newRow("a name that is too long for a socket") << u'/' + QString(1000, u'x');
+}
+
+void TestHostCommands::constructor_withoutAServer_isAlone()
+{
+    QFETCH(QString, server);
+    QVERIFY(CopyText(gszKrvServerName, server.toLocal8Bit().constData()));
+    window.emplace();
+    window->AddViewOf(graph);
+    QVERIFY(window->Show());
+    Call(*window, "readData");
+    QCOMPARE(Text(gszPlffileOrig), Text(graph));
+}
+
+void TestHostCommands::command_isCarriedOut()
+{
+    Open(graph);
+    host->Send(QStringLiteral("other.plf"));
+    QTRY_COMPARE(host->Answers(), 2);
+    QCOMPARE(Text(gszPlffileOrig), other);
+}
+
+void TestHostCommands::command_longerThanItsLengthCanTell_isCarriedOut()
+{
+    Open(graph);
+    const QString options = QStringLiteral(" -po=l").repeated(10'000);
+    host->Send(QStringLiteral("other.plf") + options);
+    QTRY_COMPARE(host->Answers(), 2);
+    QCOMPARE(Text(gszPlffileOrig), other);
+}
+
+void TestHostCommands::command_whoseJobCannotBeDone_isAnswered()
+{
+    Open(graph);
+    Box box;
+    fixture::ExpectBox(*dialogs, box);
+    host->Send(QStringLiteral("other.plf -c=1 -cwd=/nowhere -cf=out"));
+    QTRY_COMPARE(host->Answers(), 2);
+    QCOMPARE(box.title, QStringLiteral("Save failed"));
+    QCOMPARE(giCmdArg, 0);
+}
+
+void TestHostCommands::readData_withoutAMessage_returns()
+{
+    Open(graph);
+    Call(*window, "readData");
+    QCOMPARE(Text(gszPlffileOrig), Text(graph));
+    QCOMPARE(host->Answers(), 1);
+}
+
+void TestHostCommands::readData_withoutALink_returns()
+{
+    Open(graph);
+    Call(*window, "deleteSocket");
+    Call(*window, "readData");
+    Settle();
+    Call(*window, "readData");
+    QCOMPARE(Text(gszPlffileOrig), Text(graph));
+}
+
+void TestHostCommands::deleteSocket_endsTheLink()
+{
+    Open(graph);
+    Call(*window, "deleteSocket");
+    Call(*window, "deleteSocket"); // there is none any more
+    QTRY_VERIFY(!host->IsConnected());
+    QVERIFY((*window)->isVisible());
+    QCOMPARE(host->Answers(), 1);
+}
+
+void TestHostCommands::deleteSocket_whileACommandWaits_dropsIt()
+{
+    Open(graph);
+    host->Send(QStringLiteral("other.plf"));
+    QMetaObject::invokeMethod(window->Get(), "deleteSocket", Qt::QueuedConnection);
+    Call(*window, "readData");
+    QTRY_VERIFY(!host->IsConnected());
+    QCOMPARE(Text(gszPlffileOrig), Text(graph));
+    QCOMPARE(host->Answers(), 1);
+}
+
+void TestHostCommands::closing_beforeACommandIsRead_isSurvived()
+{
+    Open(graph);
+    host->Send(QStringLiteral("other.plf"));
+    CloseSoon(*window);
+    Call(*window, "readData");
+    QTRY_VERIFY(window->IsGone());
+    QCOMPARE(host->Answers(), 1);
+}
+
+void TestHostCommands::closing_whileItsGraphIsDrawn_isSurvived()
+{
+    Open(graph);
+    const ClosingPaint closing(*window);
+    host->Send(QStringLiteral("other.plf -c=2 -p"));
+    QTRY_VERIFY(window->IsGone());
+    QVERIFY(closing.WasPainted());
+}
+
+void TestHostCommands::closing_whileItsErrorIsShown_isSurvived()
+{
+    Open(graph);
+    dialogs->Expect<QMessageBox>([this](QMessageBox& box) {
+        QCOMPARE(box.text(), QStringLiteral("Error opening file."));
+        (*window)->close();
+    });
+    host->Send(QStringLiteral("missing.plf -c=1"));
+    QTRY_VERIFY(window->IsGone());
+}
+
+void TestHostCommands::closing_whileItsUsageIsShown_isSurvived()
+{
+    Open(graph);
+    dialogs->Expect<QMessageBox>([this](QMessageBox& box) {
+        QCOMPARE(box.windowTitle(), QStringLiteral("PLOTVW Usage"));
+        (*window)->close();
+    });
+    host->Send(QStringLiteral("-wp=1,2,300,200 other.plf -?"));
+    QTRY_VERIFY(window->IsGone());
+    QCOMPARE(host->Answers(), 1);
+}
+
+void TestHostCommands::closing_whileItsLengthIsRefused_isSurvived()
+{
+    Open(graph);
+    dialogs->Expect<QMessageBox>([this](QMessageBox& /*box*/) { (*window)->close(); });
+    host->Send(QStringLiteral("other.plf -cf=") + QString(2000, u'x'));
+    QTRY_VERIFY(window->IsGone());
+}
+
+void TestHostCommands::closing_whileItsJobFails_isSurvived()
+{
+    Open(graph);
+    dialogs->Expect<QMessageBox>([this](QMessageBox& box) {
+        QCOMPARE(box.windowTitle(), QStringLiteral("Save failed"));
+        (*window)->close();
+    });
+    host->Send(QStringLiteral("other.plf -c=1 -p -cwd=/nowhere -cf=out"));
+    QTRY_VERIFY(window->IsGone());
+}
+
+// A host that waits for its viewer's end sees that, and not the end of its window.
+void TestHostCommands::closing_keepsTheLinkUntilTheEnd()
+{
+    Open(graph);
+    QVERIFY((*window)->close());
+    QTRY_VERIFY(window->IsGone());
+    Settle();
+    QVERIFY(host->IsConnected());
+    host->Send(QStringLiteral("other.plf")); // nobody reads it
+    Settle();
+    QCOMPARE(host->Answers(), 1);
+}
+
+QTEST_MAIN(TestHostCommands)
+
+#include "test_hostcommands.moc"
