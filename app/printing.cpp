@@ -5,6 +5,7 @@
 #include "app/appwindow.h"
 #include "app/drawview.h"
 #include "app/globals.h"
+#include "app/printpaper.h"
 
 #include <QCoreApplication>
 #include <QPageLayout>
@@ -51,8 +52,12 @@ void DrawView::printIt()
     MakePrinter();
     const QPointer<QPrintDialog> dialog = new QPrintDialog(pPrinter, this); // goes with the view
     dialog->setWindowTitle(tr("Print Graph"));
-    if (dialog->exec() == QDialog::Accepted && !dialog.isNull())
-        PrintGraph();
+    PrintPaper paper(pPrinter);
+    const bool isAccepted = dialog->exec() == QDialog::Accepted;
+    if (!isAccepted || dialog.isNull())
+        return;
+    paper.Restore();
+    PrintGraph();
 }
 
 void DrawView::cmdPrint()

@@ -21,6 +21,7 @@ namespace {
 const QString kTitle = QStringLiteral("KORVEL Viewer");
 const QString kGraphTitle = QStringLiteral("KORVEL Viewer - graph.plf");
 const QString kPrintTitle = QStringLiteral("Print Graph");
+const QString kPropertiesTitle = QStringLiteral("Printer Properties");
 
 constexpr double kGraphWidth = 4096;
 constexpr double kGraphHeight = 3120;
@@ -330,6 +331,8 @@ private slots:
     void print_cancelled_sendsNothing();
     void print_afterAJob_keepsPaperAndOrientation_data();
     void print_afterAJob_keepsPaperAndOrientation();
+    void print_properties_beginWithThePrintersPaper_data();
+    void print_properties_beginWithThePrintersPaper();
 
     void noServer_nothingHangsAndTheChainGoesOn();
     void stoppedQueue_keepsTheJobAndTheChainGoesOn();
@@ -767,8 +770,7 @@ void TestJobs::print_afterAJob_keepsPaperAndOrientation_data()
     QTest::newRow("A4 landscape") << QByteArray("2") << QStringLiteral("-p") << kA4Landscape;
 }
 
-// With a print server the toolkit's dialog begins with the orientation that the printer has, but
-// with the queue's own paper.
+// The toolkit's own choice would be the queue's paper, A4.
 void TestJobs::print_afterAJob_keepsPaperAndOrientation()
 {
     QFETCH(QByteArray, paper);
@@ -780,14 +782,47 @@ void TestJobs::print_afterAJob_keepsPaperAndOrientation()
     PressKeys(QStringLiteral("ctrl+p"));
     QVERIFY(viewer->AwaitWindow(kPrintTitle));
     PressKeys(QStringLiteral("Return"));
-    const PrintedPage page = TakePage();
+    CheckPage(TakePage(), sheet, PrintedGraph(sheet));
     QVERIFY(viewer->AwaitWindow(kGraphTitle));
     Quit();
-    const bool landscape = sheet.size.width() > sheet.size.height();
-    QCOMPARE(page.paper.width() > page.paper.height(), landscape);
-    for (const char* row : {"Letter landscape", "Legal portrait"})
-        QEXPECT_FAIL(row, "the toolkit's print dialog takes the queue's own paper", Abort);
-    QCOMPARE(page.paper, sheet.size);
+}
+
+void TestJobs::print_properties_beginWithThePrintersPaper_data()
+{
+    QTest::addColumn<QStringList>("windows"); // keys for the properties window, each time it opens
+    QTest::addColumn<Sheet>("sheet");
+    const QString legal = QStringLiteral("Tab l e g ");
+    const QString accept = QStringLiteral("Return");
+    const QString cancel = QStringLiteral("Escape");
+    QTest::newRow("accepted") << QStringList{accept} << kLetterLandscape;
+    QTest::newRow("cancelled") << QStringList{cancel} << kLetterLandscape;
+    QTest::newRow("other paper") << QStringList{legal + accept} << kLegalLandscape;
+    QTest::newRow("other paper cancelled") << QStringList{legal + cancel} << kLetterLandscape;
+    QTest::newRow("cancelled, then accepted") << QStringList{cancel, accept} << kLetterLandscape;
+    QTest::newRow("other paper, then accepted")
+        << QStringList{legal + accept, accept} << kLegalLandscape;
+}
+
+void TestJobs::print_properties_beginWithThePrintersPaper()
+{
+    QFETCH(QStringList, windows);
+    QFETCH(Sheet, sheet);
+    Configure("printer_paper_type=0\n");
+    Open({QStringLiteral("-p")});
+    CheckPage(TakePage(), kLetterLandscape, PrintedGraph(kLetterLandscape));
+    PressKeys(QStringLiteral("ctrl+p"));
+    QVERIFY(viewer->AwaitWindow(kPrintTitle));
+    for (const QString& keys : windows) {
+        PressKeys(QStringLiteral("alt+r"));
+        QVERIFY(viewer->AwaitWindow(kPropertiesTitle));
+        for (const QString& key : Words(keys))
+            PressKeys(key);
+        QVERIFY(viewer->AwaitWindow(kPrintTitle));
+    }
+    PressKeys(QStringLiteral("Return"));
+    QCOMPARE(TakePage().paper, sheet.size); // the margins are then the toolkit's choice
+    QVERIFY(viewer->AwaitWindow(kGraphTitle));
+    Quit();
 }
 
 void TestJobs::noServer_nothingHangsAndTheChainGoesOn()
