@@ -13,6 +13,7 @@
 #include <algorithm>
 #include <cstring>
 #include <iterator>
+#include <limits>
 
 namespace {
 
@@ -134,6 +135,8 @@ int CPlfMeta::Plf2Screen()
     walk.szSeq.resize(kAddressReserve);
     // The zero byte is looked for first, even when a character is pending.
     while (*pCur != 0) {
+        if (!walk.inEscape && walk.count == 0 && chPending == 0 && DrawAddresses())
+            continue;
         const int c = NextChar(walk);
         if (c == kBel || c == kEndByte)
             return 1;
@@ -212,26 +215,37 @@ void CPlfMeta::CollectAddress(Walk& walk, int c)
     }
 }
 
-// Decodes one address, up to its low-X byte, and moves or draws to it. Parts that are left out keep
-// their last values.
-void CPlfMeta::tekcodeq(const char* seq)
+// Decodes one address, up to its low-X byte. Parts that are left out keep their last values.
+// Returns what follows the address, or null where a byte below lowest comes before its end.
+inline const char* CPlfMeta::ReadAddress(const char* seq, int lowest, AddressParts& part)
 {
-    int b = static_cast<signed char>(*seq);
-    for (; b < kFirstLowX || b > kLastLowX; b = static_cast<signed char>(*++seq)) {
+    for (;; ++seq) {
+        const int b = static_cast<signed char>(*seq);
         if (b > kLastLowX) {
-            if (++nLoY == 2)
-                iExtra = iLoY; // the first of two such bytes carried the extra bits
-            iLoY = b & 31;
-        } else if (nLoY != 0) {
-            iHiX = b & 31;
-            nLoY = 0;
+            if (++part.nLoY == 2)
+                part.extra = part.loY; // the first of two such bytes carried the extra bits
+            part.loY = b & 31;
+        } else if (b >= kFirstLowX) {
+            part.nLoY = 0;
+            part.loX = b & 31;
+            return seq + 1;
+        } else if (b < lowest) {
+            return nullptr;
+        } else if (part.nLoY != 0) {
+            part.hiX = b & 31;
+            part.nLoY = 0;
         } else {
-            iHiY = b & 31;
+            part.hiY = b & 31;
         }
     }
-    nLoY = 0;
-    const int x = ((iHiX << 5) + (b & 31)) * 4 + (iExtra & 3);
-    const int y = kPlfHeight - (((iHiY << 5) + iLoY) * 4 + ((iExtra & 12) >> 2));
+}
+
+// Moves or draws to the address that was read last.
+inline void CPlfMeta::GoToAddress()
+{
+    const int x = ((address.hiX << 5) + address.loX) * 4 + (address.extra & 3);
+    const int y =
+        kPlfHeight - (((address.hiY << 5) + address.loY) * 4 + ((address.extra & 12) >> 2));
     if (fMoveNext != 0) {
         fMoveNext = 0;
     } else {
@@ -244,6 +258,36 @@ void CPlfMeta::tekcodeq(const char* seq)
     }
     xCur = x;
     yCur = y;
+}
+
+// Decodes an address that CollectAddress completed. The control characters in an interrupted one
+// are high parts.
+void CPlfMeta::tekcodeq(const char* seq)
+{
+    ReadAddress(seq, std::numeric_limits<signed char>::min(), address);
+    GoToAddress();
+}
+
+// What most of a file is made of, whole addresses and GS, straight from its bytes: saves the road
+// of each through the buffer. Leaves everything else, an address interrupted by a control character
+// or at the end of the data included. Returns whether there was any.
+bool CPlfMeta::DrawAddresses()
+{
+    const char* const start = pCur;
+    for (;;) {
+        if (*pCur == kGs) {
+            fMoveNext = 1;
+            ++pCur;
+            continue;
+        }
+        AddressParts read = address;
+        const char* end = ReadAddress(pCur, kLastControl + 1, read);
+        if (end == nullptr || *end == 0)
+            return pCur != start;
+        address = read;
+        pCur = end;
+        GoToAddress();
+    }
 }
 
 // count = characters of the sequence: 0 is a control character outside a command, 1 an escape that

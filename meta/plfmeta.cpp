@@ -43,7 +43,7 @@ void CPlfMeta::Init(char* name, double widthScale)
     cvtfp.reset();
     fMoveNext = 0;
     fCommaOk = 0;
-    iHiX = iHiY = iLoY = iExtra = 0;
+    address = {};
     nEpsItems = 1;
     ClearTextState();
 }

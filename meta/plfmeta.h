@@ -83,6 +83,12 @@ private:
         bool inEscape = false;                   // between ESC and the end of a command's letters
         uint32_t dwClrMap[kLineIndexCount] = {}; // line index -> palette index
     };
+    // The five-bit parts of an address as last received.
+    struct AddressParts {
+        int hiX = 0, loX = 0, hiY = 0, loY = 0;
+        int extra = 0; // two bits for each coordinate
+        int nLoY = 0;  // low-Y bytes seen in the address
+    };
     struct Command;
     static const Command kCommands[];
 
@@ -91,7 +97,10 @@ private:
     void CollectEscape(Walk& walk, int c);
     void FinishEscape(Walk& walk, int c);
     void CollectAddress(Walk& walk, int c);
+    static const char* ReadAddress(const char* seq, int lowest, AddressParts& part);
+    void GoToAddress();
     void tekcodeq(const char* seq);
+    bool DrawAddresses();
     int gprosq(ptrdiff_t count, const char* seq, uint32_t* dwClrMap);
     void ClearPenPos();
 
@@ -146,7 +155,6 @@ private:
     const char* pEnd = nullptr;       // end of the data, where unclosed texts end
     int chPending = 0;                // pushed-back character; 0 = none
     int fMoveNext = 0;                // 1 = the next address is a move
-    int nLoY = 0;                     // low-Y bytes seen in the address
     bool bCommaSeen = false;          // a comma took the place of a colour component
     int fCommaOk = 0;                 // 1 = commas are special
     int nTextsRefused = 0;            // texts of this pass that did not fit
@@ -161,6 +169,6 @@ private:
     int xPathEnd = 0, yPathEnd = 0;   // where the output path ended
     QPainter* pPainter = nullptr;
     QPrinter* pPrinter = nullptr;
-    int iHiX = 0, iHiY = 0, iLoY = 0, iExtra = 0; // address parts last received
+    AddressParts address;
     int nEpsItems = 1; // number of the next path item on its line of the EPS output
 };
