@@ -12,9 +12,9 @@
 // FOLDER, or $PLOTVW_STREAMS when it is left out, holds walk.plf and surface.plf; files are written
 // to $TMPDIR.
 #include "app/globals.h"
+#include "bench/graphs.h"
 #include "meta/palette.h"
 #include "meta/plfbuffer.h"
-#include "meta/plfmeta.h"
 #include "support/files.h"
 #include "support/text.h"
 
@@ -51,29 +51,6 @@ struct Graph {
 constexpr int kItemsPerLine = 4;
 constexpr char kTail[] = "\nstroke\n";
 
-[[noreturn]] void Fail(const std::string& file, const char* reason)
-{
-    fprintf(stderr, "bench_eps: %s: %s\n", file.c_str(), reason);
-    exit(1);
-}
-
-void Load(Graph& graph)
-{
-    char message[kLoadMessageSize];
-    if (LoadPlfFile(graph.plf.data(), message) != 0)
-        Fail(graph.plf, message);
-}
-
-// Draws the loaded graph onto nothing. With kConvertEps it is written into gszCvtFilename.
-void DrawLoaded(Graph& graph, int mode)
-{
-    Rect none = {};
-    Rect whole = {};
-    SetRect(&whole, 0, 0, kPlfWidth, kPlfHeight);
-    CPlfMeta meta(graph.plf.data(), nullptr, nullptr, 1.0, mode);
-    meta.DrawPlf(&none, &whole);
-}
-
 std::string Output()
 {
     QFile file(QString::fromLocal8Bit(gszCvtFilename));
@@ -100,8 +77,8 @@ std::vector<PathItem> ReadItems(std::istream& text)
 Graph Prepare(const std::string& plf)
 {
     Graph graph{plf, {}, {}, {}};
-    Load(graph);
-    DrawLoaded(graph, kConvertEps);
+    Load(graph.plf);
+    Draw(nullptr, kConvertEps);
     graph.eps = Output();
     const size_t firstLine = graph.eps.rfind('\n', graph.eps.find(" moveto ")) + 1;
     graph.head = graph.eps.substr(0, firstLine);
@@ -160,17 +137,17 @@ void SetCounters(benchmark::State& state, const Graph& graph, bool writes)
 
 void Decode(benchmark::State& state, Graph& graph)
 {
-    Load(graph);
+    Load(graph.plf);
     for ([[maybe_unused]] const auto& iteration : state)
-        DrawLoaded(graph, 0);
+        Draw(nullptr, 0);
     SetCounters(state, graph, false);
 }
 
 void Export(benchmark::State& state, Graph& graph)
 {
-    Load(graph);
+    Load(graph.plf);
     for ([[maybe_unused]] const auto& iteration : state)
-        DrawLoaded(graph, kConvertEps);
+        Draw(nullptr, kConvertEps);
     CheckOutput(graph);
     SetCounters(state, graph, true);
 }

@@ -14,6 +14,7 @@
 #include <cstring>
 #include <iterator>
 #include <limits>
+#include <utility>
 
 namespace {
 
@@ -240,16 +241,18 @@ inline const char* CPlfMeta::ReadAddress(const char* seq, int lowest, AddressPar
     }
 }
 
-// Moves or draws to the address that was read last.
-inline void CPlfMeta::GoToAddress()
+// Moves or draws to an address.
+inline void CPlfMeta::GoTo(const AddressParts& part)
 {
-    const int x = ((address.hiX << 5) + address.loX) * 4 + (address.extra & 3);
-    const int y =
-        kPlfHeight - (((address.hiY << 5) + address.loY) * 4 + ((address.extra & 12) >> 2));
+    const int x = ((part.hiX << 5) + part.loX) * 4 + (part.extra & 3);
+    const int y = kPlfHeight - (((part.hiY << 5) + part.loY) * 4 + ((part.extra & 12) >> 2));
     if (fMoveNext != 0) {
         fMoveNext = 0;
     } else {
-        if (xCur == xPathEnd && yCur == yPathEnd)
+        // Compared together, the two pairs would be read as wider numbers than they were written,
+        // for which the processor has to wait.
+        const bool continues = ((xCur ^ xPathEnd) | (yCur ^ yPathEnd)) == 0;
+        if (continues)
             Draw(xCur, yCur, x, y);
         else
             MoveAndDraw(xCur, yCur, x, y);
@@ -265,7 +268,7 @@ inline void CPlfMeta::GoToAddress()
 void CPlfMeta::tekcodeq(const char* seq)
 {
     ReadAddress(seq, std::numeric_limits<signed char>::min(), address);
-    GoToAddress();
+    GoTo(address);
 }
 
 // What most of a file is made of, whole addresses and GS, straight from its bytes: saves the road
@@ -273,21 +276,24 @@ void CPlfMeta::tekcodeq(const char* seq)
 // or at the end of the data included. Returns whether there was any.
 bool CPlfMeta::DrawAddresses()
 {
-    const char* const start = pCur;
+    const char* at = pCur;
+    AddressParts part = address; // a copy that nothing else can see stays in registers
     for (;;) {
-        if (*pCur == kGs) {
+        if (*at == kGs) {
             fMoveNext = 1;
-            ++pCur;
+            ++at;
             continue;
         }
-        AddressParts read = address;
-        const char* end = ReadAddress(pCur, kLastControl + 1, read);
+        AddressParts read = part;
+        const char* end = ReadAddress(at, kLastControl + 1, read);
         if (end == nullptr || *end == 0)
-            return pCur != start;
-        address = read;
-        pCur = end;
-        GoToAddress();
+            break;
+        part = read;
+        at = end;
+        GoTo(part);
     }
+    address = part;
+    return std::exchange(pCur, at) != at;
 }
 
 // count = characters of the sequence: 0 is a control character outside a command, 1 an escape that

@@ -21,7 +21,7 @@ constexpr unsigned long kTraceLevel = 2;
 } // namespace
 
 CPlfMeta::CPlfMeta(char* name, QPainter* painter, QPrinter* printer, double widthScale, int cvtmode)
-    : cvtflag(cvtmode), pPainter(painter), pPrinter(printer)
+    : cvtflag(cvtmode), pPainter(painter), pPrinter(printer), lines(painter)
 {
     Init(name, widthScale);
     TraceObject("constructor");
@@ -65,6 +65,7 @@ int CPlfMeta::DrawPlf(Rect* zoom, Rect* full)
     SetColor(0);
     ClearTextState();
     const int result = Plf2Screen();
+    lines.Flush();
     CloseEps();
     if (nTextsRefused > 0)
         qWarning("plotvw: %d texts or font names of more than %zu bytes are not drawn.",

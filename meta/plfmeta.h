@@ -5,6 +5,7 @@
 #pragma once
 
 #include "app/globals.h"
+#include "meta/linepainter.h"
 #include "support/rect.h"
 
 #include <QFont>
@@ -67,9 +68,21 @@ public:
     [[nodiscard]] int MapColor(int index) const;
 
     /// Draws a vector that continues the path. Drawing units, y downward.
-    void Draw(int x1, int y1, int x2, int y2);
+    void Draw(int x1, int y1, int x2, int y2)
+    {
+        ++gdwVectorCnt;
+        lines.Line(x1, y1, x2, y2);
+        if (cvtfp != nullptr)
+            EpsLineTo(x2, y2);
+    }
     /// Draws a vector that starts a new path.
-    void MoveAndDraw(int x1, int y1, int x2, int y2);
+    void MoveAndDraw(int x1, int y1, int x2, int y2)
+    {
+        ++gdwVectorCnt;
+        lines.Line(x1, y1, x2, y2);
+        if (cvtfp != nullptr)
+            EpsMoveAndLineTo(x1, y1, x2, y2);
+    }
     /// Draws text with its baseline at the text position; a last line feed is removed from it.
     void DrawTextKorvel(char* text);
     /// The font that the file asks for. Texts are not drawn in it: see DrawTextKorvel.
@@ -98,7 +111,7 @@ private:
     void FinishEscape(Walk& walk, int c);
     void CollectAddress(Walk& walk, int c);
     static const char* ReadAddress(const char* seq, int lowest, AddressParts& part);
-    void GoToAddress();
+    void GoTo(const AddressParts& part);
     void tekcodeq(const char* seq);
     bool DrawAddresses();
     int gprosq(ptrdiff_t count, const char* seq, uint32_t* dwClrMap);
@@ -137,6 +150,8 @@ private:
     void FillBackground(const Rect& full);
     void OpenEps();
     void CloseEps();
+    void EpsLineTo(int x, int y);
+    void EpsMoveAndLineTo(int x1, int y1, int x2, int y2);
     void CountEpsItem();
     void ClearTextState();
     [[nodiscard]] int PenWidth() const;
@@ -169,6 +184,7 @@ private:
     int xPathEnd = 0, yPathEnd = 0;   // where the output path ended
     QPainter* pPainter = nullptr;
     QPrinter* pPrinter = nullptr;
+    LinePainter lines; // the painter's lines
     AddressParts address;
     int nEpsItems = 1; // number of the next path item on its line of the EPS output
 };

@@ -120,8 +120,7 @@ void CPlfMeta::SetPen(int index)
     pen.setColor(PaletteColor(index));
     pen.setStyle(Qt::SolidLine);
     pen.setWidth(PenWidth());
-    if (pPainter != nullptr)
-        pPainter->setPen(pen);
+    lines.SetPen(pen);
 }
 
 void CPlfMeta::SetPenWidth(int width)
@@ -147,26 +146,16 @@ void CPlfMeta::SetColor(int index)
     ClearPenPos();
 }
 
-void CPlfMeta::Draw(int x1, int y1, int x2, int y2)
+void CPlfMeta::EpsLineTo(int x, int y)
 {
-    ++gdwVectorCnt;
-    if (pPainter != nullptr)
-        pPainter->drawLine(x1, y1, x2, y2);
-    if (cvtfp != nullptr) {
-        cvtfp->LineTo(x2, y2);
-        CountEpsItem();
-    }
+    cvtfp->LineTo(x, y);
+    CountEpsItem();
 }
 
-void CPlfMeta::MoveAndDraw(int x1, int y1, int x2, int y2)
+void CPlfMeta::EpsMoveAndLineTo(int x1, int y1, int x2, int y2)
 {
-    ++gdwVectorCnt;
-    if (pPainter != nullptr)
-        pPainter->drawLine(x1, y1, x2, y2);
-    if (cvtfp != nullptr) {
-        cvtfp->MoveAndLineTo(x1, y1, x2, y2);
-        CountEpsItem();
-    }
+    cvtfp->MoveAndLineTo(x1, y1, x2, y2);
+    CountEpsItem();
 }
 
 // A moveto with its lineto is one item, like a lineto alone.
@@ -195,6 +184,8 @@ void CPlfMeta::DrawTextKorvel(char* text)
     size_t length = strlen(text);
     if (length > 0 && text[length - 1] == '\n')
         text[--length] = 0;
-    if (pPainter != nullptr)
-        pPainter->drawText(iTextX, iTextY, TextFromFile(text, length));
+    if (pPainter == nullptr)
+        return;
+    lines.Flush();
+    pPainter->drawText(iTextX, iTextY, TextFromFile(text, length));
 }

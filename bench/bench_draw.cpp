@@ -1,0 +1,304 @@
+// SPDX-License-Identifier: MIT
+// SPDX-FileCopyrightText: 2026 plotvw contributors
+//
+// What a repaint costs, each figure beside one that it is to be compared with:
+//   GRAPH/decode          the pass without a painter
+//   GRAPH/bytes           the same bytes through the smallest reader of addresses there can be
+//   GRAPH/draw/pen:N      the pass onto an image, lines N pixels wide
+//   GRAPH/lines/pen:N     the same lines from memory, by the toolkit's fastest call
+//   GRAPH/zoomed          a hundredth of the graph's area, onto the same image
+//   GRAPH/strip           a strip of the image, ten pixels high
+//   growth/decode/N, growth/draw/N    random walks of N vectors
+//
+//   bench_draw [GOOGLE-BENCHMARK-OPTION...] [FOLDER]
+//
+// FOLDER, or $PLOTVW_STREAMS when it is left out, holds walk.plf and surface.plf.
+#include "app/globals.h"
+#include "bench/graphs.h"
+#include "meta/palette.h"
+#include "meta/plfbuffer.h"
+
+#include <benchmark/benchmark.h>
+
+#include <QGuiApplication>
+#include <QImage>
+#include <QLine>
+#include <QPaintDevice>
+#include <QPaintEngine>
+#include <QPainter>
+
+#include <cstdlib>
+#include <random>
+#include <string>
+#include <vector>
+
+namespace {
+
+constexpr QSize kImage(1024, 780); // four units to a pixel, both ways
+constexpr int kUnitsPerPixel = 4;
+constexpr QRect kStrip(0, 385, 1024, 10);
+constexpr int kBatch = 1024;
+
+// Collects the lines of a pass.
+class LineCollector : public QPaintDevice, public QPaintEngine
+{
+public:
+    LineCollector() : QPaintEngine(AllFeatures) {}
+    [[nodiscard]] QPaintEngine* paintEngine() const override
+    {
+        return const_cast<LineCollector*>(this);
+    }
+    bool begin(QPaintDevice* /*device*/) override { return true; }
+    bool end() override { return true; }
+    void updateState(const QPaintEngineState& /*state*/) override {}
+    void drawPixmap(const QRectF& /*r*/, const QPixmap& /*pm*/, const QRectF& /*sr*/) override {}
+    void drawRects(const QRect* /*rects*/, int /*count*/) override {}
+    void drawLines(const QLine* drawn, int count) override
+    {
+        lines.insert(lines.end(), drawn, drawn + count);
+    }
+    [[nodiscard]] Type type() const override { return User; }
+
+    std::vector<QLine> lines;
+
+protected:
+    [[nodiscard]] int metric(PaintDeviceMetric metric) const override
+    {
+        if (metric == PdmWidth)
+            return kImage.width();
+        if (metric == PdmHeight)
+            return kImage.height();
+        if (metric == PdmDevicePixelRatio)
+            return 1;
+        if (metric == PdmDevicePixelRatioScaled)
+            return static_cast<int>(devicePixelRatioFScale());
+        return 96;
+    }
+};
+
+std::vector<QLine> CollectLines()
+{
+    LineCollector collector;
+    QPainter painter(&collector);
+    Draw(&painter, 0);
+    painter.end();
+    return collector.lines;
+}
+
+// The graph with lines that many pixels wide: its only width command is replaced.
+std::string WithPen(std::string graph, int pixels)
+{
+    const std::string thin = "\x1bGT0";
+    const size_t at = graph.find(thin);
+    if (at == std::string::npos)
+        Fail("graph", "has no width command to replace.");
+    const int width = 2 * kUnitsPerPixel * pixels; // a pen is half as wide as the command says
+    const std::string integer = {static_cast<char>(64 + width / 16),
+                                 static_cast<char>(48 + width % 16)};
+    return graph.replace(at, thin.size(), "\x1bGT" + integer);
+}
+
+void SetUp(QPainter& painter)
+{
+    painter.setRenderHint(QPainter::Antialiasing);
+}
+
+void Decode(benchmark::State& state, const std::string& graph)
+{
+    LoadBytes(graph);
+    for ([[maybe_unused]] const auto& iteration : state)
+        Draw(nullptr, 0);
+    state.SetItemsProcessed(static_cast<int64_t>(gdwVectorCnt) * state.iterations());
+}
+
+// Reads every address of the bytes and tells the sum of their coordinates, which keeps the
+// compiler from leaving anything out. It knows of no command.
+int64_t SumAddresses(const std::string& graph)
+{
+    int hiX = 0;
+    int hiY = 0;
+    int loY = 0;
+    int extra = 0;
+    int lows = 0;
+    int64_t sum = 0;
+    for (const char c : graph) {
+        const int part = c & 31;
+        switch (static_cast<unsigned char>(c) >> 5) {
+        case 1:
+            (lows != 0 ? hiX : hiY) = part;
+            lows = 0;
+            break;
+        case 2:
+            lows = 0;
+            sum += ((hiX << 5) + part) * 4 + (extra & 3);
+            sum += ((hiY << 5) + loY) * 4 + (extra >> 2);
+            break;
+        case 3:
+            if (lows++ != 0)
+                extra = loY;
+            loY = part;
+            break;
+        default:
+            break;
+        }
+    }
+    return sum;
+}
+
+void Bytes(benchmark::State& state, const std::string& graph)
+{
+    for ([[maybe_unused]] const auto& iteration : state)
+        benchmark::DoNotOptimize(SumAddresses(graph));
+}
+
+void DrawGraph(benchmark::State& state, const std::string& graph, int pen)
+{
+    LoadBytes(WithPen(graph, pen));
+    QImage image(kImage, QImage::Format_RGB32);
+    for ([[maybe_unused]] const auto& iteration : state) {
+        QPainter painter(&image);
+        SetUp(painter);
+        Draw(&painter, 0);
+    }
+    state.SetItemsProcessed(static_cast<int64_t>(gdwVectorCnt) * state.iterations());
+}
+
+void DrawLines(benchmark::State& state, const std::string& graph, int pen)
+{
+    LoadBytes(WithPen(graph, pen));
+    const std::vector<QLine> lines = CollectLines();
+    QImage image(kImage, QImage::Format_RGB32);
+    for ([[maybe_unused]] const auto& iteration : state) {
+        QPainter painter(&image);
+        SetUp(painter);
+        painter.setWindow(0, 0, kPlfWidth, kPlfHeight);
+        painter.eraseRect(0, 0, kPlfWidth, kPlfHeight);
+        painter.setPen(QPen(Qt::black, pen * kUnitsPerPixel));
+        for (size_t at = 0; at < lines.size(); at += kBatch) {
+            const size_t count = std::min<size_t>(kBatch, lines.size() - at);
+            painter.drawLines(lines.data() + at, static_cast<int>(count));
+        }
+    }
+    state.SetItemsProcessed(static_cast<int64_t>(lines.size()) * state.iterations());
+}
+
+void DrawZoomed(benchmark::State& state, const std::string& graph)
+{
+    LoadBytes(graph);
+    Rect zoom = {};
+    const int left = kPlfWidth / 2;
+    const int top = kPlfHeight / 2;
+    SetRect(&zoom, left, top, left + kPlfWidth / 10, top + kPlfHeight / 10);
+    QImage image(kImage, QImage::Format_RGB32);
+    for ([[maybe_unused]] const auto& iteration : state) {
+        QPainter painter(&image);
+        SetUp(painter);
+        Draw(&painter, 0, zoom);
+    }
+}
+
+void DrawStrip(benchmark::State& state, const std::string& graph)
+{
+    LoadBytes(graph);
+    QImage image(kImage, QImage::Format_RGB32);
+    for ([[maybe_unused]] const auto& iteration : state) {
+        QPainter painter(&image);
+        SetUp(painter);
+        painter.setClipRect(kStrip);
+        Draw(&painter, 0);
+    }
+}
+
+std::string Address(int x, int y)
+{
+    return {static_cast<char>(32 + (y >> 7)), static_cast<char>(96 + (y & 3) * 4 + (x & 3)),
+            static_cast<char>(96 + ((y >> 2) & 31)), static_cast<char>(32 + (x >> 7)),
+            static_cast<char>(64 + ((x >> 2) & 31))};
+}
+
+// A walk over the whole area with steps of up to 30 units.
+std::string RandomWalk(int64_t vectors)
+{
+    std::string graph = std::string(gszPlfhdr, kPlfHeaderSize) + "0000\x1bGT0\x1d";
+    std::minstd_rand random(1);
+    const auto step = [&random](int at, int limit) {
+        const int next = at + static_cast<int>(random() % 61) - 30;
+        return next < 0 || next >= limit ? at : next;
+    };
+    int x = kPlfWidth / 2;
+    int y = kPlfHeight / 2;
+    for (int64_t i = 0; i <= vectors; ++i) {
+        graph += Address(x, y);
+        x = step(x, kPlfWidth);
+        y = step(y, kPlfHeight);
+    }
+    return graph + '\x07';
+}
+
+void Grow(benchmark::State& state, bool draws)
+{
+    LoadBytes(RandomWalk(state.range(0)));
+    QImage image(kImage, QImage::Format_RGB32);
+    for ([[maybe_unused]] const auto& iteration : state) {
+        QPainter painter(&image);
+        SetUp(painter);
+        Draw(draws ? &painter : nullptr, 0);
+    }
+    if (gdwVectorCnt != static_cast<unsigned long>(state.range(0)))
+        state.SkipWithError("another number of vectors was drawn");
+    state.SetItemsProcessed(state.range(0) * state.iterations());
+}
+
+void Register(const std::string& name, const std::string& graph)
+{
+    const auto add = [&name](const std::string& what, const auto& run) {
+        benchmark::RegisterBenchmark((name + '/' + what).c_str(), run)
+            ->Unit(benchmark::kMillisecond);
+    };
+    add("decode", [&graph](benchmark::State& state) { Decode(state, graph); });
+    add("bytes", [&graph](benchmark::State& state) { Bytes(state, graph); });
+    for (const int pen : {0, 2, 8}) {
+        const std::string suffix = "/pen:" + std::to_string(pen);
+        add("draw" + suffix,
+            [&graph, pen](benchmark::State& state) { DrawGraph(state, graph, pen); });
+        add("lines" + suffix,
+            [&graph, pen](benchmark::State& state) { DrawLines(state, graph, pen); });
+    }
+    add("zoomed", [&graph](benchmark::State& state) { DrawZoomed(state, graph); });
+    add("strip", [&graph](benchmark::State& state) { DrawStrip(state, graph); });
+}
+
+void RegisterGrowth()
+{
+    constexpr int64_t kSmallest = 10'000;
+    constexpr int64_t kLargest = 10'000'000;
+    for (const bool draws : {false, true}) {
+        benchmark::RegisterBenchmark(draws ? "growth/draw" : "growth/decode",
+                                     [draws](benchmark::State& state) { Grow(state, draws); })
+            ->RangeMultiplier(10)
+            ->Range(kSmallest, kLargest)
+            ->Unit(benchmark::kMillisecond);
+    }
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    benchmark::Initialize(&argc, argv);
+    setenv("QT_QPA_PLATFORM", "offscreen", 1);
+    const QGuiApplication application(argc, argv);
+    const char* folder = argc > 1 ? argv[1] : getenv("PLOTVW_STREAMS");
+    if (folder == nullptr || argc > 2)
+        Fail("usage", "bench_draw [FOLDER]    made by samples/make-large.sh");
+    initGraphics();
+    gbBkClrWhite = true;
+    const std::string walk = ReadBytes(std::string(folder) + "/walk.plf");
+    const std::string surface = ReadBytes(std::string(folder) + "/surface.plf");
+    Register("walk", walk);
+    Register("surface", surface);
+    RegisterGrowth();
+    benchmark::RunSpecifiedBenchmarks();
+    FreePlfBuffer();
+    return 0;
+}

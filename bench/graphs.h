@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: MIT
+// SPDX-FileCopyrightText: 2026 plotvw contributors
+//
+// Loading and drawing for the benchmarks. What goes wrong ends the program with a message.
+#pragma once
+
+#include "meta/plfmeta.h"
+
+#include <string>
+
+class QPainter;
+
+/// Ends the program: "FILE: REASON" on standard error, exit code 1.
+[[noreturn]] void Fail(const std::string& file, const char* reason);
+
+/// Loads a graph from a file.
+void Load(std::string path);
+/// Loads a graph from memory, by way of a temporary file.
+void LoadBytes(const std::string& graph);
+/// The bytes of a file.
+std::string ReadBytes(const std::string& path);
+
+/// Draws the loaded graph, its own widths as they are.
+/// @param painter  null draws nothing
+/// @param mode     kConvertEps writes it into gszCvtFilename
+/// @param zoom     the part to draw, in drawing units; all zeros draw the whole
+void Draw(QPainter* painter, int mode, Rect zoom = {});

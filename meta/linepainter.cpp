@@ -1,0 +1,98 @@
+// SPDX-License-Identifier: MIT
+// SPDX-FileCopyrightText: 2026 plotvw contributors
+#include "meta/linepainter.h"
+
+#include "support/numbers.h"
+
+#include <QPaintEngine>
+#include <QPainter>
+#include <QPen>
+#include <QRegion>
+#include <QTransform>
+
+#include <cmath>
+
+namespace {
+
+// Device pixels that a line may reach beyond its pen: half of the thinnest pen, what antialiasing
+// spreads, and the rounding of its ends.
+constexpr double kReach = 3.0;
+
+// What can be seen of the device, in its pixels: the exposed part, where there is one. The device
+// may count its size in larger units than these.
+QRectF VisiblePixels(const QPainter& painter)
+{
+    const QRect exposed = painter.paintEngine()->systemClip().boundingRect();
+    if (!exposed.isEmpty())
+        return QRectF(exposed);
+    const QPaintDevice* device = painter.device();
+    return {QPointF(), QSizeF(device->width(), device->height()) * device->devicePixelRatioF()};
+}
+
+// The same within the painter's clip, in drawing units.
+QRectF VisibleUnits(const QPainter& painter, const QTransform& fromDevice)
+{
+    const QRectF visible = fromDevice.mapRect(VisiblePixels(painter));
+    return painter.hasClipping() ? visible & painter.clipBoundingRect() : visible;
+}
+
+// Only there a line is worth less than a look at where it lies, and the target is known: other
+// engines keep lines for a place and time of their own.
+bool IsRaster(const QPainter* painter)
+{
+    return painter != nullptr && painter->paintEngine()->type() == QPaintEngine::Raster;
+}
+
+} // namespace
+
+LinePainter::LinePainter(QPainter* target) : painter(target), isRaster(IsRaster(target)) {}
+
+LinePainter::~LinePainter()
+{
+    Flush();
+}
+
+void LinePainter::SetPen(const QPen& pen)
+{
+    if (painter == nullptr)
+        return;
+    Flush();
+    painter->setPen(pen);
+    if (!isRaster)
+        return;
+    visible = VisibleTo(pen);
+    batchSize = MayBatch(pen) ? kBatchSize : 1;
+}
+
+void LinePainter::Flush()
+{
+    if (waiting > 0)
+        painter->drawLines(batch.data(), static_cast<int>(waiting));
+    waiting = 0;
+}
+
+LinePainter::Bounds LinePainter::VisibleTo(const QPen& pen) const
+{
+    const QTransform toDevice = painter->deviceTransform();
+    if (toDevice.type() > QTransform::TxScale || !toDevice.isInvertible())
+        return {};
+    const QRectF seen = VisibleUnits(*painter, toDevice.inverted());
+    // The corner of a square cap is farther from the line's end than half the width, but by less
+    // than the whole.
+    const double reachX = pen.widthF() + kReach / std::abs(toDevice.m11());
+    const double reachY = pen.widthF() + kReach / std::abs(toDevice.m22());
+    return {TruncToInt(std::floor(seen.left() - reachX)),
+            TruncToInt(std::floor(seen.top() - reachY)),
+            TruncToInt(std::ceil(seen.right() + reachX)),
+            TruncToInt(std::ceil(seen.bottom() + reachY))};
+}
+
+// The toolkit draws the lines of a call one by one, as long as it need not stretch the pen to an
+// ellipse; then it fills them as one shape, in which crossings are not drawn twice.
+bool LinePainter::MayBatch(const QPen& pen) const
+{
+    const QTransform toDevice = painter->deviceTransform();
+    const bool isRound = toDevice.type() <= QTransform::TxScale &&
+                         qFuzzyCompare(std::abs(toDevice.m11()), std::abs(toDevice.m22()));
+    return isRound || pen.widthF() == 0.0;
+}

@@ -1,0 +1,277 @@
+// SPDX-License-Identifier: MIT
+// SPDX-FileCopyrightText: 2026 plotvw contributors
+//
+// Compares pictures, pixel for pixel, with those that one call of the toolkit for each line gives.
+#include "app/globals.h"
+#include "meta/linepainter.h"
+#include "meta/plfbuffer.h"
+#include "meta/plfmeta.h"
+#include "tests/graph.h"
+#include "tests/reference/streams.h"
+
+#include <QDir>
+#include <QFile>
+#include <QImage>
+#include <QPainter>
+#include <QTest>
+
+#include <random>
+
+namespace {
+
+constexpr unsigned kStreams = 400;
+constexpr int kEdgeLines = 60;
+
+// A view of a graph, and the picture that it is drawn into.
+struct Target {
+    QSize size;
+    Pass pass;
+    bool antialiased = true;
+};
+
+QImage NewImage(QSize size)
+{
+    QImage image(size, QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::magenta);
+    return image;
+}
+
+QImage DrawWithInterpreter(const Target& target)
+{
+    gbBkClrWhite = target.pass.whiteBackground;
+    QImage image = NewImage(target.size);
+    QPainter painter(&image);
+    painter.setRenderHint(QPainter::Antialiasing, target.antialiased);
+    Rect zoom = target.pass.zoom;
+    Rect full = {};
+    SetRect(&full, 0, 0, kPlfWidth, kPlfHeight);
+    char name[] = "test.plf";
+    CPlfMeta meta(name, &painter, nullptr, target.pass.widthScale, 0);
+    meta.DrawPlf(&zoom, &full);
+    return image;
+}
+
+// The numbers of a recorded operation.
+QList<int> Numbers(const QString& operation)
+{
+    QList<int> numbers;
+    for (const QString& word : operation.split(u' ').mid(1, 4))
+        numbers.append(word.toInt());
+    return numbers;
+}
+
+void Replay(const QString& operation, QPainter& painter)
+{
+    const QList<int> n = Numbers(operation);
+    if (operation.startsWith(u"window "))
+        painter.setWindow(n[0], n[1], n[2], n[3]);
+    if (operation.startsWith(u"fill "))
+        painter.fillRect(n[0], n[1], n[2], n[3], QColor(operation.section(u' ', 5, 5)));
+    if (operation.startsWith(u"line ")) {
+        painter.setPen(
+            QPen(QColor(operation.section(u' ', 5, 5)), operation.section(u' ', 6, 6).toInt()));
+        painter.drawLine(n[0], n[1], n[2], n[3]);
+    }
+}
+
+// The loaded graph without its texts, each line by a call of its own.
+QImage DrawPlainly(const Target& target)
+{
+    QImage image = NewImage(target.size);
+    QPainter painter(&image);
+    painter.setRenderHint(QPainter::Antialiasing, target.antialiased);
+    for (const QString& operation : Record(target.pass))
+        Replay(operation, painter);
+    return image;
+}
+
+// Texts have nothing to do with lines but the order, which the recordings of other tests hold.
+QByteArray WithoutTexts(QByteArray file)
+{
+    return file.replace("ZD", "ZB");
+}
+
+QRect Difference(const QImage& a, const QImage& b)
+{
+    QRect difference;
+    for (int y = 0; y < a.height(); ++y) {
+        for (int x = 0; x < a.width(); ++x) {
+            if (a.pixel(x, y) != b.pixel(x, y))
+                difference |= QRect(x, y, 1, 1);
+        }
+    }
+    return difference;
+}
+
+void CheckPicture(const Target& target, const QByteArray& what)
+{
+    const QImage drawn = DrawWithInterpreter(target);
+    const QImage plain = DrawPlainly(target);
+    if (drawn != plain)
+        qWarning() << what << target.size << target.pass.widthScale << "differs in"
+                   << Difference(drawn, plain);
+    QVERIFY2(drawn == plain, what);
+}
+
+Rect Zoom(int left, int top, int right, int bottom)
+{
+    Rect rect = {};
+    SetRect(&rect, left, top, right, bottom);
+    return rect;
+}
+
+// The whole graph and parts of it, in pictures of its shape and of others, with pens thinner and
+// wider than a pixel.
+QList<Target> Targets()
+{
+    QList<Target> targets;
+    for (const QSize size : {QSize(1024, 780), QSize(640, 487), QSize(300, 500)}) {
+        for (const double scale : {0.0, 1.0, 6.0}) {
+            for (const Rect& zoom :
+                 {Rect{}, Zoom(1000, 900, 1410, 1212), Zoom(-300, 2900, 700, 3700)})
+                targets.append({size, {true, scale, zoom}, true});
+        }
+    }
+    targets.append({QSize(640, 487), {false, 2.0, {}}, false});
+    return targets;
+}
+
+// Lines that begin or end close to the edges of a picture of that size, in its pixels.
+QList<QLine> EdgeLines(QSize size, int reach, std::mt19937& random)
+{
+    const auto between = [&random](int low, int high) {
+        return low + static_cast<int>(random() % static_cast<unsigned>(high - low + 1));
+    };
+    const auto nearEdge = [&](int length) {
+        return (random() % 2 == 0 ? 0 : length) + between(-reach, reach);
+    };
+    QList<QLine> lines;
+    for (int i = 0; i < kEdgeLines; ++i) {
+        const QPoint start = random() % 2 == 0
+                                 ? QPoint(nearEdge(size.width()), between(0, size.height()))
+                                 : QPoint(between(0, size.width()), nearEdge(size.height()));
+        lines.append(QLine(start, start + QPoint(between(-reach, reach), between(-reach, reach))));
+    }
+    return lines;
+}
+
+} // namespace
+
+class TestLinePainter : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void cleanupTestCase() { FreePlfBuffer(); }
+    void samples_equalOneCallPerLine_data();
+    void samples_equalOneCallPerLine();
+    void streams_equalOneCallPerLine();
+    void linesAtTheEdges_equalOneCallPerLine_data();
+    void linesAtTheEdges_equalOneCallPerLine();
+    void hiddenLines_areCounted();
+    void otherEngines_getEveryLine();
+};
+
+void TestLinePainter::samples_equalOneCallPerLine_data()
+{
+    QTest::addColumn<QString>("file");
+    const QDir folder(QFINDTESTDATA("../samples"));
+    for (const QString& name : folder.entryList({QStringLiteral("*.plf")}))
+        QTest::newRow(qPrintable(name)) << folder.filePath(name);
+}
+
+void TestLinePainter::samples_equalOneCallPerLine()
+{
+    QFETCH(QString, file);
+    QFile graph(file);
+    QVERIFY(graph.open(QIODevice::ReadOnly));
+    LoadBytes(WithoutTexts(graph.readAll()));
+    for (const Target& target : Targets())
+        CheckPicture(target, file.toLocal8Bit());
+}
+
+void TestLinePainter::streams_equalOneCallPerLine()
+{
+    for (unsigned seed = 0; seed < kStreams; ++seed) {
+        LoadBytes(WithoutTexts(QByteArray::fromStdString(streams::Make(seed))));
+        const reference::View view = streams::MakeView(seed);
+        const Rect zoom =
+            view.zoomed()
+                ? Zoom(static_cast<int>(view.zoomLeft), static_cast<int>(view.zoomTop),
+                       static_cast<int>(view.zoomRight), static_cast<int>(view.zoomBottom))
+                : Rect{};
+        const QSize size = seed % 2 == 0 ? QSize(256, 195) : QSize(200, 120);
+        CheckPicture({size, {view.whiteBackground, view.widthScale, zoom}, seed % 5 != 0},
+                     "seed " + QByteArray::number(seed));
+    }
+}
+
+void TestLinePainter::linesAtTheEdges_equalOneCallPerLine_data()
+{
+    QTest::addColumn<double>("across"); // pixels for a unit
+    QTest::addColumn<double>("down");
+    QTest::addColumn<int>("width"); // units
+    for (const double down : {1.0, 0.25, 0.31, 7.0}) {
+        for (const int width : {0, 1, 2, 3, 8, 40}) {
+            QTest::addRow("%g, pen %d", down, width) << down << down << width;
+            QTest::addRow("%g, stretched, pen %d", down, width) << down * 2.5 << down << width;
+        }
+    }
+}
+
+void TestLinePainter::linesAtTheEdges_equalOneCallPerLine()
+{
+    QFETCH(double, across);
+    QFETCH(double, down);
+    QFETCH(int, width);
+    const QSize size(90, 70);
+    std::mt19937 random(1);
+    for (int round = 0; round < 40; ++round) {
+        const QSize units(static_cast<int>(size.width() / across),
+                          static_cast<int>(size.height() / down));
+        const int reach = width + static_cast<int>(6 / std::min(across, down)) + 1;
+        QImage drawn = NewImage(size);
+        QImage plain = NewImage(size);
+        QPainter drawnPainter(&drawn);
+        QPainter plainPainter(&plain);
+        for (QPainter* painter : {&drawnPainter, &plainPainter}) {
+            painter->setRenderHint(QPainter::Antialiasing, round % 4 != 0);
+            painter->scale(across, down);
+        }
+        const QPen pen(Qt::black, width);
+        LinePainter lines(&drawnPainter);
+        lines.SetPen(pen);
+        plainPainter.setPen(pen);
+        for (const QLine& line : EdgeLines(units, reach, random)) {
+            lines.Line(line.x1(), line.y1(), line.x2(), line.y2());
+            plainPainter.drawLine(line);
+        }
+        lines.Flush();
+        QVERIFY2(drawn == plain, qPrintable(QStringLiteral("round %1").arg(round)));
+    }
+}
+
+void TestLinePainter::hiddenLines_areCounted()
+{
+    QFile graph(QFINDTESTDATA("../samples/plate.plf"));
+    QVERIFY(graph.open(QIODevice::ReadOnly));
+    LoadBytes(graph.readAll());
+    DrawWithInterpreter({QSize(64, 48), {true, 1.0, {}}});
+    const unsigned long whole = gdwVectorCnt;
+    QVERIFY(whole > 1000);
+    DrawWithInterpreter({QSize(64, 48), {true, 1.0, Zoom(10, 10, 20, 20)}});
+    QCOMPARE(gdwVectorCnt, whole);
+}
+
+void TestLinePainter::otherEngines_getEveryLine()
+{
+    QFile graph(QFINDTESTDATA("../samples/plate.plf"));
+    QVERIFY(graph.open(QIODevice::ReadOnly));
+    LoadBytes(graph.readAll());
+    const qsizetype whole = Drawn(Record()).size();
+    QVERIFY(whole > 1000);
+    QCOMPARE(Drawn(Record({true, 1.0, Zoom(10, 10, 20, 20)})).size(), whole);
+}
+
+QTEST_MAIN(TestLinePainter)
+#include "test_linepainter.moc"
