@@ -125,6 +125,8 @@ private slots:
     void command_isCarriedOut();
     void command_longerThanItsLengthCanTell_isCarriedOut();
     void command_whoseJobCannotBeDone_isAnswered();
+    void command_withAPlaceAndNoFile_movesTheWindow();
+    void command_withoutAPlace_leavesTheWindowAndWhatTheStartSaid();
 
     void readData_withoutAMessage_returns();
     void readData_withoutALink_returns();
@@ -236,6 +238,29 @@ void TestHostCommands::command_whoseJobCannotBeDone_isAnswered()
     QTRY_COMPARE(host->Answers(), 2);
     QCOMPARE(box.title, QStringLiteral("Save failed"));
     QCOMPARE(giCmdArg, 0);
+}
+
+void TestHostCommands::command_withAPlaceAndNoFile_movesTheWindow()
+{
+    Open(graph);
+    host->Send(QStringLiteral("-wp=30,40,350,250"));
+    QTRY_COMPARE((*window)->size(), QSize(350, 250));
+    QCOMPARE((*window)->pos(), QPoint(30, 40));
+    QCOMPARE(gfCmdlineWndpos, 1);
+    Settle();
+    QCOMPARE(host->Answers(), 1);
+}
+
+void TestHostCommands::command_withoutAPlace_leavesTheWindowAndWhatTheStartSaid()
+{
+    gfCmdlineWndpos = 1;
+    Open(graph);
+    const QRect place = (*window)->geometry();
+    SetRect(&grWinPos, 30, 40, 380, 290); // where a place would be applied
+    host->Send(QStringLiteral("other.plf"));
+    QTRY_COMPARE(host->Answers(), 2);
+    QCOMPARE((*window)->geometry(), place);
+    QCOMPARE(gfCmdlineWndpos, 1);
 }
 
 void TestHostCommands::readData_withoutAMessage_returns()
