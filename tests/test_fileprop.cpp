@@ -681,6 +681,7 @@ void TestFileProp::about_box_looksAsUsual()
     QVERIFY(QMetaObject::invokeMethod(window.Get(), "about"));
     QCOMPARE(box.title, QStringLiteral("About Viewer"));
     QCOMPARE(box.buttons, QMessageBox::StandardButtons(QMessageBox::Ok));
+    QCOMPARE(box.icon, QMessageBox::NoIcon); // of the usual ones
     QCOMPARE(box.parent, window.Get());
     QVERIFY(box.isModal);
 }
