@@ -16,6 +16,7 @@
 #include <QLocalSocket>
 #include <QPointer>
 
+#include <utility>
 #include <vector>
 
 namespace {
@@ -24,9 +25,11 @@ namespace {
 const QString kAccept = QStringLiteral("krv-accept-connect");
 
 // Applies the words of a command line, split at every blank: two blanks in a row give an empty
-// word, which is a file name like any other. There is no program name in front.
-void ApplyWords(const QString& commandLine)
+// word, which is a file name like any other. There is no program name in front. Returns whether
+// the words place the window; that earlier ones did stays known.
+bool ApplyWords(const QString& commandLine)
 {
+    const int placedBefore = std::exchange(gfCmdlineWndpos, 0);
     QList<QByteArray> words;
     for (const QString& word : commandLine.split(u' '))
         words.append(word.toLocal8Bit());
@@ -35,6 +38,9 @@ void ApplyWords(const QString& commandLine)
     for (QByteArray& word : words)
         argv.push_back(word.data());
     ProcessCmdline(static_cast<int>(argv.size()), argv.data(), 0);
+    const bool places = gfCmdlineWndpos != 0;
+    gfCmdlineWndpos |= placedBefore;
+    return places;
 }
 
 } // namespace
@@ -63,12 +69,11 @@ void AppWindow::readData()
     QString commandLine;
     if (!ReadFrame(socket, &blockSize, &commandLine))
         return;
-    checkDeleteTempFile(); // the file of the command before
-    gfCmdlineWndpos = 0;
-    ApplyWords(commandLine); // may show a box
+    checkDeleteTempFile();                       // the file of the command before
+    const bool places = ApplyWords(commandLine); // may show a box
     if (self.isNull())
         return;
-    if (gfCmdlineWndpos != 0)
+    if (places)
         PlaceWindow();
     // Without a file the length stays as it is, and the next frame's own is taken for the start of
     // its string. Deliberate: hosts send no such command and expect no answer to one.

@@ -160,6 +160,7 @@ private slots:
     void cleanup();
 
     void constructor_makesTheWidgets();
+    void constructor_makesThemInTheirOrder();
     void constructor_setsCaptionsAndPlaceholders();
     void constructor_membersAreTheWidgets();
     void constructor_hasItsSizeOrWhatItsContentNeeds();
@@ -240,12 +241,30 @@ void TestFileProp::constructor_makesTheWidgets()
         expected.append(Describe(QLatin1String(row.name), QLatin1String(row.kind),
                                  QLatin1String(row.parent ? row.parent : "FileProp"), row.place));
     QStringList made;
-    // The toolkit lists children before their siblings: the group box, its labels, the button.
     for (const QWidget* widget : dialog.findChildren<QWidget*>())
         made.append(Describe(*widget));
     expected.sort();
     made.sort();
     QCOMPARE(made, expected);
+}
+
+// Those of one parent: the toolkit does not tell which of two parents' children was first.
+void TestFileProp::constructor_makesThemInTheirOrder()
+{
+    const FileProp dialog(nullptr);
+    for (const QWidget* parent :
+         {static_cast<const QWidget*>(&dialog), static_cast<const QWidget*>(dialog.groupBox1)}) {
+        QStringList expected;
+        for (const Row& row : kRows) {
+            if (parent->objectName() == QLatin1String(row.parent ? row.parent : "FileProp"))
+                expected.append(QLatin1String(row.name));
+        }
+        QStringList made;
+        for (const QWidget* widget :
+             parent->findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly))
+            made.append(widget->objectName());
+        QCOMPARE(made, expected);
+    }
 }
 
 void TestFileProp::constructor_setsCaptionsAndPlaceholders()
@@ -273,6 +292,9 @@ void TestFileProp::constructor_hasItsSizeOrWhatItsContentNeeds()
 {
     const FileProp dialog(nullptr);
     QCOMPARE(dialog.size(), QSize(452, 158).expandedTo(dialog.minimumSizeHint()));
+    // Its user may change that.
+    QCOMPARE(dialog.minimumSize(), QSize(0, 0));
+    QCOMPARE(dialog.maximumSize(), QSize(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX));
 }
 
 void TestFileProp::constructor_passesItsArgumentsOn()
@@ -415,9 +437,12 @@ void TestFileProp::init_nameWithMarkup_isShownAsItIs()
 void TestFileProp::init_nameOutsideAscii_isShown()
 {
     const QString name = QStringLiteral(u"Kr\u00fcmmung \u03a9.plf");
+    const QString path = QStringLiteral(u"/Me\u00dfdaten/") + name;
+    QVERIFY(CopyText(gszPlffileOrig, path.toLocal8Bit().constData()));
     QVERIFY(CopyText(gszPlffileName, name.toLocal8Bit().constData()));
     FileProp dialog(nullptr);
     dialog.Init();
+    QCOMPARE(dialog.textFilenameOrig->text(), path);
     QCOMPARE(dialog.textFilename->text(), name);
 }
 
@@ -656,6 +681,7 @@ void TestFileProp::about_box_looksAsUsual()
     QVERIFY(QMetaObject::invokeMethod(window.Get(), "about"));
     QCOMPARE(box.title, QStringLiteral("About Viewer"));
     QCOMPARE(box.buttons, QMessageBox::StandardButtons(QMessageBox::Ok));
+    QCOMPARE(box.icon, QMessageBox::NoIcon); // of the usual ones
     QCOMPARE(box.parent, window.Get());
     QVERIFY(box.isModal);
 }

@@ -44,9 +44,9 @@ void CloseSoon(const Window& window)
 class Host
 {
 public:
-    explicit Host(const fixture::Directories& directories)
+    explicit Host(const fixture::Directories& directories, const char* name = "socket")
     {
-        const std::string path = directories.Path("socket");
+        const std::string path = directories.Path(name);
         QVERIFY(server.listen(Text(path)));
         QVERIFY(CopyText(gszKrvServerName, path.c_str()));
     }
@@ -120,12 +120,17 @@ private slots:
     void cleanup();
 
     void constructor_greetsTheHost();
+    void constructor_serverNameOutsideAscii_isFound();
     void constructor_withoutAServer_isAlone_data();
     void constructor_withoutAServer_isAlone();
     void command_isCarriedOut();
+    void command_nameOutsideAscii_isCarriedOut();
     void command_longerThanItsLengthCanTell_isCarriedOut();
     void command_whoseJobCannotBeDone_isAnswered();
+    void command_withAPlaceAndNoFile_movesTheWindow();
+    void command_withoutAPlace_leavesTheWindowAndWhatTheStartSaid();
 
+    void readData_letsHappenWhatWaits_beforeItReads();
     void readData_withoutAMessage_returns();
     void readData_withoutALink_returns();
     void deleteSocket_endsTheLink();
@@ -191,6 +196,13 @@ void TestHostCommands::constructor_greetsTheHost()
     QCOMPARE(host->Answers(), 1);
 }
 
+void TestHostCommands::constructor_serverNameOutsideAscii_isFound()
+{
+    host.emplace(*directories, "Ger\u00e4t");
+    window.emplace();
+    QVERIFY(host->AwaitViewer());
+}
+
 void TestHostCommands::constructor_withoutAServer_isAlone_data()
 {
     QTest::addColumn<QString>("server");
@@ -218,6 +230,15 @@ void TestHostCommands::command_isCarriedOut()
     QCOMPARE(Text(gszPlffileOrig), other);
 }
 
+void TestHostCommands::command_nameOutsideAscii_isCarriedOut()
+{
+    Open(graph);
+    const std::string path = directories->Write("work/Kr\u00fcmmung_\u03a9.plf", Graph());
+    host->Send(QStringLiteral(u"Kr\u00fcmmung_\u03a9.plf"));
+    QTRY_COMPARE(host->Answers(), 2);
+    QCOMPARE(Text(gszPlffileOrig), Text(path));
+}
+
 void TestHostCommands::command_longerThanItsLengthCanTell_isCarriedOut()
 {
     Open(graph);
@@ -236,6 +257,39 @@ void TestHostCommands::command_whoseJobCannotBeDone_isAnswered()
     QTRY_COMPARE(host->Answers(), 2);
     QCOMPARE(box.title, QStringLiteral("Save failed"));
     QCOMPARE(giCmdArg, 0);
+}
+
+void TestHostCommands::command_withAPlaceAndNoFile_movesTheWindow()
+{
+    Open(graph);
+    host->Send(QStringLiteral("-wp=30,40,350,250"));
+    QTRY_COMPARE((*window)->size(), QSize(350, 250));
+    QCOMPARE((*window)->pos(), QPoint(30, 40));
+    QCOMPARE(gfCmdlineWndpos, 1);
+    Settle();
+    QCOMPARE(host->Answers(), 1);
+}
+
+void TestHostCommands::command_withoutAPlace_leavesTheWindowAndWhatTheStartSaid()
+{
+    gfCmdlineWndpos = 1;
+    Open(graph);
+    const QRect place = (*window)->geometry();
+    SetRect(&grWinPos, 30, 40, 380, 290); // where a place would be applied
+    host->Send(QStringLiteral("other.plf"));
+    QTRY_COMPARE(host->Answers(), 2);
+    QCOMPARE((*window)->geometry(), place);
+    QCOMPARE(gfCmdlineWndpos, 1);
+}
+
+void TestHostCommands::readData_letsHappenWhatWaits_beforeItReads()
+{
+    Open(graph);
+    bool happened = false;
+    QMetaObject::invokeMethod(
+        window->Get(), [&happened] { happened = true; }, Qt::QueuedConnection);
+    Call(*window, "readData");
+    QVERIFY(happened);
 }
 
 void TestHostCommands::readData_withoutAMessage_returns()

@@ -17,6 +17,7 @@
 #include <QLocalSocket>
 #include <QProcess>
 #include <QRandomGenerator>
+#include <QRegularExpression>
 #include <QTemporaryFile>
 
 #include <csignal>
@@ -30,7 +31,7 @@ enum ExitCode {
     kUsage = 1,
     kNotSetUp = 2,   // no server, viewer, script or temporary copy
     kNoGreeting = 3, // nobody connected and greeted in time
-    kNoAnswer = 4,   // a command was not acknowledged in time
+    kNoAnswer = 4,   // a command was not acknowledged in time, or answered with something else
     kViewerGone = 5  // the viewer closed the connection
 };
 
@@ -114,6 +115,15 @@ private:
     QByteArray received;
 };
 
+// Whether a command line can name that file: its words end at blanks, and the viewer takes a word
+// for an option wherever in it that stands.
+bool IsFileName(const QString& name)
+{
+    static const QRegularExpression other(
+        QStringLiteral(" |-(wp=|p|c=|cf=|svrname=|q|tmp|cwd=|\\?)"));
+    return !name.contains(other);
+}
+
 // Copies of files, for the viewer to delete.
 class TemporaryCopies
 {
@@ -142,12 +152,11 @@ public:
     }
 
 private:
-    // Its name holds no '-', which could make an option of it.
     QString Copy(const QString& file)
     {
         QFile original(file);
         QTemporaryFile copy(QDir::tempPath() + QStringLiteral("/krvhost_XXXXXX.plf"));
-        if (!original.open(QIODevice::ReadOnly) || !copy.open())
+        if (!IsFileName(copy.fileTemplate()) || !original.open(QIODevice::ReadOnly) || !copy.open())
             return {};
         const QByteArray bytes = original.readAll();
         if (copy.write(bytes) != bytes.size() || !copy.flush())
@@ -228,8 +237,11 @@ private:
             return Fail(result, QStringLiteral("no acknowledgement in time: %1").arg(command));
         if (result != kOk)
             return Fail(result, QStringLiteral("the viewer went away: %1").arg(command));
-        printf("%s %8.1f ms  %s\n", message == kAccept ? "ack" : qPrintable(message),
-               static_cast<double>(timer.nsecsElapsed()) / 1e6, qPrintable(command));
+        if (message != kAccept)
+            return Fail(kNoAnswer,
+                        QStringLiteral("the viewer answered \"%1\": %2").arg(message, command));
+        printf("ack %8.1f ms  %s\n", static_cast<double>(timer.nsecsElapsed()) / 1e6,
+               qPrintable(command));
         return kOk;
     }
 
@@ -389,15 +401,15 @@ Options ReadOptions(const QCoreApplication& application)
     options.script = parser.value(script);
     options.commands = parser.positionalArguments();
     const int seconds = parser.isSet(timeout) ? parser.value(timeout).toInt() : kDefaultTimeout;
-    if (seconds < 1 || seconds > kLongestTimeout) {
-        Fail(kUsage, QStringLiteral("--timeout takes 1 to %1 seconds.").arg(kLongestTimeout));
-        exit(kUsage);
-    }
+    if (seconds < 1 || seconds > kLongestTimeout)
+        exit(Fail(kUsage, QStringLiteral("--timeout takes 1 to %1 seconds.").arg(kLongestTimeout)));
     options.timeout = seconds * kMillisecondsPerSecond;
     options.start = !parser.isSet(noStart);
     options.temporary = parser.isSet(temporary);
     options.stay = parser.isSet(stay);
     options.leave = parser.isSet(leave);
+    if (options.stay && options.leave)
+        exit(Fail(kUsage, QStringLiteral("--stay and --leave exclude each other.")));
     return options;
 }
 

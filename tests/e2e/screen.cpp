@@ -120,9 +120,11 @@ QString WindowTitle(const WindowId& window)
     return RunTool(QStringLiteral("xdotool"), {QStringLiteral("getwindowname"), window});
 }
 
+// The window manager says which window is active before that has the keyboard, and keys that come
+// in between are lost.
 WindowId ActiveWindow()
 {
-    return RunTool(QStringLiteral("xdotool"), {QStringLiteral("getactivewindow")});
+    return RunTool(QStringLiteral("xdotool"), {QStringLiteral("getwindowfocus")});
 }
 
 // xdotool counts the frame twice in the position.

@@ -46,6 +46,10 @@ constexpr bool kSanitized = __has_feature(address_sanitizer);
 constexpr bool kSanitized = false;
 #endif
 
+// What the viewer may take, also for its About box, when a count promises more than there is,
+// kilobytes.
+constexpr qint64 kMostForNothing = 256 * 1024;
+
 QString TitleOf(const QString& name)
 {
     return QStringLiteral("KORVEL Viewer - ") + name;
@@ -256,6 +260,8 @@ private slots:
     void byteByByte_nothingIsLoaded();
     void lengthAlone_waitsForTheString();
     void twoFramesAtOnce_theSecondWaitsForAThird();
+    void frameBeforeTheAnswer_waitsForTheNextOne();
+    void afterACommandWithoutAFile_theGraphIsGoneWhenTheWindowIsDrawn();
     void bytesThatAreNoFrame_areSurvived_data();
     void bytesThatAreNoFrame_areSurvived();
     void tooLongName_isRefusedAndNotAnswered();
@@ -803,6 +809,37 @@ void TestHostLink::twoFramesAtOnce_theSecondWaitsForAThird()
     Quit();
 }
 
+// While the box of the command before is open, say.
+void TestHostLink::frameBeforeTheAnswer_waitsForTheNextOne()
+{
+    Open();
+    host->Send(QStringLiteral("missing.plf"));
+    QVERIFY(viewer->AwaitWindow(QStringLiteral("Error")));
+    host->Send(QStringLiteral("other.plf"));
+    CloseBox(QStringLiteral("Error"));
+    ExpectAnswers(1);
+    ExpectStillAlive();
+    QVERIFY(viewer->AwaitWindow(QStringLiteral("KORVEL Viewer")));
+    Command(QStringLiteral("graph.plf"));
+    ExpectTitle(QStringLiteral("other.plf"));
+    Quit();
+}
+
+// Its words, of which none was a file, said what the current file is.
+void TestHostLink::afterACommandWithoutAFile_theGraphIsGoneWhenTheWindowIsDrawn()
+{
+    Open();
+    QVERIFY(viewer->AwaitStillPicture());
+    const QColor middle = ScreenColor(viewer->Content().center());
+    QVERIFY2(middle.red() > 100 && middle.green() < 30, qPrintable(middle.name()));
+    host->Send(QStringLiteral("-wp=300,150,500,400"));
+    QVERIFY(AwaitCommands(1));
+    QVERIFY(Await([&] { return viewer->Content().size() == QSize(500, 400); }));
+    QVERIFY(Await([&] { return ScreenColor(viewer->Content().center()) == QColor(Qt::white); }));
+    ExpectTitle(QStringLiteral("graph.plf"));
+    Quit();
+}
+
 void TestHostLink::bytesThatAreNoFrame_areSurvived_data()
 {
     QTest::addColumn<QByteArray>("bytes");
@@ -820,9 +857,14 @@ void TestHostLink::bytesThatAreNoFrame_areSurvived()
 {
     QFETCH(QByteArray, bytes);
     Open();
+    const qint64 process = host->Peer();
+    const qint64 peak = MemoryOf(process, "VmPeak");
     host->SendBytes(bytes);
     QVERIFY(AwaitCommands(1));
     ExpectStillAlive();
+    const qint64 growth = MemoryOf(process, "VmPeak") - peak;
+    QVERIFY(peak > 0);
+    QVERIFY2(growth <= kMostForNothing, qPrintable(QString::number(growth)));
     ExpectTitle(QStringLiteral("graph.plf"));
     Quit();
 }

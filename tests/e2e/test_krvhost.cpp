@@ -26,6 +26,12 @@ struct HostRun {
     QString errors;
 };
 
+// What somebody may send to krvhost, byte for byte: a viewer's greeting, and "no".
+const QByteArray kGreeting =
+    QByteArray::fromHex("002800000024006b00720076002d006100630063006500700074002d0063006f006e006e"
+                        "006500630074");
+const QByteArray kNo = QByteArray::fromHex("000800000004006e006f");
+
 QString TitleOf(const QString& name)
 {
     return QStringLiteral("KORVEL Viewer - ") + name;
@@ -78,6 +84,7 @@ private slots:
     void exitCode_tellsWhatHappened_data();
     void exitCode_tellsWhatHappened();
     void wrongGreeting_isCode3();
+    void wrongAnswer_isCode4();
     void viewerThatQuits_isCode5();
     void viewerThatIsKilled_isCode5();
     void nameThatIsTaken_isLeftAlone();
@@ -88,6 +95,8 @@ private slots:
     void tmp_handsOverCopiesThatTheViewerDeletes();
     void tmp_removesWhatTheViewerLeft();
     void tmp_withoutAPlaceForCopies_isCode2();
+    void tmp_inADirectoryThatNoCommandCanName_isCode2_data();
+    void tmp_inADirectoryThatNoCommandCanName_isCode2();
     void stay_waitsForTheUser();
     void hostThatIsKilled_leavesItsViewer();
 
@@ -211,6 +220,7 @@ void TestKrvHost::exitCode_tellsWhatHappened_data()
     row("no time",                      "--timeout|0|graph.plf",                   1, "--timeout takes 1 to 86400 seconds.");
     row("a time that is no number",     "--timeout|soon|graph.plf",                1, "--timeout takes");
     row("too long a time",              "--timeout|86401|graph.plf",               1, "--timeout takes");
+    row("two ways to end",              "--stay|--leave|graph.plf",                1, "--stay and --leave exclude each other.");
     row("a server in no directory",     "--name|%1/none/socket|graph.plf",         2, "cannot listen on");
     row("a viewer that is not there",   "--viewer|%1/none|graph.plf",              2, "cannot start");
     row("the same, to be left",         "--leave|--viewer|%1/none|graph.plf",      2, "cannot start");
@@ -243,11 +253,27 @@ void TestKrvHost::wrongGreeting_isCode3()
     QLocalSocket stranger;
     stranger.connectToServer(Path(QStringLiteral("server")));
     QVERIFY(stranger.waitForConnected());
-    stranger.write(QByteArray::fromHex("000800000004006e006f")); // "no"
+    stranger.write(kNo);
     stranger.flush();
     QCOMPARE(AwaitEnd(krvhost), 3);
     QCOMPARE(krvhost.readAllStandardError(),
              QByteArray("krvhost: the viewer did not send its greeting.\n"));
+}
+
+// Something that greets like a viewer and does not go on like one.
+void TestKrvHost::wrongAnswer_isCode4()
+{
+    QProcess krvhost;
+    StartHost(krvhost, QStringLiteral("--no-start|--name|server|graph.plf|other.plf"));
+    QVERIFY(AwaitLine(krvhost));
+    QLocalSocket stranger;
+    stranger.connectToServer(Path(QStringLiteral("server")));
+    QVERIFY(stranger.waitForConnected());
+    stranger.write(kGreeting + kNo);
+    stranger.flush();
+    QCOMPARE(AwaitEnd(krvhost), 4);
+    QCOMPARE(krvhost.readAllStandardError(),
+             QByteArray("krvhost: the viewer answered \"no\": graph.plf\n"));
 }
 
 // The viewer takes no request to quit before it has come to rest.
@@ -386,6 +412,28 @@ void TestKrvHost::tmp_withoutAPlaceForCopies_isCode2()
     StartHost(krvhost, QStringLiteral("--name|%1/server|--tmp|--arg|graph.plf|other.plf"));
     QCOMPARE(AwaitEnd(krvhost), 2);
     QVERIFY(krvhost.readAllStandardError().contains("krvhost: cannot make a temporary copy.\n"));
+}
+
+void TestKrvHost::tmp_inADirectoryThatNoCommandCanName_isCode2_data()
+{
+    QTest::addColumn<QString>("directory");
+    QTest::newRow("an option in it") << QStringLiteral("run-plots");
+    QTest::newRow("another one") << QStringLiteral("the-cwd=x");
+    QTest::newRow("a blank in it") << QStringLiteral("my files");
+}
+
+void TestKrvHost::tmp_inADirectoryThatNoCommandCanName_isCode2()
+{
+    QFETCH(QString, directory);
+    QVERIFY(QDir(home->path()).mkdir(directory));
+    QProcess krvhost;
+    QProcessEnvironment environment = EnvironmentIn(home->path());
+    environment.insert(QStringLiteral("TMPDIR"), Path(directory));
+    krvhost.setProcessEnvironment(environment);
+    StartHost(krvhost, QStringLiteral("--tmp|--arg|graph.plf|other.plf"));
+    QCOMPARE(AwaitEnd(krvhost), 2);
+    QVERIFY(krvhost.readAllStandardError().contains("krvhost: cannot make a temporary copy.\n"));
+    QCOMPARE(QDir(Path(directory)).entryList(QDir::Files), QStringList());
 }
 
 void TestKrvHost::stay_waitsForTheUser()
