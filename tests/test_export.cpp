@@ -342,6 +342,9 @@ private:
     void SaveAs(const Window& window, const std::string& name);
     void Zoom(const Window& window);
     void PrintInto(const Window& window, const std::string& pdf);
+    void ExpectUnwritableName(const std::string& name);
+    void MakeUnwritable(const char* extension);
+    void LockFolder();
     void CheckSaveError(const Window& window, const std::string& name, const std::string& told);
 
     std::unique_ptr<fixture::Directories> directories;
@@ -879,16 +882,43 @@ void TestExport::saveAs_afterAFailedLoad_hasNothingToSave()
     QCOMPARE(window->statusBar()->currentMessage(), QStringLiteral("Nothing to save"));
 }
 
+// Gives the file dialog a name below the test's directory. The caller calls setfsuid(geteuid())
+// afterwards: in the locked folder nobody shall write, and root could.
+void TestExport::ExpectUnwritableName(const std::string& name)
+{
+    constexpr uid_t kNobody = 65534;
+    const bool locked = name.rfind("locked/", 0) == 0;
+    dialogs->Expect<QFileDialog>([locked, path = Path(name)](QFileDialog& dialog) {
+        TypeName(dialog, path);
+        if (locked)
+            setfsuid(kNobody);
+    });
+}
+
+// Makes what cannot be written, under names with an extension.
+void TestExport::MakeUnwritable(const char* extension)
+{
+    QVERIFY(QDir().mkpath(Text(Path("folder") + extension)));
+    QCOMPARE(symlink("/dev/full", (Path("full") + extension).c_str()), 0);
+    QCOMPARE(mkfifo((Path("pipe") + extension).c_str(), 0666), 0);
+    LockFolder();
+}
+
+// Others may come as far as to this folder, but not write into it.
+void TestExport::LockFolder()
+{
+    QVERIFY(QDir().mkpath(Text(Path("locked"))));
+    QCOMPARE(chmod(Path("").c_str(), 0711), 0);
+    QCOMPARE(chmod(Path("locked").c_str(), 0555), 0);
+}
+
 // Saves under a name that cannot be written.
 void TestExport::CheckSaveError(const Window& window, const std::string& name,
                                 const std::string& told)
 {
     const QString status = window->statusBar()->currentMessage();
-    dialogs->Expect<QFileDialog>([name](QFileDialog& dialog) {
-        TypeName(dialog, name);
-        setfsuid(65534); // root may write everywhere
-    });
     Box box;
+    ExpectUnwritableName(name);
     fixture::ExpectBox(*dialogs, box);
     Choose(window, kSave.item);
     setfsuid(geteuid());
@@ -915,25 +945,25 @@ void TestExport::saveAs_unwritableTarget_isReported_data()
     QTest::newRow("with markup") << QByteArray("none/<b>copy") << QByteArray("none/<b>copy.plf");
     QTest::newRow("too long with the extension")
         << QByteArray(252, 'n') << QByteArray(252, 'n') + ".plf";
+    QTest::newRow("pipe that nobody reads") << QByteArray("pipe") << QByteArray("pipe.plf");
 }
 
 void TestExport::saveAs_unwritableTarget_isReported()
 {
     QFETCH(QByteArray, typed);
     QFETCH(QByteArray, told);
-    QVERIFY(QDir().mkpath(Text(Path("folder.plf"))));
+    MakeUnwritable(".plf");
     Window window;
     Open(window);
-    CheckSaveError(window, Path(typed.toStdString()), Path(told.toStdString()));
+    CheckSaveError(window, typed.toStdString(), Path(told.toStdString()));
 }
 
 void TestExport::saveAs_folderWithoutPermission_isReported()
 {
     Window window;
     Open(window);
-    QVERIFY(QDir().mkpath(Text(Path("locked"))));
-    QCOMPARE(chmod(Path("locked").c_str(), 0500), 0);
-    CheckSaveError(window, Path("locked/copy"), Path("locked/copy.plf"));
+    LockFolder();
+    CheckSaveError(window, "locked/copy", Path("locked/copy.plf"));
     QCOMPARE(chmod(Path("locked").c_str(), 0700), 0);
     QCOMPARE(FilesIn(Path("locked")), QStringList());
 }
@@ -1135,21 +1165,23 @@ void TestExport::jpeg_failure_isReportedWithoutAParent_data()
     QTest::newRow("below a file") << QByteArray("a.plf/out.png") << QByteArray("a.plf/out.png");
     QTest::newRow("a folder's name") << QByteArray("folder") << QByteArray("folder.jpg");
     QTest::newRow("full disk") << QByteArray("full") << QByteArray("full.jpg");
+    QTest::newRow("pipe that nobody reads") << QByteArray("pipe") << QByteArray("pipe.jpg");
+    QTest::newRow("folder without permission")
+        << QByteArray("locked/out") << QByteArray("locked/out.jpg");
 }
 
 void TestExport::jpeg_failure_isReportedWithoutAParent()
 {
     QFETCH(QByteArray, typed);
     QFETCH(QByteArray, told);
-    QVERIFY(QDir().mkpath(Text(Path("folder.jpg"))));
-    QCOMPARE(symlink("/dev/full", Path("full.jpg").c_str()), 0);
+    MakeUnwritable(".jpg");
     Window window;
     Open(window);
-    const std::string name = Path(typed.toStdString());
-    dialogs->Expect<QFileDialog>([name](QFileDialog& dialog) { TypeName(dialog, name); });
     Box box;
+    ExpectUnwritableName(typed.toStdString());
     fixture::ExpectBox(*dialogs, box);
     Choose(window, kJpeg.item);
+    setfsuid(geteuid());
     QCOMPARE(box.shown, 1);
     QCOMPARE(box.title, QStringLiteral("Save failed"));
     QCOMPARE(box.text, QStringLiteral("Export failed for file: ") + Text(Path(told.toStdString())));
@@ -1222,18 +1254,22 @@ void TestExport::eps_failure_isNotReported_data()
     QTest::newRow("below a file") << QByteArray("a.plf/out");
     QTest::newRow("a folder's name") << QByteArray("folder");
     QTest::newRow("full disk") << QByteArray("full");
+    QTest::newRow("pipe that nobody reads") << QByteArray("pipe");
+    QTest::newRow("folder without permission") << QByteArray("locked/out");
 }
 
 void TestExport::eps_failure_isNotReported()
 {
     QFETCH(QByteArray, typed);
-    QVERIFY(QDir().mkpath(Text(Path("folder.eps"))));
-    QCOMPARE(symlink("/dev/full", Path("full.eps").c_str()), 0);
+    MakeUnwritable(".eps");
     Window window;
     Open(window);
     const QString status = window->statusBar()->currentMessage();
-    ChooseAndType(window, kEps, Path(typed.toStdString()));
+    ExpectUnwritableName(typed.toStdString());
+    Choose(window, kEps.item);
+    setfsuid(geteuid());
     QCOMPARE(window->statusBar()->currentMessage(), status);
+    QCOMPARE(FilesIn(Path("locked")), QStringList());
 }
 
 static void JobRows()
