@@ -18,6 +18,7 @@
 class EpsWriter;
 class QPainter;
 class QPrinter;
+class QRect;
 
 /// Height of the visible file area; the file's y points up, drawing y is kPlfHeight - y.
 constexpr int kPlfHeight = 3120;
@@ -125,6 +126,7 @@ private:
 
     void MapWindow(const Rect& zoom, const Rect& full);
     void MapPage();
+    void ClipToPage(const QRect& page);
     void FillBackground(const Rect& full);
     void OpenEps();
     void CloseEps();

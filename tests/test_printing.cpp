@@ -219,6 +219,7 @@ private slots:
     void page_background();
     void page_texts_arePrinted();
     void page_zoomed_fillsTheAreaWithThePart();
+    void page_zoomed_leavesThePaperAroundTheAreaEmpty();
     void page_withoutAGraph_isEmpty();
     void page_afterAFailedLoad_isEmpty();
 
@@ -253,9 +254,12 @@ private:
     void Open(Window& window, QSize size = kViewSize);
     void OpenEmpty(Window& window);
     Paper SetPrinter(const Window& window, const std::string& pdf, int resolution = 1200);
+    static QRectF Zoom();
     QRectF Area(const PrintedPage& page);
     PrintedPage Printed();
     void CheckArea(const QRectF& area);
+    static void CheckStroke(const PrintedLine& printed, const Stroke& stroke, const QRectF& area,
+                            const QRectF& part);
     void CheckLines(const PrintedPage& page, const QRectF& area, const QRectF& part);
     void CheckPage(const std::string& pdf, QPageSize::PageSizeId size,
                    QPageLayout::Orientation orientation);
@@ -328,6 +332,17 @@ PrintedPage TestPrinting::Printed()
     return ReadPage(Text(Path("page.pdf")));
 }
 
+// Selects a part of the view and returns which part of the graph that is.
+QRectF TestPrinting::Zoom()
+{
+    QTest::mousePress(gpDraw, Qt::LeftButton, {}, {160, 120});
+    QTest::mouseMove(gpDraw, {480, 340});
+    QTest::mouseRelease(gpDraw, Qt::LeftButton, {}, {480, 340});
+    const QRectF part(1024, 780, 2048, 1430);
+    [&] { QCOMPARE(QRectF(ShownArea(*gpDraw)), part); }();
+    return part;
+}
+
 // The background is the whole graph's, so it shows where that is.
 QRectF TestPrinting::Area(const PrintedPage& page)
 {
@@ -342,17 +357,22 @@ void TestPrinting::CheckArea(const QRectF& area)
     CheckLines(page, area, kWholeGraph);
 }
 
+void TestPrinting::CheckStroke(const PrintedLine& printed, const Stroke& stroke, const QRectF& area,
+                               const QRectF& part)
+{
+    const auto place = [&](const QPoint& end) {
+        return OnPaper(QPointF(end.x(), 3120 - end.y()), area, part);
+    };
+    const QByteArray which = QByteArray::number(&stroke - kStrokes);
+    QVERIFY2(IsNear(printed.line.p1(), place(stroke.line.p1())), which);
+    QVERIFY2(IsNear(printed.line.p2(), place(stroke.line.p2())), which);
+}
+
 void TestPrinting::CheckLines(const PrintedPage& page, const QRectF& area, const QRectF& part)
 {
     QCOMPARE(page.lines.size(), qsizetype{std::size(kStrokes)} + 1);
-    for (size_t i = 0; i < std::size(kStrokes); ++i) {
-        const QLine& line = kStrokes[i].line;
-        const QLineF& printed = page.lines.at(static_cast<qsizetype>(i)).line;
-        QVERIFY2(IsNear(printed.p1(), OnPaper(QPointF(line.x1(), 3120 - line.y1()), area, part)),
-                 QByteArray::number(i));
-        QVERIFY2(IsNear(printed.p2(), OnPaper(QPointF(line.x2(), 3120 - line.y2()), area, part)),
-                 QByteArray::number(i));
-    }
+    for (size_t i = 0; i < std::size(kStrokes); ++i)
+        CheckStroke(page.lines.at(static_cast<qsizetype>(i)), kStrokes[i], area, part);
 }
 
 void TestPrinting::CheckPage(const std::string& pdf, QPageSize::PageSizeId size,
@@ -697,21 +717,55 @@ void TestPrinting::page_zoomed_fillsTheAreaWithThePart()
     Window window;
     Open(window);
     const Paper paper = SetPrinter(window, Path("page.pdf"));
-    QTest::mousePress(window->view, Qt::LeftButton, {}, {160, 120});
-    QTest::mouseMove(window->view, {480, 340});
-    QTest::mouseRelease(window->view, Qt::LeftButton, {}, {480, 340});
-    const QRectF part(1024, 780, 2048, 1430);
-    QCOMPARE(QRectF(ShownArea(*gpDraw)), part);
+    const QRectF part = Zoom();
     const PrintedPage page = Printed();
     const QRectF area = DefaultArea(paper);
-    CheckLines(page, area, part);
+    // Only the third and the fourth stroke reach into the part.
+    QCOMPARE(page.lines.size(), 2);
+    CheckStroke(page.lines.at(0), kStrokes[2], area, part);
+    CheckStroke(page.lines.at(1), kStrokes[3], area, part);
     // Twice as large as the whole graph, and so are the pens.
-    const double unit = area.width() / part.width();
-    const PrintedLine& upright = page.lines.at(1);
-    QVERIFY2(IsPenWidth(upright.width, 40 * unit), QByteArray::number(upright.width / unit));
+    const QLineF stroke = kStrokes[2].line;
+    const double stretch = page.lines.at(0).line.length() / stroke.length();
+    const double square = area.width() / part.width() * area.height() / part.height();
+    const double width = page.lines.at(0).width;
+    QVERIFY2(IsPenWidth(width, 160 * square / stretch), QByteArray::number(width));
     // What is shown fills the area: its corners are where those of the part are.
     QVERIFY(IsNear(OnPaper(part.topLeft(), area, part), area.topLeft()));
     QVERIFY(Area(page).contains(area));
+}
+
+// The graph's other parts would have room on this paper, on every side.
+void TestPrinting::page_zoomed_leavesThePaperAroundTheAreaEmpty()
+{
+    constexpr int kPixelsPerInch = 36;
+    constexpr int kPixel = 1; // of the area's edge, which falls between pixels
+    Window window;
+    Open(window);
+    const Paper paper = SetPrinter(window, Path("page.pdf"));
+    const int away = 10 * paper.resolution;
+    giPageX = giPageY = away;
+    gbBkClrWhite = false;
+    Zoom();
+    gpDraw->PrintGraph();
+    const QImage picture = RenderPage(Text(Path("page.pdf")), kPixelsPerInch);
+    const double pixel = kPixelsPerInch / kPointsPerInch;
+    const QRectF area = DefaultArea(paper).translated(10 * kPointsPerInch, 10 * kPointsPerInch);
+    const QRect inside = QRectF(area.topLeft() * pixel, area.size() * pixel).toRect();
+    const QRect edge = inside.adjusted(-kPixel, -kPixel, kPixel, kPixel);
+    for (int y = 0; y < picture.height(); ++y) {
+        for (int x = 0; x < picture.width(); ++x) {
+            const QColor color = picture.pixelColor(x, y);
+            if (!edge.contains(x, y))
+                QVERIFY2(color == Qt::white, Describe(QRectF(x, y, 1, 1)));
+        }
+    }
+    // No line touches the middle of a side.
+    const QRect core = inside.adjusted(kPixel, kPixel, -kPixel, -kPixel);
+    const QPoint middle = core.center();
+    for (const QPoint& side : {QPoint(core.left(), middle.y()), QPoint(core.right(), middle.y()),
+                               QPoint(middle.x(), core.top()), QPoint(middle.x(), core.bottom())})
+        QCOMPARE(picture.pixelColor(side), kGreen);
 }
 
 void TestPrinting::page_withoutAGraph_isEmpty()
