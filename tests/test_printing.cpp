@@ -755,9 +755,8 @@ void TestPrinting::page_zoomed_leavesThePaperAroundTheAreaEmpty()
     const QRect edge = inside.adjusted(-kPixel, -kPixel, kPixel, kPixel);
     for (int y = 0; y < picture.height(); ++y) {
         for (int x = 0; x < picture.width(); ++x) {
-            const QColor color = picture.pixelColor(x, y);
-            if (!edge.contains(x, y))
-                QVERIFY2(color == Qt::white, Describe(QRectF(x, y, 1, 1)));
+            if (!edge.contains(x, y) && picture.pixelColor(x, y) != Qt::white)
+                QFAIL(Describe(QRectF(x, y, 1, 1)));
         }
     }
     // No line touches the middle of a side.
