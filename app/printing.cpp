@@ -5,6 +5,7 @@
 #include "app/appwindow.h"
 #include "app/drawview.h"
 #include "app/globals.h"
+#include "support/files.h"
 
 #include <QCoreApplication>
 #include <QPageLayout>
@@ -72,8 +73,11 @@ void DrawView::PrintGraph()
         qWarning("plotvw: there is no printer.");
         return;
     }
+    // Open for as long as the toolkit opens the file itself, which waits for a reader of a pipe.
+    const QByteArray name = pPrinter->outputFileName().toLocal8Bit();
+    const FilePtr output(name.isEmpty() ? nullptr : OpenForWriting(name.constData(), true));
     QPainter painter;
-    if (!painter.begin(pPrinter))
+    if ((!name.isEmpty() && output == nullptr) || !painter.begin(pPrinter))
         return;
     drawIt(&painter, true, 0);
     painter.end();

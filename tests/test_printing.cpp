@@ -20,6 +20,11 @@
 #include <QStatusBar>
 #include <QTranslator>
 
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <vector>
@@ -218,8 +223,11 @@ private slots:
     void page_background_data();
     void page_background();
     void page_texts_arePrinted();
+    void page_isNotWrittenAsEpsToo();
     void page_zoomed_fillsTheAreaWithThePart();
     void page_zoomed_leavesThePaperAroundTheAreaEmpty();
+    void page_zoomedAndInverted_showsThePart();
+    void page_wholeGraph_goesOnBeyondItsArea();
     void page_withoutAGraph_isEmpty();
     void page_afterAFailedLoad_isEmpty();
 
@@ -246,6 +254,9 @@ private slots:
     void noPrinter_theNextPrintIntoAFile_works();
     void unwritableFile_isNotReported();
     void unwritableFile_theNextPrintIntoAnother_works();
+    void unwritableFile_isNotDrawnOn();
+    void pipeThatNobodyReads_isNotReported();
+    void pipeThatIsRead_getsThePage();
 
     void slots_haveTheirOrder();
 
@@ -712,6 +723,16 @@ void TestPrinting::page_texts_arePrinted()
     QCOMPARE(Printed().letters, 4);
 }
 
+void TestPrinting::page_isNotWrittenAsEpsToo()
+{
+    Window window;
+    Open(window);
+    SetPrinter(window, Path("page.pdf"));
+    QVERIFY(CopyText(gszCvtFilename, Path("last.eps").c_str()));
+    QVERIFY(!Printed().lines.isEmpty());
+    QVERIFY(!Exists(Path("last.eps")));
+}
+
 void TestPrinting::page_zoomed_fillsTheAreaWithThePart()
 {
     Window window;
@@ -765,6 +786,33 @@ void TestPrinting::page_zoomed_leavesThePaperAroundTheAreaEmpty()
     for (const QPoint& side : {QPoint(core.left(), middle.y()), QPoint(core.right(), middle.y()),
                                QPoint(middle.x(), core.top()), QPoint(middle.x(), core.bottom())})
         QCOMPARE(picture.pixelColor(side), kGreen);
+}
+
+void TestPrinting::page_zoomedAndInverted_showsThePart()
+{
+    Window window;
+    Open(window);
+    const Paper paper = SetPrinter(window, Path("page.pdf"), 600);
+    giPageX = 5400;
+    gdPageSizeX = -1;
+    const QRectF part = Zoom();
+    const QRectF area = Dots(paper, 5880, 360, -5400, 4113);
+    const PrintedPage page = Printed();
+    QCOMPARE(page.lines.size(), 2);
+    CheckStroke(page.lines.at(0), kStrokes[2], area, part);
+    CheckStroke(page.lines.at(1), kStrokes[3], area, part);
+}
+
+// Addresses reach higher than the area, and texts may run over its edge.
+void TestPrinting::page_wholeGraph_goesOnBeyondItsArea()
+{
+    const std::string above = plf::Start() + plf::Line(1000, 3200, 3000, 3200) + plf::End();
+    Window window;
+    window.AddViewOf(directories->Write("above.plf", above));
+    const Paper paper = SetPrinter(window, Path("page.pdf"));
+    const PrintedPage page = Printed();
+    QCOMPARE(page.lines.size(), 1);
+    QVERIFY(IsNear(page.lines.at(0).line.p1(), OnPaper({1000, -80}, DefaultArea(paper))));
 }
 
 void TestPrinting::page_withoutAGraph_isEmpty()
@@ -1110,6 +1158,46 @@ void TestPrinting::unwritableFile_isNotReported()
     gpDraw->PostCmdargDone(0);
     QCOMPARE(giCmdArg, 0);
     QVERIFY(!Exists(Path("none")) && Exists(Path("a.eps")));
+}
+
+void TestPrinting::unwritableFile_isNotDrawnOn()
+{
+    constexpr unsigned long kUntouched = 4711;
+    Window window;
+    Open(window);
+    SetPrinter(window, Path("none/page.pdf"));
+    gdwVectorCnt = kUntouched;
+    gpDraw->PrintGraph();
+    QCOMPARE(gdwVectorCnt, kUntouched);
+}
+
+void TestPrinting::pipeThatNobodyReads_isNotReported()
+{
+    Window window;
+    Open(window);
+    QCOMPARE(mkfifo(Path("pipe").c_str(), 0600), 0);
+    SetPrinter(window, Path("pipe"));
+    giCmdArg = kJobPrint | kJobEps;
+    gpDraw->PostCmdargDone(0);
+    QCOMPARE(giCmdArg, 0);
+    QVERIFY(Exists(Path("a.eps")));
+}
+
+// The page is smaller than what a pipe holds.
+void TestPrinting::pipeThatIsRead_getsThePage()
+{
+    Window window;
+    Open(window);
+    QCOMPARE(mkfifo(Path("pipe").c_str(), 0600), 0);
+    const int reader = open(Path("pipe").c_str(), O_RDONLY | O_NONBLOCK);
+    QVERIFY(reader >= 0);
+    SetPrinter(window, Path("pipe"));
+    gpDraw->PrintGraph();
+    char bytes[65536];
+    const QByteArray page(bytes, std::max<ssize_t>(read(reader, bytes, sizeof bytes), 0));
+    close(reader);
+    QVERIFY(page.startsWith("%PDF-"));
+    QVERIFY(page.trimmed().endsWith("%%EOF"));
 }
 
 void TestPrinting::slots_haveTheirOrder()
