@@ -10,6 +10,7 @@
 #include "support/files.h"
 #include "support/text.h"
 
+#include <QBuffer>
 #include <QDir>
 #include <QFileDialog>
 #include <QPixmap>
@@ -68,6 +69,45 @@ int JpegQuality()
     return std::clamp(giExportQuality, -kMost, kMost) * kQualityStep;
 }
 
+// Writes a picture under the export's file name. The toolkit's own saving would wait for somebody
+// to read a pipe.
+bool SaveJpeg(const QPixmap& picture)
+{
+    QBuffer jpeg;
+    if (!jpeg.open(QIODevice::WriteOnly) || !picture.save(&jpeg, "JPEG", JpegQuality()))
+        return false;
+    const QByteArray& bytes = jpeg.data();
+    const auto size = static_cast<size_t>(bytes.size());
+    FilePtr file(OpenForWriting(gszCvtFilename));
+    return file != nullptr && fwrite(bytes.constData(), 1, size, file.get()) == size &&
+           fclose(file.release()) == 0;
+}
+
+// What makes one export differ from the other, but for the writing.
+struct ExportKind {
+    int job;  // its bit of giCmdArg
+    int done; // its number for PostCmdargDone
+    const char* extension;
+    QString caption;
+    QString filter;
+};
+
+// Names the file, calls write with its name and, when the export is a job, goes on with the others.
+template <typename Write> void Export(AppWindow& window, const ExportKind& kind, Write write)
+{
+    const bool asJob = (giCmdArg & kind.job) != 0;
+    QString name = asJob ? QString::fromLocal8Bit(gszCvtFilenameBase)
+                         : AskSaveName(&window, "Export Graphic File", kind.caption, kind.filter);
+    if (name.isEmpty())
+        return; // a job without a name stays pending, deliberately
+    AppendFileExt(name, kind.extension);
+    const QPointer<DrawView> view(window.view); // the window may be closed while a message stands
+    if (CompleteExportName(&window, name))
+        write(name);
+    if (asJob && !view.isNull())
+        view->PostCmdargDone(kind.done);
+}
+
 } // namespace
 
 void AppendFileExt(QString& name, const char* ext)
@@ -106,35 +146,20 @@ void AppWindow::saveAs()
 
 void AppWindow::ExportJpeg()
 {
-    const bool asJob = (giCmdArg & kJobJpeg) != 0;
-    QString name = asJob ? QString::fromLocal8Bit(gszCvtFilenameBase)
-                         : AskSaveName(this, "Export Graphic File", tr("Export JPEG image"),
-                                       tr("JPEG image (*.jpg);;All Files (*)"));
-    if (name.isEmpty())
-        return; // a job without a name stays pending, deliberately
-    AppendFileExt(name, ".jpg");
-    const QPointer<DrawView> target(view);
-    if (CompleteExportName(this, name) && !view->grab().save(name, "JPEG", JpegQuality()))
-        ShowError(nullptr, tr("Save failed"), tr("Export failed for file: ") + name);
-    if (asJob && !target.isNull())
-        target->PostCmdargDone(kJpegDone);
+    const ExportKind jpeg = {kJobJpeg, kJpegDone, ".jpg", tr("Export JPEG image"),
+                             tr("JPEG image (*.jpg);;All Files (*)")};
+    Export(*this, jpeg, [this](const QString& name) {
+        if (!SaveJpeg(view->grab()))
+            ShowError(nullptr, tr("Save failed"), tr("Export failed for file: ") + name);
+    });
 }
 
 // Neither success nor failure is told.
 void AppWindow::ExportEPS()
 {
-    const bool asJob = (giCmdArg & kJobEps) != 0;
-    QString name = asJob ? QString::fromLocal8Bit(gszCvtFilenameBase)
-                         : AskSaveName(this, "Export Graphic File", tr("Export EPS file"),
-                                       tr("EPS file (*.eps);;All Files (*)"));
-    if (name.isEmpty())
-        return; // a job without a name stays pending, deliberately
-    AppendFileExt(name, ".eps");
-    const QPointer<DrawView> target(view);
-    if (CompleteExportName(this, name))
-        view->drawIt(nullptr, false, kConvertEps);
-    if (asJob && !target.isNull())
-        target->PostCmdargDone(kEpsDone);
+    const ExportKind eps = {kJobEps, kEpsDone, ".eps", tr("Export EPS file"),
+                            tr("EPS file (*.eps);;All Files (*)")};
+    Export(*this, eps, [this](const QString&) { view->drawIt(nullptr, false, kConvertEps); });
 }
 
 long copyFile(const char* dst, const char* src)

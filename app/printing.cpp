@@ -6,6 +6,7 @@
 #include "app/drawview.h"
 #include "app/globals.h"
 #include "app/printpaper.h"
+#include "support/files.h"
 
 #include <QCoreApplication>
 #include <QPageLayout>
@@ -77,8 +78,11 @@ void DrawView::PrintGraph()
         qWarning("plotvw: there is no printer.");
         return;
     }
+    // Open for as long as the toolkit opens the file itself, which waits for a reader of a pipe.
+    const QByteArray name = pPrinter->outputFileName().toLocal8Bit();
+    const FilePtr output(name.isEmpty() ? nullptr : OpenForWriting(name.constData(), true));
     QPainter painter;
-    if (!painter.begin(pPrinter))
+    if ((!name.isEmpty() && output == nullptr) || !painter.begin(pPrinter))
         return;
     drawIt(&painter, true, 0);
     painter.end();

@@ -19,6 +19,7 @@
 class EpsWriter;
 class QPainter;
 class QPrinter;
+class QRect;
 
 /// Height of the visible file area; the file's y points up, drawing y is kPlfHeight - y.
 constexpr int kPlfHeight = 3120;
@@ -147,6 +148,7 @@ private:
 
     void MapWindow(const Rect& zoom, const Rect& full);
     void MapPage();
+    void ClipToPage(const QRect& page);
     void FillBackground(const Rect& full);
     void OpenEps();
     void CloseEps();

@@ -78,7 +78,18 @@ void CPlfMeta::MapPage()
     const int top = PagePixels(dpi.y * kPageTop + giPageY);
     const int width = PagePixels(dpi.x * kPageWidth * gdPageSizeX);
     const int height = PagePixels(dpi.y * kPageHeight * gdPageSizeY);
-    pPainter->setViewport(left, top, width, height);
+    const QRect page(left, top, width, height);
+    pPainter->setViewport(page);
+    if (fZoomed != 0)
+        ClipToPage(page);
+}
+
+// On screen the view's edges hide what lies around the zoomed part; paper goes on beside the page.
+void CPlfMeta::ClipToPage(const QRect& page)
+{
+    pPainter->setViewTransformEnabled(false);
+    pPainter->setClipRect(page.normalized());
+    pPainter->setViewTransformEnabled(true);
 }
 
 void CPlfMeta::FillBackground(const Rect& full)

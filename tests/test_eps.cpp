@@ -171,6 +171,7 @@ private slots:
     void file_isCompleteBeforeThePassEnds();
     void file_thatIsThereAlready_isReplaced();
     void passAgain_writesTheSame();
+    void passAgain_ofTheSameObject_writesTheSame();
     void output_thatCannotBeOpened_isLeftAlone_data();
     void output_thatCannotBeOpened_isLeftAlone();
     void output_thatCannotBeOpened_leavesThePaintingAlone_data();
@@ -571,6 +572,22 @@ void TestEps::passAgain_writesTheSame()
     const QByteArray once = Eps();
     QCOMPARE(Eps(), once);
     QCOMPARE(gdwVectorCnt, 3UL);
+}
+
+void TestEps::passAgain_ofTheSameObject_writesTheSame()
+{
+    LoadBytes(File(QStringLiteral("GS @0,0 @1,0 BEL")));
+    const QString path = Path("twice.eps");
+    WriteEps(path); // names the output
+    Rect none = {};
+    Rect full = MakeRect(0, 0, kPlfWidth, kPlfHeight);
+    char name[] = "test.plf";
+    CPlfMeta meta(name, nullptr, nullptr, 1.0, kConvertEps);
+    for (int i = 0; i < 2; ++i) {
+        QVERIFY(QFile::remove(path));
+        meta.DrawPlf(&none, &full);
+        QCOMPARE(ReadAll(path), Whole("0 0 moveto 1 0 lineto "));
+    }
 }
 
 void TestEps::AddUnwritableNames() const

@@ -19,6 +19,7 @@
 #include <QStatusBar>
 #include <QTranslator>
 
+#include <fcntl.h>
 #include <sys/fsuid.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -257,12 +258,16 @@ private slots:
     void dialogs_cancelled_changeNothing();
     void dialogs_existingFileOfTheCompletedName_isReplaced_data();
     void dialogs_existingFileOfTheCompletedName_isReplaced();
+    void dialogs_existingFile_isKeptUnlessTheUserAgrees_data();
+    void dialogs_existingFile_isKeptUnlessTheUserAgrees();
     void dialogs_nameOutsideAscii_isUsed_data();
     void dialogs_nameOutsideAscii_isUsed();
     void dialogs_quittingWhileOpen_isSurvived_data();
     void dialogs_quittingWhileOpen_isSurvived();
     void userExports_doNotAskToQuit_data();
     void userExports_doNotAskToQuit();
+    void userExports_whileAnotherJobIsPending_ask_data();
+    void userExports_whileAnotherJobIsPending_ask();
     void graphAndView_areLeftAsTheyWere_data();
     void graphAndView_areLeftAsTheyWere();
 
@@ -278,6 +283,7 @@ private slots:
     void saveAs_afterAFailedLoad_hasNothingToSave();
     void saveAs_unwritableTarget_isReported_data();
     void saveAs_unwritableTarget_isReported();
+    void saveAs_nameWithMarkup_isShownAsItIs();
     void saveAs_folderWithoutPermission_isReported();
     void saveAs_fullDisk_isNotReported();
     void saveAs_linkedFile_writesItsTarget();
@@ -298,6 +304,9 @@ private slots:
     void jpeg_withoutAGraph_isThePictureOfTheEmptyView();
     void jpeg_failure_isReportedWithoutAParent_data();
     void jpeg_failure_isReportedWithoutAParent();
+
+    void jpeg_smallPictureOnAFullDisk_isReported();
+    void jpeg_intoAPipeThatIsRead_isWritten();
 
     void eps_isWhatTheInterpreterWrites_data();
     void eps_isWhatTheInterpreterWrites();
@@ -327,6 +336,7 @@ private slots:
     void chain_runsPrintJpegAndEpsOnceEach();
     void chain_quitRequest_followsTheEps();
     void chain_nothingPending_theFirstCallAsksToQuit();
+    void chain_withoutTheQuitOption_doesNotAskToQuit();
     void chain_withoutAPrinter_goesOn();
     void chain_jobAddedByAnEvent_isRun();
     void chain_jobDroppedByAnEvent_isNotRun();
@@ -342,6 +352,9 @@ private:
     void SaveAs(const Window& window, const std::string& name);
     void Zoom(const Window& window);
     void PrintInto(const Window& window, const std::string& pdf);
+    void ExpectUnwritableName(const std::string& name);
+    void MakeUnwritable(const char* extension);
+    void LockFolder();
     void CheckSaveError(const Window& window, const std::string& name, const std::string& told);
 
     std::unique_ptr<fixture::Directories> directories;
@@ -622,6 +635,7 @@ void TestExport::dialogs_haveTheirNamesCaptionsAndFilters()
     QFETCH(Asking, asking);
     Window window;
     Open(window);
+    const QDir toolkitsChoice = QFileDialog().directory(); // the dialog itself may change it
     int shown = 0;
     dialogs->Expect<QFileDialog>([&](QFileDialog& dialog) {
         ++shown;
@@ -634,6 +648,8 @@ void TestExport::dialogs_haveTheirNamesCaptionsAndFilters()
         QCOMPARE(dialog.fileMode(), QFileDialog::AnyFile);
         QVERIFY(!dialog.testOption(QFileDialog::DontResolveSymlinks));
         QCOMPARE(dialog.defaultSuffix(), QString());
+        QCOMPARE(dialog.directory(), toolkitsChoice);
+        QCOMPARE(dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))->text(), QString());
         QCOMPARE(dialog.parentWidget(), window.Get());
         QVERIFY(dialog.isModal());
     });
@@ -699,6 +715,35 @@ void TestExport::dialogs_existingFileOfTheCompletedName_isReplaced()
     QVERIFY(ReadFile(old).size() > 10);
 }
 
+void TestExport::dialogs_existingFile_isKeptUnlessTheUserAgrees_data()
+{
+    AskingRows();
+}
+
+// The toolkit's dialog asks; the program itself does not.
+void TestExport::dialogs_existingFile_isKeptUnlessTheUserAgrees()
+{
+    QFETCH(Asking, asking);
+    Window window;
+    Open(window);
+    const std::string old = directories->Write(std::string("old") + asking.extension, "content");
+    for (const auto answer : {QMessageBox::No, QMessageBox::Yes}) {
+        int asked = 0;
+        dialogs->Expect<QFileDialog>([&](QFileDialog& dialog) {
+            QTimer::singleShot(0, &dialog, [&] {
+                auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+                QVERIFY(box != nullptr);
+                ++asked;
+                box->button(answer)->click();
+            });
+            TypeName(dialog, old);
+        });
+        Choose(window, asking.item);
+        QCOMPARE(asked, 1);
+        QCOMPARE(ReadFile(old) == QByteArray("content"), answer == QMessageBox::No);
+    }
+}
+
 void TestExport::dialogs_nameOutsideAscii_isUsed_data()
 {
     AskingRows();
@@ -749,6 +794,26 @@ void TestExport::userExports_doNotAskToQuit()
     QCOMPARE(QApplication::exec(), 7);
     QCOMPARE(quits.count, 0);
     QVERIFY(Exists(Path("out") + asking.extension));
+}
+
+void TestExport::userExports_whileAnotherJobIsPending_ask_data()
+{
+    QTest::addColumn<Asking>("asking");
+    QTest::addColumn<int>("jobs");
+    QTest::newRow("JPEG") << kJpeg << (kJobPrint | kJobEps);
+    QTest::newRow("EPS") << kEps << (kJobPrint | kJobJpeg);
+}
+
+void TestExport::userExports_whileAnotherJobIsPending_ask()
+{
+    QFETCH(Asking, asking);
+    QFETCH(int, jobs);
+    Window window;
+    Open(window);
+    giCmdArg = jobs;
+    ChooseAndType(window, asking, Path("out"));
+    QVERIFY(Exists(Path("out") + asking.extension));
+    QCOMPARE(giCmdArg, jobs);
 }
 
 void TestExport::graphAndView_areLeftAsTheyWere_data()
@@ -879,16 +944,43 @@ void TestExport::saveAs_afterAFailedLoad_hasNothingToSave()
     QCOMPARE(window->statusBar()->currentMessage(), QStringLiteral("Nothing to save"));
 }
 
+// Gives the file dialog a name below the test's directory. The caller calls setfsuid(geteuid())
+// afterwards: in the locked folder nobody shall write, and root could.
+void TestExport::ExpectUnwritableName(const std::string& name)
+{
+    constexpr uid_t kNobody = 65534;
+    const bool locked = name.rfind("locked/", 0) == 0;
+    dialogs->Expect<QFileDialog>([locked, path = Path(name)](QFileDialog& dialog) {
+        TypeName(dialog, path);
+        if (locked)
+            setfsuid(kNobody);
+    });
+}
+
+// Makes what cannot be written, under names with an extension.
+void TestExport::MakeUnwritable(const char* extension)
+{
+    QVERIFY(QDir().mkpath(Text(Path("folder") + extension)));
+    QCOMPARE(symlink("/dev/full", (Path("full") + extension).c_str()), 0);
+    QCOMPARE(mkfifo((Path("pipe") + extension).c_str(), 0666), 0);
+    LockFolder();
+}
+
+// Others may come as far as to this folder, but not write into it.
+void TestExport::LockFolder()
+{
+    QVERIFY(QDir().mkpath(Text(Path("locked"))));
+    QCOMPARE(chmod(Path("").c_str(), 0711), 0);
+    QCOMPARE(chmod(Path("locked").c_str(), 0555), 0);
+}
+
 // Saves under a name that cannot be written.
 void TestExport::CheckSaveError(const Window& window, const std::string& name,
                                 const std::string& told)
 {
     const QString status = window->statusBar()->currentMessage();
-    dialogs->Expect<QFileDialog>([name](QFileDialog& dialog) {
-        TypeName(dialog, name);
-        setfsuid(65534); // root may write everywhere
-    });
     Box box;
+    ExpectUnwritableName(name);
     fixture::ExpectBox(*dialogs, box);
     Choose(window, kSave.item);
     setfsuid(geteuid());
@@ -915,25 +1007,39 @@ void TestExport::saveAs_unwritableTarget_isReported_data()
     QTest::newRow("with markup") << QByteArray("none/<b>copy") << QByteArray("none/<b>copy.plf");
     QTest::newRow("too long with the extension")
         << QByteArray(252, 'n') << QByteArray(252, 'n') + ".plf";
+    QTest::newRow("pipe that nobody reads") << QByteArray("pipe") << QByteArray("pipe.plf");
 }
 
 void TestExport::saveAs_unwritableTarget_isReported()
 {
     QFETCH(QByteArray, typed);
     QFETCH(QByteArray, told);
-    QVERIFY(QDir().mkpath(Text(Path("folder.plf"))));
+    MakeUnwritable(".plf");
     Window window;
     Open(window);
-    CheckSaveError(window, Path(typed.toStdString()), Path(told.toStdString()));
+    CheckSaveError(window, typed.toStdString(), Path(told.toStdString()));
+}
+
+void TestExport::saveAs_nameWithMarkup_isShownAsItIs()
+{
+    Window window;
+    Open(window);
+    ExpectUnwritableName("none/<b>copy");
+    int shown = 0;
+    dialogs->Expect<QMessageBox>([&](QMessageBox& box) {
+        ++shown;
+        QCOMPARE(box.textFormat(), Qt::PlainText);
+    });
+    Choose(window, kSave.item);
+    QCOMPARE(shown, 1);
 }
 
 void TestExport::saveAs_folderWithoutPermission_isReported()
 {
     Window window;
     Open(window);
-    QVERIFY(QDir().mkpath(Text(Path("locked"))));
-    QCOMPARE(chmod(Path("locked").c_str(), 0500), 0);
-    CheckSaveError(window, Path("locked/copy"), Path("locked/copy.plf"));
+    LockFolder();
+    CheckSaveError(window, "locked/copy", Path("locked/copy.plf"));
     QCOMPARE(chmod(Path("locked").c_str(), 0700), 0);
     QCOMPARE(FilesIn(Path("locked")), QStringList());
 }
@@ -1135,21 +1241,23 @@ void TestExport::jpeg_failure_isReportedWithoutAParent_data()
     QTest::newRow("below a file") << QByteArray("a.plf/out.png") << QByteArray("a.plf/out.png");
     QTest::newRow("a folder's name") << QByteArray("folder") << QByteArray("folder.jpg");
     QTest::newRow("full disk") << QByteArray("full") << QByteArray("full.jpg");
+    QTest::newRow("pipe that nobody reads") << QByteArray("pipe") << QByteArray("pipe.jpg");
+    QTest::newRow("folder without permission")
+        << QByteArray("locked/out") << QByteArray("locked/out.jpg");
 }
 
 void TestExport::jpeg_failure_isReportedWithoutAParent()
 {
     QFETCH(QByteArray, typed);
     QFETCH(QByteArray, told);
-    QVERIFY(QDir().mkpath(Text(Path("folder.jpg"))));
-    QCOMPARE(symlink("/dev/full", Path("full.jpg").c_str()), 0);
+    MakeUnwritable(".jpg");
     Window window;
     Open(window);
-    const std::string name = Path(typed.toStdString());
-    dialogs->Expect<QFileDialog>([name](QFileDialog& dialog) { TypeName(dialog, name); });
     Box box;
+    ExpectUnwritableName(typed.toStdString());
     fixture::ExpectBox(*dialogs, box);
     Choose(window, kJpeg.item);
+    setfsuid(geteuid());
     QCOMPARE(box.shown, 1);
     QCOMPARE(box.title, QStringLiteral("Save failed"));
     QCOMPARE(box.text, QStringLiteral("Export failed for file: ") + Text(Path(told.toStdString())));
@@ -1157,6 +1265,36 @@ void TestExport::jpeg_failure_isReportedWithoutAParent()
     QCOMPARE(box.buttons, QMessageBox::Ok);
     QCOMPARE(box.parent, nullptr);
     QVERIFY(box.isModal);
+}
+
+// So small that its bytes are written only when the file is closed.
+void TestExport::jpeg_smallPictureOnAFullDisk_isReported()
+{
+    QCOMPARE(symlink("/dev/full", Path("full.jpg").c_str()), 0);
+    Window window;
+    Open(window, QSize(300, 200));
+    giExportQuality = 0;
+    QVERIFY(Jpeg(gpDraw->grab().toImage(), 0).size() < BUFSIZ / 2);
+    Box box;
+    ExpectUnwritableName("full");
+    fixture::ExpectBox(*dialogs, box);
+    Choose(window, kJpeg.item);
+    QCOMPARE(box.title, QStringLiteral("Save failed"));
+}
+
+// The picture is smaller than what a pipe holds.
+void TestExport::jpeg_intoAPipeThatIsRead_isWritten()
+{
+    Window window;
+    Open(window, QSize(300, 200));
+    QCOMPARE(mkfifo(Path("pipe.jpg").c_str(), 0600), 0);
+    const int reader = open(Path("pipe.jpg").c_str(), O_RDONLY | O_NONBLOCK);
+    QVERIFY(reader >= 0);
+    ChooseAndType(window, kJpeg, Path("pipe"));
+    char piped[65536];
+    const QByteArray bytes(piped, std::max<ssize_t>(read(reader, piped, sizeof piped), 0));
+    close(reader);
+    QVERIFY(bytes == Jpeg(gpDraw->grab().toImage(), 100));
 }
 
 void TestExport::eps_isWhatTheInterpreterWrites_data()
@@ -1222,18 +1360,22 @@ void TestExport::eps_failure_isNotReported_data()
     QTest::newRow("below a file") << QByteArray("a.plf/out");
     QTest::newRow("a folder's name") << QByteArray("folder");
     QTest::newRow("full disk") << QByteArray("full");
+    QTest::newRow("pipe that nobody reads") << QByteArray("pipe");
+    QTest::newRow("folder without permission") << QByteArray("locked/out");
 }
 
 void TestExport::eps_failure_isNotReported()
 {
     QFETCH(QByteArray, typed);
-    QVERIFY(QDir().mkpath(Text(Path("folder.eps"))));
-    QCOMPARE(symlink("/dev/full", Path("full.eps").c_str()), 0);
+    MakeUnwritable(".eps");
     Window window;
     Open(window);
     const QString status = window->statusBar()->currentMessage();
-    ChooseAndType(window, kEps, Path(typed.toStdString()));
+    ExpectUnwritableName(typed.toStdString());
+    Choose(window, kEps.item);
+    setfsuid(geteuid());
     QCOMPARE(window->statusBar()->currentMessage(), status);
+    QCOMPARE(FilesIn(Path("locked")), QStringList());
 }
 
 static void JobRows()
@@ -1543,6 +1685,22 @@ void TestExport::chain_nothingPending_theFirstCallAsksToQuit()
     QCOMPARE(QApplication::exec(), 0);
     QCOMPARE(inTheCall, 1);
     QCOMPARE(quits.count, 1);
+}
+
+void TestExport::chain_withoutTheQuitOption_doesNotAskToQuit()
+{
+    Window window;
+    Open(window);
+    giCmdArg = kJobJpeg;
+    const QuitCounter quits;
+    QTimer::singleShot(0, window.Get(), [] {
+        gpDraw->PostCmdargDone(0);
+        gpDraw->PostCmdargDone(0);
+        QCoreApplication::exit(7);
+    });
+    QCOMPARE(QApplication::exec(), 7);
+    QCOMPARE(giCmdArg, 0);
+    QCOMPARE(quits.count, 0);
 }
 
 void TestExport::chain_withoutAPrinter_goesOn()

@@ -20,6 +20,11 @@
 #include <QStatusBar>
 #include <QTranslator>
 
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <vector>
@@ -218,7 +223,11 @@ private slots:
     void page_background_data();
     void page_background();
     void page_texts_arePrinted();
+    void page_isNotWrittenAsEpsToo();
     void page_zoomed_fillsTheAreaWithThePart();
+    void page_zoomed_leavesThePaperAroundTheAreaEmpty();
+    void page_zoomedAndInverted_showsThePart();
+    void page_wholeGraph_goesOnBeyondItsArea();
     void page_withoutAGraph_isEmpty();
     void page_afterAFailedLoad_isEmpty();
 
@@ -245,6 +254,9 @@ private slots:
     void noPrinter_theNextPrintIntoAFile_works();
     void unwritableFile_isNotReported();
     void unwritableFile_theNextPrintIntoAnother_works();
+    void unwritableFile_isNotDrawnOn();
+    void pipeThatNobodyReads_isNotReported();
+    void pipeThatIsRead_getsThePage();
 
     void slots_haveTheirOrder();
 
@@ -253,9 +265,12 @@ private:
     void Open(Window& window, QSize size = kViewSize);
     void OpenEmpty(Window& window);
     Paper SetPrinter(const Window& window, const std::string& pdf, int resolution = 1200);
+    static QRectF Zoom();
     QRectF Area(const PrintedPage& page);
     PrintedPage Printed();
     void CheckArea(const QRectF& area);
+    static void CheckStroke(const PrintedLine& printed, const Stroke& stroke, const QRectF& area,
+                            const QRectF& part);
     void CheckLines(const PrintedPage& page, const QRectF& area, const QRectF& part);
     void CheckPage(const std::string& pdf, QPageSize::PageSizeId size,
                    QPageLayout::Orientation orientation);
@@ -328,6 +343,17 @@ PrintedPage TestPrinting::Printed()
     return ReadPage(Text(Path("page.pdf")));
 }
 
+// Selects a part of the view and returns which part of the graph that is.
+QRectF TestPrinting::Zoom()
+{
+    QTest::mousePress(gpDraw, Qt::LeftButton, {}, {160, 120});
+    QTest::mouseMove(gpDraw, {480, 340});
+    QTest::mouseRelease(gpDraw, Qt::LeftButton, {}, {480, 340});
+    const QRectF part(1024, 780, 2048, 1430);
+    [&] { QCOMPARE(QRectF(ShownArea(*gpDraw)), part); }();
+    return part;
+}
+
 // The background is the whole graph's, so it shows where that is.
 QRectF TestPrinting::Area(const PrintedPage& page)
 {
@@ -342,17 +368,22 @@ void TestPrinting::CheckArea(const QRectF& area)
     CheckLines(page, area, kWholeGraph);
 }
 
+void TestPrinting::CheckStroke(const PrintedLine& printed, const Stroke& stroke, const QRectF& area,
+                               const QRectF& part)
+{
+    const auto place = [&](const QPoint& end) {
+        return OnPaper(QPointF(end.x(), 3120 - end.y()), area, part);
+    };
+    const QByteArray which = QByteArray::number(&stroke - kStrokes);
+    QVERIFY2(IsNear(printed.line.p1(), place(stroke.line.p1())), which);
+    QVERIFY2(IsNear(printed.line.p2(), place(stroke.line.p2())), which);
+}
+
 void TestPrinting::CheckLines(const PrintedPage& page, const QRectF& area, const QRectF& part)
 {
     QCOMPARE(page.lines.size(), qsizetype{std::size(kStrokes)} + 1);
-    for (size_t i = 0; i < std::size(kStrokes); ++i) {
-        const QLine& line = kStrokes[i].line;
-        const QLineF& printed = page.lines.at(static_cast<qsizetype>(i)).line;
-        QVERIFY2(IsNear(printed.p1(), OnPaper(QPointF(line.x1(), 3120 - line.y1()), area, part)),
-                 QByteArray::number(i));
-        QVERIFY2(IsNear(printed.p2(), OnPaper(QPointF(line.x2(), 3120 - line.y2()), area, part)),
-                 QByteArray::number(i));
-    }
+    for (size_t i = 0; i < std::size(kStrokes); ++i)
+        CheckStroke(page.lines.at(static_cast<qsizetype>(i)), kStrokes[i], area, part);
 }
 
 void TestPrinting::CheckPage(const std::string& pdf, QPageSize::PageSizeId size,
@@ -692,26 +723,96 @@ void TestPrinting::page_texts_arePrinted()
     QCOMPARE(Printed().letters, 4);
 }
 
+void TestPrinting::page_isNotWrittenAsEpsToo()
+{
+    Window window;
+    Open(window);
+    SetPrinter(window, Path("page.pdf"));
+    QVERIFY(CopyText(gszCvtFilename, Path("last.eps").c_str()));
+    QVERIFY(!Printed().lines.isEmpty());
+    QVERIFY(!Exists(Path("last.eps")));
+}
+
 void TestPrinting::page_zoomed_fillsTheAreaWithThePart()
 {
     Window window;
     Open(window);
     const Paper paper = SetPrinter(window, Path("page.pdf"));
-    QTest::mousePress(window->view, Qt::LeftButton, {}, {160, 120});
-    QTest::mouseMove(window->view, {480, 340});
-    QTest::mouseRelease(window->view, Qt::LeftButton, {}, {480, 340});
-    const QRectF part(1024, 780, 2048, 1430);
-    QCOMPARE(QRectF(ShownArea(*gpDraw)), part);
+    const QRectF part = Zoom();
     const PrintedPage page = Printed();
     const QRectF area = DefaultArea(paper);
-    CheckLines(page, area, part);
+    // Only the third and the fourth stroke reach into the part.
+    QCOMPARE(page.lines.size(), 2);
+    CheckStroke(page.lines.at(0), kStrokes[2], area, part);
+    CheckStroke(page.lines.at(1), kStrokes[3], area, part);
     // Twice as large as the whole graph, and so are the pens.
-    const double unit = area.width() / part.width();
-    const PrintedLine& upright = page.lines.at(1);
-    QVERIFY2(IsPenWidth(upright.width, 40 * unit), QByteArray::number(upright.width / unit));
+    const QLineF stroke = kStrokes[2].line;
+    const double stretch = page.lines.at(0).line.length() / stroke.length();
+    const double square = area.width() / part.width() * area.height() / part.height();
+    const double width = page.lines.at(0).width;
+    QVERIFY2(IsPenWidth(width, 160 * square / stretch), QByteArray::number(width));
     // What is shown fills the area: its corners are where those of the part are.
     QVERIFY(IsNear(OnPaper(part.topLeft(), area, part), area.topLeft()));
     QVERIFY(Area(page).contains(area));
+}
+
+// The graph's other parts would have room on this paper, on every side.
+void TestPrinting::page_zoomed_leavesThePaperAroundTheAreaEmpty()
+{
+    constexpr int kPixelsPerInch = 36;
+    constexpr int kPixel = 1; // of the area's edge, which falls between pixels
+    Window window;
+    Open(window);
+    const Paper paper = SetPrinter(window, Path("page.pdf"));
+    const int away = 10 * paper.resolution;
+    giPageX = giPageY = away;
+    gbBkClrWhite = false;
+    Zoom();
+    gpDraw->PrintGraph();
+    const QImage picture = RenderPage(Text(Path("page.pdf")), kPixelsPerInch);
+    const double pixel = kPixelsPerInch / kPointsPerInch;
+    const QRectF area = DefaultArea(paper).translated(10 * kPointsPerInch, 10 * kPointsPerInch);
+    const QRect inside = QRectF(area.topLeft() * pixel, area.size() * pixel).toRect();
+    const QRect edge = inside.adjusted(-kPixel, -kPixel, kPixel, kPixel);
+    for (int y = 0; y < picture.height(); ++y) {
+        for (int x = 0; x < picture.width(); ++x) {
+            if (!edge.contains(x, y) && picture.pixelColor(x, y) != Qt::white)
+                QFAIL(Describe(QRectF(x, y, 1, 1)));
+        }
+    }
+    // No line touches the middle of a side.
+    const QRect core = inside.adjusted(kPixel, kPixel, -kPixel, -kPixel);
+    const QPoint middle = core.center();
+    for (const QPoint& side : {QPoint(core.left(), middle.y()), QPoint(core.right(), middle.y()),
+                               QPoint(middle.x(), core.top()), QPoint(middle.x(), core.bottom())})
+        QCOMPARE(picture.pixelColor(side), kGreen);
+}
+
+void TestPrinting::page_zoomedAndInverted_showsThePart()
+{
+    Window window;
+    Open(window);
+    const Paper paper = SetPrinter(window, Path("page.pdf"), 600);
+    giPageX = 5400;
+    gdPageSizeX = -1;
+    const QRectF part = Zoom();
+    const QRectF area = Dots(paper, 5880, 360, -5400, 4113);
+    const PrintedPage page = Printed();
+    QCOMPARE(page.lines.size(), 2);
+    CheckStroke(page.lines.at(0), kStrokes[2], area, part);
+    CheckStroke(page.lines.at(1), kStrokes[3], area, part);
+}
+
+// Addresses reach higher than the area, and texts may run over its edge.
+void TestPrinting::page_wholeGraph_goesOnBeyondItsArea()
+{
+    const std::string above = plf::Start() + plf::Line(1000, 3200, 3000, 3200) + plf::End();
+    Window window;
+    window.AddViewOf(directories->Write("above.plf", above));
+    const Paper paper = SetPrinter(window, Path("page.pdf"));
+    const PrintedPage page = Printed();
+    QCOMPARE(page.lines.size(), 1);
+    QVERIFY(IsNear(page.lines.at(0).line.p1(), OnPaper({1000, -80}, DefaultArea(paper))));
 }
 
 void TestPrinting::page_withoutAGraph_isEmpty()
@@ -1057,6 +1158,46 @@ void TestPrinting::unwritableFile_isNotReported()
     gpDraw->PostCmdargDone(0);
     QCOMPARE(giCmdArg, 0);
     QVERIFY(!Exists(Path("none")) && Exists(Path("a.eps")));
+}
+
+void TestPrinting::unwritableFile_isNotDrawnOn()
+{
+    constexpr unsigned long kUntouched = 4711;
+    Window window;
+    Open(window);
+    SetPrinter(window, Path("none/page.pdf"));
+    gdwVectorCnt = kUntouched;
+    gpDraw->PrintGraph();
+    QCOMPARE(gdwVectorCnt, kUntouched);
+}
+
+void TestPrinting::pipeThatNobodyReads_isNotReported()
+{
+    Window window;
+    Open(window);
+    QCOMPARE(mkfifo(Path("pipe").c_str(), 0600), 0);
+    SetPrinter(window, Path("pipe"));
+    giCmdArg = kJobPrint | kJobEps;
+    gpDraw->PostCmdargDone(0);
+    QCOMPARE(giCmdArg, 0);
+    QVERIFY(Exists(Path("a.eps")));
+}
+
+// The page is smaller than what a pipe holds.
+void TestPrinting::pipeThatIsRead_getsThePage()
+{
+    Window window;
+    Open(window);
+    QCOMPARE(mkfifo(Path("pipe").c_str(), 0600), 0);
+    const int reader = open(Path("pipe").c_str(), O_RDONLY | O_NONBLOCK);
+    QVERIFY(reader >= 0);
+    SetPrinter(window, Path("pipe"));
+    gpDraw->PrintGraph();
+    char bytes[65536];
+    const QByteArray page(bytes, std::max<ssize_t>(read(reader, bytes, sizeof bytes), 0));
+    close(reader);
+    QVERIFY(page.startsWith("%PDF-"));
+    QVERIFY(page.trimmed().endsWith("%%EOF"));
 }
 
 void TestPrinting::slots_haveTheirOrder()
