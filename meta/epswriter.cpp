@@ -8,6 +8,7 @@
 #include "support/numbers.h"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <cstring>
 #include <limits>
@@ -15,10 +16,64 @@
 namespace {
 
 constexpr size_t kLongestInteger = std::numeric_limits<int>::digits10 + 2; // "-2147483648"
+// Four numbers and two operators with their blanks, and the byte that a copied word has more.
+constexpr size_t kLongestItem = 6 * (kLongestInteger + 1) + 1;
 // "-", the digits of the largest double, "." and two decimals.
 constexpr size_t kLongestDecimal = std::numeric_limits<double>::max_exponent10 + 5;
 
 constexpr double kBlack[3] = {0, 0, 0};
+
+// A number with its blank, as many bytes as one machine word.
+struct NumberText {
+    char text[7];
+    unsigned char length;
+};
+
+// The coordinates that addresses have, as texts.
+using NumberTexts = std::array<NumberText, kPlfWidth>;
+
+constexpr NumberText MakeNumberText(int value)
+{
+    NumberText number = {};
+    for (int power = 1000; power > 0; power /= 10) {
+        if (value >= power || power == 1)
+            number.text[number.length++] = static_cast<char>('0' + value / power % 10);
+    }
+    number.text[number.length++] = ' ';
+    return number;
+}
+
+constexpr NumberTexts MakeNumberTexts()
+{
+    NumberTexts numbers = {};
+    for (size_t value = 0; value < numbers.size(); ++value)
+        numbers[value] = MakeNumberText(static_cast<int>(value));
+    return numbers;
+}
+
+constexpr NumberTexts kNumberTexts = MakeNumberTexts();
+
+// The two functions below write where there is room for a longest item, and return the end of it.
+
+// A number and a blank. A look at the table saves the divisions.
+inline char* Append(char* at, int value)
+{
+    if (value >= 0 && value < kPlfWidth) {
+        const NumberText& number = kNumberTexts[static_cast<size_t>(value)];
+        memcpy(at, &number, sizeof number);
+        return at + number.length;
+    }
+    at = std::to_chars(at, at + kLongestInteger, value).ptr;
+    *at++ = ' ';
+    return at;
+}
+
+// An operator with its blank and the NUL: one machine word.
+inline char* Append(char* at, const char (&word)[8])
+{
+    memcpy(at, word, sizeof word);
+    return at + sizeof word - 1;
+}
 
 // The colour of a palette index; any without a row is white, as on screen.
 const double* EpsColor(unsigned long index)
@@ -121,16 +176,23 @@ void EpsWriter::LineColor(int index)
 
 void EpsWriter::LineTo(int x, int y)
 {
-    Point(x, y);
-    Text(" lineto ");
+    Reserve(kLongestItem);
+    char* end = Append(buffer + used, x);
+    end = Append(end, Upward(y));
+    end = Append(end, "lineto ");
+    used = static_cast<size_t>(end - buffer);
 }
 
 void EpsWriter::MoveAndLineTo(int x1, int y1, int x2, int y2)
 {
-    Point(x1, y1);
-    Text(" moveto ");
-    Point(x2, y2);
-    Text(" lineto ");
+    Reserve(kLongestItem);
+    char* end = Append(buffer + used, x1);
+    end = Append(end, Upward(y1));
+    end = Append(end, "moveto ");
+    end = Append(end, x2);
+    end = Append(end, Upward(y2));
+    end = Append(end, "lineto ");
+    used = static_cast<size_t>(end - buffer);
 }
 
 void EpsWriter::EndLine()
@@ -183,12 +245,6 @@ void EpsWriter::Decimal(double value)
                                              std::chars_format::fixed, 2)
                                    .ptr -
                                buffer);
-}
-
-void EpsWriter::Reserve(size_t bytes)
-{
-    if (bytes > kBufferSize - used)
-        Flush();
 }
 
 // A failed write is not reported, like every write error of this file.

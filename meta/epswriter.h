@@ -50,11 +50,15 @@ private:
     void Text(std::string_view text);
     void Integer(int value);
     void Decimal(double value);
-    void Reserve(size_t bytes);
+    void Reserve(size_t bytes)
+    {
+        if (bytes > kBufferSize - used)
+            Flush();
+    }
     void Flush();
 
     // Large enough that a write call costs nothing beside the formatting of what it holds.
-    static constexpr size_t kBufferSize = size_t{64} * 1024;
+    static constexpr size_t kBufferSize = size_t{256} * 1024;
 
     FilePtr file;
     size_t used = 0;
