@@ -10,7 +10,12 @@
 #include <QRegularExpression>
 #include <QScreen>
 
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
+
 #include <algorithm>
+#include <cstring>
 #include <vector>
 
 namespace {
@@ -95,7 +100,31 @@ void Xdotool(const QStringList& arguments)
     RunTool(QStringLiteral("xdotool"), arguments);
 }
 
+// Connects to the X server and says hello, which is when it gives the ids. Returns whether it
+// answered.
+bool Greet(int socket)
+{
+    sockaddr_un server = {};
+    server.sun_family = AF_UNIX;
+    const QByteArray path = "/tmp/.X11-unix/X" + qgetenv("DISPLAY").mid(1);
+    memcpy(server.sun_path, path.constData(),
+           std::min<size_t>(static_cast<size_t>(path.size()), sizeof server.sun_path - 1));
+    // Little-endian, protocol 11.0, without a key.
+    constexpr char kHello[12] = {'l', 0, 11};
+    char answer = 0;
+    return connect(socket, reinterpret_cast<const sockaddr*>(&server), sizeof server) == 0 &&
+           write(socket, kHello, sizeof kHello) == sizeof kHello && read(socket, &answer, 1) == 1 &&
+           answer == 1;
+}
+
 } // namespace
+
+void TakeFreeWindowIds()
+{
+    const int connection = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    QVERIFY(connection >= 0); // and never closed
+    QVERIFY(Greet(connection));
+}
 
 QString RunTool(const QString& program, const QStringList& arguments)
 {

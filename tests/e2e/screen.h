@@ -34,6 +34,11 @@ QString RunTool(const QString& program, const QStringList& arguments);
 /// An X window; empty when there is none.
 using WindowId = QString;
 
+/// Keeps the window ids of programs that have ended from being given to the next one, with a
+/// connection that lasts as long as the test: the window manager may not have noticed yet that the
+/// window of a killed program is gone, and leaves a new one with its id alone.
+void TakeFreeWindowIds();
+
 /// The visible windows of a process, popup menus included, in no particular order.
 QList<WindowId> VisibleWindows(qint64 process);
 QString WindowTitle(const WindowId& window);

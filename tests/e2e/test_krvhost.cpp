@@ -122,6 +122,7 @@ void TestKrvHost::initTestCase()
 // temporary files; its name may not hold a '-', which could make an option of the files' names.
 void TestKrvHost::init()
 {
+    TakeFreeWindowIds();
     home.emplace(QDir::tempPath() + QStringLiteral("/krvhosttest_XXXXXX"));
     QVERIFY(home->isValid());
     viewer.emplace(home->path());

@@ -86,10 +86,21 @@ server=$!
 number=$(await "$server") || report Xvfb "$state/server.log"
 export DISPLAY=:$number
 
-openbox --sm-disable --startup "sh -c 'echo ready >$state/ready'" >"$state/manager.log" 2>&1 </dev/null \
-  {ready}<&- {tick}<&- &
-manager=$!
-await "$manager" >/dev/null || report openbox "$state/manager.log"
+start_manager() {
+  openbox --sm-disable --startup "sh -c 'echo ready >$state/ready'" >"$state/manager.log" 2>&1 </dev/null \
+    {ready}<&- {tick}<&- &
+  manager=$!
+  await "$manager" >/dev/null
+}
+
+# On a busy machine a server that has told its number may still refuse the first connection.
+deadline=$((SECONDS + start_seconds))
+until start_manager; do
+  if ! kill -0 "$server" || ((SECONDS >= deadline)); then
+    report openbox "$state/manager.log"
+  fi
+  read -rt 0.2 -u "$tick" || true
+done
 
 # In the background, so that a signal ends the wait and with it everything.
 "$@" <&0 {ready}<&- {tick}<&- &
