@@ -13,6 +13,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <utility>
 
 namespace {
 
@@ -20,6 +21,14 @@ namespace {
 constexpr int kMinSelection = 20;
 // View width that shows the file's line widths as they are, pixels.
 constexpr double kUnitWidth = 640.0;
+
+// Widest frame that a style draws around a rubber band, pixels.
+constexpr int kBandFrame = 4;
+
+QRect WithoutFrame(const QRect& band)
+{
+    return band.adjusted(kBandFrame, kBandFrame, -kBandFrame, -kBandFrame);
+}
 
 } // namespace
 
@@ -93,19 +102,69 @@ void DrawView::drawIt(QPainter* ppainter, bool fPrinting, int iCvtopt)
     meta.DrawPlf(&source, &whole);
 }
 
-void DrawView::paintEvent(QPaintEvent* /*event*/)
+void DrawView::paintEvent(QPaintEvent* event)
+{
+    const bool isUnderBand = (event->region() - underBand).isEmpty();
+    underBand = QRegion();
+    if (isUnderBand) {
+        PaintAsShown();
+        return;
+    }
+    if ((QRegion(rect()) - event->region()).isEmpty()) {
+        shownState = zoomState;
+        shownRect = zoomRect;
+    }
+    Paint();
+}
+
+void DrawView::Paint()
 {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     drawIt(&painter, false, 0);
 }
 
+// What the moving band uncovers looks as it did before: the part under the rectangle is shown by
+// the next repaint of another cause.
+void DrawView::PaintAsShown()
+{
+    std::swap(zoomState, shownState);
+    std::swap(zoomRect, shownRect);
+    Paint();
+    std::swap(zoomState, shownState);
+    std::swap(zoomRect, shownRect);
+}
+
 void DrawView::DrawRubberRect(QPainter* /*painter*/)
 {
-    rubberBand->setGeometry(SaturateToInt(zoomRect.left), SaturateToInt(zoomRect.top),
-                            SaturateToInt(std::max<int64_t>(zoomRect.width, 1)),
-                            SaturateToInt(std::max<int64_t>(zoomRect.height, 1)));
+    PlaceBand({SaturateToInt(zoomRect.left), SaturateToInt(zoomRect.top),
+               SaturateToInt(std::max<int64_t>(zoomRect.width, 1)),
+               SaturateToInt(std::max<int64_t>(zoomRect.height, 1))});
+}
+
+// Moves and shows the band. The toolkit would repaint everything under it, with all the lines that
+// lie there; the picture changes only in the frames and in what one of the bands alone covers.
+void DrawView::PlaceBand(const QRect& to)
+{
+    const QRect from = rubberBand->isVisible() ? rubberBand->geometry() : QRect();
+    setAttribute(Qt::WA_UpdatesDisabled);
+    rubberBand->setAttribute(Qt::WA_UpdatesDisabled);
+    rubberBand->setGeometry(to);
     rubberBand->show();
+    rubberBand->setAttribute(Qt::WA_UpdatesDisabled, false);
+    setAttribute(Qt::WA_UpdatesDisabled, false);
+    if (to == from)
+        return;
+    const QRegion changed = (QRegion(from) | to) - (WithoutFrame(from) & WithoutFrame(to));
+    underBand |= changed;
+    update(changed);
+}
+
+void DrawView::HideBand()
+{
+    if (rubberBand->isVisible())
+        underBand |= rubberBand->geometry();
+    rubberBand->hide();
 }
 
 void DrawView::SetZoomRect(int64_t left, int64_t top, int64_t right, int64_t bottom)
@@ -157,7 +216,7 @@ void DrawView::mouseReleaseEvent(QMouseEvent* event)
     }
     if (zoomState == kZoomMoving)
         zoomState = kZoomSelecting;
-    rubberBand->hide();
+    HideBand();
 }
 
 // A release close to the rectangle's left edge, whatever the height, was a click. The release point
@@ -172,5 +231,5 @@ void DrawView::FinishSelecting(int x)
     zoomState = kZoomed;
     DrawRubberRect(nullptr);
     update();
-    rubberBand->hide();
+    HideBand();
 }

@@ -10,6 +10,7 @@
 #include <QPainter>
 #include <QPen>
 #include <QPixmap>
+#include <QRegion>
 #include <QWidget>
 
 class AppWindow;
@@ -82,6 +83,10 @@ private:
     using QWidget::customEvent; // the event handler stays reachable beside the slot
 
     void MakePrinter();
+    void Paint();
+    void PaintAsShown();
+    void PlaceBand(const QRect& to);
+    void HideBand();
     void SetZoomRect(int64_t left, int64_t top, int64_t right, int64_t bottom);
     void MoveZoomRect(const QPoint& to);
     void FinishSelecting(int x);
@@ -95,4 +100,7 @@ private:
     QPixmap pixmap;               // empty; nothing reads it
     QRubberBand* rubberBand;      // child of the view
     QPrinter* pPrinter = nullptr; // keeps its settings for the view's life
+    int shownState = kZoomNone;   // zoomState and zoomRect of the last whole repaint
+    Rect shownRect = {};
+    QRegion underBand; // waits for a repaint because the rubber band moved
 };

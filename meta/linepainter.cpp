@@ -20,20 +20,15 @@ constexpr double kReach = 3.0;
 
 // What can be seen of the device, in its pixels: the exposed part, where there is one. The device
 // may count its size in larger units than these.
-QRectF VisiblePixels(const QPainter& painter)
+QRegion VisiblePixels(const QPainter& painter)
 {
-    const QRect exposed = painter.paintEngine()->systemClip().boundingRect();
+    const QRegion exposed = painter.paintEngine()->systemClip();
     if (!exposed.isEmpty())
-        return QRectF(exposed);
+        return exposed;
     const QPaintDevice* device = painter.device();
-    return {QPointF(), QSizeF(device->width(), device->height()) * device->devicePixelRatioF()};
-}
-
-// The same within the painter's clip, in drawing units.
-QRectF VisibleUnits(const QPainter& painter, const QTransform& fromDevice)
-{
-    const QRectF visible = fromDevice.mapRect(VisiblePixels(painter));
-    return painter.hasClipping() ? visible & painter.clipBoundingRect() : visible;
+    const double ratio = device->devicePixelRatioF();
+    return QRect(0, 0, TruncToInt(std::ceil(device->width() * ratio)),
+                 TruncToInt(std::ceil(device->height() * ratio)));
 }
 
 // Only there a line is worth less than a look at where it lies, and the target is known: other
@@ -60,7 +55,7 @@ void LinePainter::SetPen(const QPen& pen)
     painter->setPen(pen);
     if (!isRaster)
         return;
-    visible = VisibleTo(pen);
+    FindVisible(pen);
     batchSize = MayBatch(pen) ? kBatchSize : 1;
 }
 
@@ -71,20 +66,32 @@ void LinePainter::Flush()
     waiting = 0;
 }
 
-LinePainter::Bounds LinePainter::VisibleTo(const QPen& pen) const
+void LinePainter::FindVisible(const QPen& pen)
 {
+    visible = {};
+    partCount = 0;
     const QTransform toDevice = painter->deviceTransform();
     if (toDevice.type() > QTransform::TxScale || !toDevice.isInvertible())
-        return {};
-    const QRectF seen = VisibleUnits(*painter, toDevice.inverted());
+        return;
     // The corner of a square cap is farther from the line's end than half the width, but by less
     // than the whole.
     const double reachX = pen.widthF() + kReach / std::abs(toDevice.m11());
     const double reachY = pen.widthF() + kReach / std::abs(toDevice.m22());
-    return {TruncToInt(std::floor(seen.left() - reachX)),
-            TruncToInt(std::floor(seen.top() - reachY)),
-            TruncToInt(std::ceil(seen.right() + reachX)),
-            TruncToInt(std::ceil(seen.bottom() + reachY))};
+    const auto touching = [&, fromDevice = toDevice.inverted()](const QRect& pixels) {
+        QRectF units = fromDevice.mapRect(QRectF(pixels));
+        if (painter->hasClipping())
+            units &= painter->clipBoundingRect();
+        return Bounds{TruncToInt(std::floor(units.left() - reachX)),
+                      TruncToInt(std::floor(units.top() - reachY)),
+                      TruncToInt(std::ceil(units.right() + reachX)),
+                      TruncToInt(std::ceil(units.bottom() + reachY))};
+    };
+    const QRegion pixels = VisiblePixels(*painter);
+    visible = touching(pixels.boundingRect());
+    if (pixels.rectCount() == 1 || pixels.rectCount() > static_cast<int>(kMostParts))
+        return;
+    for (const QRect& part : pixels)
+        parts[static_cast<size_t>(partCount++)] = touching(part);
 }
 
 // The toolkit draws the lines of a call one by one, as long as it need not stretch the pen to an

@@ -257,6 +257,8 @@ public:
     {
         return QRegion(area).subtracted(painted).isEmpty();
     }
+    /// Something inside area was painted.
+    [[nodiscard]] bool Touches(const QRect& area) const { return painted.intersects(area); }
 
     bool eventFilter(QObject* /*object*/, QEvent* event) override
     {

@@ -10,6 +10,7 @@
 #include <QFileDialog>
 #include <QPrinter>
 #include <QRubberBand>
+#include <QScreen>
 #include <QWindow>
 
 using fixture::Box;
@@ -82,6 +83,23 @@ QImage CrossPicture(QSize size, const QRect& area, int penWidth, const QColor& b
     for (const QLine& line : kCross)
         painter.drawLine(line.x1(), 3120 - line.y1(), line.x2(), 3120 - line.y2());
     return picture;
+}
+
+// The toolkit begins a line where the exposed part does, which moves the shades of a slanting one.
+bool IsNear(const QImage& a, const QImage& b)
+{
+    constexpr int kShades = 16;
+    for (int y = 0; y < a.height(); ++y) {
+        for (int x = 0; x < a.width(); ++x) {
+            const QColor left = a.pixelColor(x, y);
+            const QColor right = b.pixelColor(x, y);
+            if (std::abs(left.red() - right.red()) > kShades ||
+                std::abs(left.green() - right.green()) > kShades ||
+                std::abs(left.blue() - right.blue()) > kShades)
+                return false;
+        }
+    }
+    return a.size() == b.size();
 }
 
 // A shown window whose view has a file and a size.
@@ -222,6 +240,11 @@ private slots:
     void doubleClick_showsTheWholeGraph();
     void selecting_aRepaintShowsTheRectanglesPart();
     void drag_throughTheWindow_reachesTheView();
+    void drag_repaintsOnlyWhatTheBandChanges();
+    void drag_leavesTheGraphAroundTheBandAsItWas_data();
+    void drag_leavesTheGraphAroundTheBandAsItWas();
+    void exposedPart_isDrawnAsInTheWholePicture_data();
+    void exposedPart_isDrawnAsInTheWholePicture();
 
     void picture_wholeGraph_data();
     void picture_wholeGraph();
@@ -819,6 +842,83 @@ void TestDrawView::drag_throughTheWindow_reachesTheView()
     QTest::mouseRelease(window, Qt::LeftButton, {}, corner + kSelection.to);
     QVERIFY(!view.Band()->isVisible());
     QCOMPARE(view.Shown(), AreaUnder(kSelection, kViewSize));
+}
+
+// Everything under the band would be as slow as the whole graph.
+void TestDrawView::drag_repaintsOnlyWhatTheBandChanges()
+{
+    View view(Cross());
+    view.BeginDrag({{100, 80}, {300, 230}});
+    Settle();
+    fixture::PaintLog paints(view.Get());
+    view.Move({310, 240});
+    Settle();
+    QVERIFY(paints.Covers(QRect(100, 80, 210, 2)));
+    QVERIFY(paints.Covers(QRect(298, 80, 12, 160)));
+    QVERIFY(paints.Covers(QRect(100, 228, 210, 12)));
+    QVERIFY(!paints.Touches(QRect(110, 90, 180, 130)));
+    QVERIFY(!paints.Touches(QRect(320, 0, 100, 390)));
+}
+
+void TestDrawView::drag_leavesTheGraphAroundTheBandAsItWas_data()
+{
+    QTest::addColumn<bool>("zoomed");
+    QTest::newRow("whole graph") << false;
+    QTest::newRow("zoomed") << true;
+}
+
+// What the band covered and uncovers again, and what it covered when it was hidden.
+void TestDrawView::drag_leavesTheGraphAroundTheBandAsItWas()
+{
+    QFETCH(bool, zoomed);
+    View view(Cross());
+    if (zoomed)
+        view.Select(kSelection);
+    const auto screen = [&view] {
+        Settle();
+        const QImage window = view->screen()->grabWindow(view.window->winId()).toImage();
+        return window.copy(QRect(view->pos(), view->size()));
+    };
+    const QImage before = screen();
+    view.Press(zoomed ? Qt::RightButton : Qt::LeftButton, {60, 50});
+    for (const QPoint at : {QPoint(100, 90), QPoint(400, 300), QPoint(150, 120)})
+        view.Move(at);
+    const QRect band = view.Band()->geometry();
+    QImage during = screen();
+    QVERIFY(during != before);
+    QPainter painter(&during);
+    painter.drawImage(band.topLeft(), before, band);
+    painter.end();
+    QVERIFY(IsNear(during, before));
+}
+
+void TestDrawView::exposedPart_isDrawnAsInTheWholePicture_data()
+{
+    QTest::addColumn<QRegion>("part");
+    const QRegion frame = QRegion(50, 40, 300, 200) - QRegion(54, 44, 292, 192);
+    QRegion manyParts;
+    for (int i = 0; i < 20; ++i)
+        manyParts += QRect(20 * i, 15 * i, 9, 7);
+    QTest::newRow("strip") << QRegion(0, 200, 512, 10);
+    QTest::newRow("frame") << frame;
+    QTest::newRow("many parts") << manyParts;
+    QTest::newRow("pixel on a line") << QRegion(125, 200, 1, 1);
+}
+
+void TestDrawView::exposedPart_isDrawnAsInTheWholePicture()
+{
+    QFETCH(QRegion, part);
+    View view(Cross());
+    const QImage whole = view.Picture();
+    QImage exposed(kViewSize, QImage::Format_RGB32);
+    exposed.fill(Qt::magenta);
+    QImage expected = exposed;
+    view->render(&exposed, part.boundingRect().topLeft(), part);
+    QPainter painter(&expected);
+    painter.setClipRegion(part);
+    painter.drawImage(0, 0, whole);
+    painter.end();
+    QVERIFY(IsNear(exposed, expected));
 }
 
 void TestDrawView::picture_wholeGraph_data()
