@@ -55,9 +55,9 @@ constexpr qsizetype kEpsPerByte = 40;
 constexpr qsizetype kEpsHead = 1000;
 // Beside the file itself: its longest address twice while that grows, and the writer's buffer.
 constexpr size_t kMemoryPerByte = 4;
-constexpr size_t kMemoryOfAPass = 512 * 1024;
+constexpr size_t kMemoryOfAPass = 500'000;
 // What the toolkit keeps for characters that it sees first.
-constexpr size_t kMemoryKept = 4 * 1024 * 1024;
+constexpr size_t kMemoryKept = 4'000'000;
 
 size_t BytesInUse()
 {
