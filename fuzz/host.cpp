@@ -26,6 +26,7 @@
 #include <algorithm>
 #include <iterator>
 #include <memory>
+#include <utility>
 
 namespace {
 
@@ -41,6 +42,7 @@ constexpr QSize kLargestWindow(320, 240);
 constexpr const char* kActions[] = {"refresh",      "backclr",        "resetaspect",
                                     "savesettings", "fileProperties", "about",
                                     "choose",       "deleteSocket",   "close"};
+constexpr size_t kChoose = 6; // takes ten times as long as the rest
 
 QByteArray Graph()
 {
@@ -99,6 +101,7 @@ private:
 
     QPointer<AppWindow> window;
     std::unique_ptr<QLocalSocket> host;
+    bool choseFile = false;
     QSet<QByteArray> mayBeDeleted;
     bool anyMayBeDeleted = false; // bytes were sent that are not understood here
 };
@@ -171,7 +174,9 @@ void Conversation::Send(const QByteArray& bytes)
 void Conversation::Act(const QByteArray& number)
 {
     const auto index = static_cast<size_t>(number.isEmpty() ? 0 : number.at(0) & 15);
-    if (!window.isNull() && index < std::size(kActions))
+    if (window.isNull() || index >= std::size(kActions))
+        return;
+    if (index != kChoose || !std::exchange(choseFile, true))
         QMetaObject::invokeMethod(window.data(), kActions[index]);
 }
 

@@ -57,7 +57,9 @@ void PrepareToolkit()
     qInstallMessageHandler(DropMessage);
 }
 
-Sandbox::Sandbox() : folder(root.path() + QStringLiteral("/work"))
+Sandbox::Sandbox()
+    : root(QStringLiteral("/dev/shm/plotvw-fuzz-XXXXXX")),
+      folder(root.path() + QStringLiteral("/work"))
 {
     const QByteArray path = QFile::encodeName(folder);
     Require(QDir().mkpath(folder) && QDir::setCurrent(folder), "a folder can be made");
