@@ -8,6 +8,8 @@
 #   ./test.sh asan       clang++ with the address and undefined-behaviour sanitizers: the same tests
 #   ./test.sh lint       format, clang-tidy, shellcheck and licence lines of the sources
 #   ./test.sh all        these three
+#   ./test.sh fuzz SECONDS [TARGET...]
+#                        each fuzz target, or those named, for so long; two at a time
 #
 # Missing Debian packages are installed first.
 set -euo pipefail
@@ -27,17 +29,27 @@ build_and_test() {
   ctest --preset "$tests"
 }
 
+# build_and_fuzz SECONDS [TARGET...]
+build_and_fuzz() {
+  install_packages "${build_packages[@]}" "${test_packages[@]}" "${sanitizer_packages[@]}"
+  echo 'Building in build/fuzz ...'
+  quietly cmake --preset fuzz
+  quietly cmake --build --preset fuzz --target fuzzers
+  fuzz/run.sh "$@"
+}
+
 case ${1-} in
 '') build_and_test dev dev ;;
 asan) build_and_test asan asan "${sanitizer_packages[@]}" ;;
 lint) build_and_test dev lint "${lint_packages[@]}" ;;
+fuzz) build_and_fuzz "${@:2}" ;;
 all)
   "$0"
   "$0" asan
   "$0" lint
   ;;
 *)
-  echo 'usage: ./test.sh [asan|lint|all]' >&2
+  echo 'usage: ./test.sh [asan|lint|all|fuzz SECONDS [TARGET...]]' >&2
   exit 2
   ;;
 esac

@@ -17,6 +17,10 @@ if(PLOTVW_SANITIZE)
   set(sanitizers -fsanitize=address,undefined,float-cast-overflow -fno-sanitize-recover=all)
   target_compile_options(plotvw_flags INTERFACE ${sanitizers} -fno-omit-frame-pointer)
   target_link_options(plotvw_flags INTERFACE ${sanitizers})
+  if(PLOTVW_FUZZ)
+    # What guides the fuzzer; its main function is linked with the targets alone.
+    target_compile_options(plotvw_flags INTERFACE -fsanitize=fuzzer-no-link)
+  endif()
 endif()
 
 # plotvw_library(NAME sources... LINKS targets...): one static library per folder.

@@ -7,28 +7,55 @@
 #include "app/cmdline.h"
 #include "app/drawview.h"
 #include "app/globals.h"
+#include "app/messages.h"
 #include "hostlink/frame.h"
 
 #include <QCoreApplication>
 #include <QDebug>
-#include <QFile>
-#include <QFileInfo>
 #include <QLocalSocket>
 #include <QPointer>
 
+#include <cstdlib>
+#include <memory>
 #include <utility>
 #include <vector>
+
+#include <unistd.h>
 
 namespace {
 
 // The greeting, and the acknowledgement of each command that named a file.
 const QString kAccept = QStringLiteral("krv-accept-connect");
 
+// Bytes that wait to be read; what a host sends beyond them waits on its side. A frame has 32769 at
+// most as far as its length can tell, and far longer ones are taken too.
+constexpr qint64 kMostWaiting = 1'048'576;
+
+// In the program's own texts a zero would cut the line, and half a surrogate pair would become
+// another character: either way a word would name another file, which "-tmp" then deletes.
+bool FitsIntoBytes(const QString& line)
+{
+    return !line.contains(QChar(u'\0')) && QString::fromLocal8Bit(line.toLocal8Bit()) == line;
+}
+
+// Like a command line that names nothing: what was set for the command before no longer counts.
+void RefuseCommand()
+{
+    ProcessCmdline(0, nullptr, 0);
+    ShowError(nullptr, AppWindow::tr("Error"),
+              AppWindow::tr("A command line from the host holds characters that no name can hold. "
+                            "It is not used."));
+}
+
 // Applies the words of a command line, split at every blank: two blanks in a row give an empty
 // word, which is a file name like any other. There is no program name in front. Returns whether
 // the words place the window; that earlier ones did stays known.
 bool ApplyWords(const QString& commandLine)
 {
+    if (!FitsIntoBytes(commandLine)) {
+        RefuseCommand();
+        return false;
+    }
     const int placedBefore = std::exchange(gfCmdlineWndpos, 0);
     QList<QByteArray> words;
     for (const QString& word : commandLine.split(u' '))
@@ -50,6 +77,7 @@ bool ApplyWords(const QString& commandLine)
 void AppWindow::ConnectHost()
 {
     socket = new QLocalSocket;
+    socket->setReadBufferSize(kMostWaiting);
     socket->connectToServer(QString::fromLocal8Bit(gszKrvServerName), QIODevice::ReadWrite);
     connect(socket, &QLocalSocket::readyRead, this, &AppWindow::readData);
     if (socket->isOpen())
@@ -105,14 +133,15 @@ void AppWindow::deleteSocket()
     socket = nullptr;
 }
 
-// Only a file that the host handed over whole, by name and with "-tmp", is ever deleted. The flag
-// and the name stay; the next command line resets them.
+// Only a file that the host handed over whole, by name and with "-tmp", is ever deleted. The name
+// is used byte by byte: one that is no text would be another file's after a conversion to text. The
+// flag and the name stay; the next command line resets them.
 void AppWindow::checkDeleteTempFile()
 {
-    const QString name = QString::fromLocal8Bit(gszPlffileOrig);
-    qDebug() << "Existing file name: " << name;
-    if (!gbIsTempFile || !QFile::exists(name))
+    qDebug() << "Existing file name: " << QString::fromLocal8Bit(gszPlffileOrig);
+    if (!gbIsTempFile)
         return;
-    if (!QFile::remove(QFileInfo(name).canonicalFilePath()))
+    const std::unique_ptr<char, decltype(&free)> path(realpath(gszPlffileOrig, nullptr), &free);
+    if (path != nullptr && unlink(path.get()) != 0)
         qDebug() << "Could not delete file";
 }

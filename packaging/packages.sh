@@ -10,7 +10,7 @@ build_packages=(cmake fonts-dejavu-core g++ libgl-dev ninja-build qt6-base-dev)
 wayland_packages=(qt6-wayland)
 # To build and run the tests: SVG pictures, readers of PostScript and PDF, a print server, locales of other countries,
 # and a screen with a window manager and a user.
-test_packages=(cups-client cups-daemon ghostscript libqt6svg6-dev locales openbox poppler-utils x11-utils xdotool xvfb)
+test_packages=(cups-client cups-daemon ghostscript locales openbox poppler-utils qt6-svg-dev x11-utils xdotool xvfb)
 # To build with sanitizers, and names in their reports.
 sanitizer_packages=(clang libclang-rt-14-dev llvm)
 # To check the sources.

@@ -2,8 +2,9 @@
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 #include "tests/script.h"
 
+#include <QFile>
 #include <QHash>
-#include <QStringList>
+#include <QRegularExpression>
 #include <QTest>
 
 #include <cstdlib>
@@ -32,6 +33,46 @@ QByteArray WordBytes(const QString& word)
     }
     qFatal("unknown word in a decoder script: %s", qPrintable(word));
     return {};
+}
+
+// "{5 x}" becomes "xxxxx".
+QString Expand(const QString& text)
+{
+    static const QRegularExpression kRepeat(QStringLiteral("\\{(\\d+) (.)\\}"));
+    const QRegularExpressionMatch match = kRepeat.match(text);
+    if (!match.hasMatch())
+        return text;
+    QString expanded = text;
+    return expanded.replace(match.capturedStart(), match.capturedLength(),
+                            match.captured(2).repeated(match.captured(1).toInt()));
+}
+
+void ReadView(const QString& words, Pass* pass)
+{
+    for (const QString& word : words.split(u' ')) {
+        if (word == u"background=file")
+            pass->whiteBackground = false;
+        else if (word.startsWith(u"scale="))
+            pass->widthScale = word.mid(6).toDouble();
+        else
+            qFatal("unknown view in a decoder script: %s", qPrintable(word));
+    }
+}
+
+void ReadLine(const QString& line, ScriptCase* current)
+{
+    const QString keyword = line.section(u' ', 0, 0);
+    const QString rest = line.section(u' ', 1);
+    if (keyword == u"header")
+        current->file = PlfHeader();
+    else if (keyword == u"bytes")
+        current->file += ScriptBytes(rest);
+    else if (keyword == u"view")
+        ReadView(rest, &current->pass);
+    else if (keyword == u"vectors")
+        current->vectors = rest.toInt();
+    else
+        current->operations += Expand(line);
 }
 
 } // namespace
@@ -68,4 +109,22 @@ QByteArray IntegerBytes(int value)
         bytes.prepend(static_cast<char>(64 + (high & 63)));
     bytes.append(static_cast<char>((value < 0 ? 32 : 48) + (magnitude & 15)));
     return bytes;
+}
+
+QList<ScriptCase> ReadScript(const QString& path)
+{
+    QFile script(path);
+    if (!script.open(QIODevice::ReadOnly))
+        qFatal("cannot read %s", qPrintable(path));
+    QList<ScriptCase> cases;
+    for (const QString& line : QString::fromUtf8(script.readAll()).split(u'\n')) {
+        if (line.isEmpty() || line.startsWith(u'#'))
+            continue;
+        if (line.startsWith(u"case ")) {
+            cases.append({line.mid(5), {}, PlfHeader() + "00", {}, -1});
+            continue;
+        }
+        ReadLine(line, &cases.last());
+    }
+    return cases;
 }

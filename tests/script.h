@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 //
-// The byte notation of the decoder scripts in tests/data/decoder. Words are separated by blanks:
+// The decoder scripts of tests/data/decoder and their byte notation. Words are separated by blanks:
 //   ESC GS BEL CR LF FF US NUL   that control character
 //   "text"                       the text as it is (no quotes or blanks inside)
 //   x1F                          a byte in hexadecimal; several digits pairs give several bytes
@@ -11,8 +11,12 @@
 //   _                            a blank
 #pragma once
 
+#include "tests/graph.h"
+
 #include <QByteArray>
+#include <QList>
 #include <QString>
+#include <QStringList>
 
 /// The bytes of a text in that notation. Fails the test at a word that it does not know.
 QByteArray ScriptBytes(const QString& text);
@@ -22,3 +26,15 @@ QByteArray AddressBytes(int x, int y);
 
 /// An integer in the parameters' code.
 QByteArray IntegerBytes(int value);
+
+/// A case of a decoder script.
+struct ScriptCase {
+    QString name;
+    Pass pass;
+    QByteArray file;        // the graph's bytes, header included
+    QStringList operations; // what must be painted
+    int vectors = -1;       // how many vectors must be drawn; -1 = the case does not say
+};
+
+/// The cases of a script, in their order. Fails the test at a word that it does not know.
+QList<ScriptCase> ReadScript(const QString& path);

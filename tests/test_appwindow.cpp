@@ -224,6 +224,8 @@ private slots:
     void constructor_absurdPlace_isSurvived_data();
     void constructor_absurdPlace_isSurvived();
     void constructor_absurdSize_leavesAWindowThatFitsIntoMemory();
+    void constructor_placeAndSize_haveLimits_data();
+    void constructor_placeAndSize_haveLimits();
     void constructor_shortSettings_areSurvived();
     void constructor_saysReadyForTwoSeconds();
 
@@ -440,6 +442,53 @@ void TestAppWindow::constructor_absurdSize_leavesAWindowThatFitsIntoMemory()
     QVERIFY(WriteSettings({10, 10, kHuge, kHuge, kHuge, kHuge}, true));
     const Window window;
     QVERIFY(int64_t{window->width()} * window->height() <= kMostPixels);
+}
+
+void TestAppWindow::constructor_placeAndSize_haveLimits_data()
+{
+    QTest::addColumn<QPoint>("storedPlace");
+    QTest::addColumn<QSize>("storedSize");
+    QTest::addColumn<QPoint>("place");
+    QTest::addColumn<QSize>("size");
+    const QPoint corner(10, 10);
+    const QSize usual(640, 487);
+    const auto placeRow = [usual](const char* name, int stored, int kept) {
+        QTest::newRow(name) << QPoint(stored, stored) << usual << QPoint(kept, kept) << usual;
+    };
+    placeRow("place below the limit", 32766, 32766);
+    placeRow("place at the limit", 32767, 32767);
+    placeRow("place above the limit", 32768, 32767);
+    placeRow("place at the lower limit", -32767, -32767);
+    placeRow("place below the lower limit", -32768, -32767);
+    const auto sizeRow = [corner](const char* name, QSize stored, QSize kept) {
+        QTest::newRow(name) << corner << stored << corner << kept;
+    };
+    sizeRow("no width", {0, 487}, {1, 487});
+    sizeRow("smallest", {1, 1}, {1, 1});
+    sizeRow("negative", {-1, -1}, {1, 1});
+    sizeRow("width below the limit", {16383, 10}, {16383, 10});
+    sizeRow("width at the limit", {16384, 10}, {16384, 10});
+    sizeRow("width above the limit", {16385, 10}, {16384, 10});
+    sizeRow("height at the limit", {10, 16384}, {10, 16384});
+    sizeRow("height above the limit", {10, 16385}, {10, 16384});
+    sizeRow("area below the limit", {10000, 9999}, {10000, 9999});
+    sizeRow("area at the limit", {10000, 10000}, {10000, 10000});
+    sizeRow("area above the limit", {10000, 10001}, {10000, 10000});
+    sizeRow("area above the limit, wider", {10001, 10000}, {10001, 9999});
+}
+
+// The window is not shown: some of these are large.
+void TestAppWindow::constructor_placeAndSize_haveLimits()
+{
+    QFETCH(QPoint, storedPlace);
+    QFETCH(QSize, storedSize);
+    QFETCH(QPoint, place);
+    QFETCH(QSize, size);
+    QVERIFY(WriteSettings(
+        Place(storedPlace.x(), storedPlace.y(), storedSize.width(), storedSize.height()), true));
+    const Window window;
+    QCOMPARE(window->pos(), place);
+    QCOMPARE(QSize(static_cast<int>(grWinPos.width), static_cast<int>(grWinPos.height)), size);
 }
 
 void TestAppWindow::constructor_shortSettings_areSurvived()

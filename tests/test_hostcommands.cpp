@@ -11,6 +11,8 @@
 
 #include <optional>
 
+#include <unistd.h>
+
 using fixture::Box;
 using fixture::Settle;
 using fixture::Window;
@@ -60,12 +62,19 @@ public:
         return QTest::qWaitFor([this] { return Answers() == 1; });
     }
 
-    void Send(const QString& message)
+    void Send(const QString& message) { SendBytes(EncodeFrame(message)); }
+
+    void SendBytes(const QByteArray& bytes)
     {
-        socket->write(EncodeFrame(message));
+        Write(bytes);
         while (socket->bytesToWrite() > 0)
             QVERIFY(socket->waitForBytesWritten());
     }
+
+    /// Sends without waiting until the viewer takes it.
+    void Write(const QByteArray& bytes) { socket->write(bytes); }
+    /// Bytes that wait for the viewer to take them.
+    [[nodiscard]] qint64 NotTaken() const { return socket->bytesToWrite(); }
 
     /// How often the viewer has sent its word; -1 when it sent anything else.
     [[nodiscard]] qsizetype Answers()
@@ -129,6 +138,13 @@ private slots:
     void command_whoseJobCannotBeDone_isAnswered();
     void command_withAPlaceAndNoFile_movesTheWindow();
     void command_withoutAPlace_leavesTheWindowAndWhatTheStartSaid();
+    void command_thatBytesCannotHold_isRefusedWhole_data();
+    void command_thatBytesCannotHold_isRefusedWhole();
+    void command_afterOneThatWasRefused_isCarriedOut();
+
+    void temporaryFile_whoseNameIsNoText_isDeletedUnderThatNameAlone();
+
+    void flood_duringABox_waitsAtTheHost();
 
     void readData_letsHappenWhatWaits_beforeItReads();
     void readData_withoutAMessage_returns();
@@ -290,6 +306,88 @@ void TestHostCommands::readData_letsHappenWhatWaits_beforeItReads()
         window->Get(), [&happened] { happened = true; }, Qt::QueuedConnection);
     Call(*window, "readData");
     QVERIFY(happened);
+}
+
+// As a text of the program's own such a word would be another one: cut at its zero, or with another
+// character in the place of the half one.
+void TestHostCommands::command_thatBytesCannotHold_isRefusedWhole_data()
+{
+    QTest::addColumn<QString>("command");
+    constexpr QChar kZero(u'\0');
+    constexpr QChar kHalf(0xd800);
+    const auto row = [](const char* name, QChar bad, QString command) {
+        QTest::newRow(name) << command.replace(u'#', bad);
+    };
+    row("a zero behind a name", kZero, QStringLiteral("other.plf#x -tmp"));
+    row("a zero at the end of a name", kZero, QStringLiteral("other.plf# -tmp"));
+    row("a zero in an option", kZero, QStringLiteral("other.plf -tmp -cf=a#"));
+    row("half a character in a name", kHalf, QStringLiteral("-tmp oth#er.plf"));
+    row("half a character in an option", kHalf, QStringLiteral("other.plf -tmp -cf=#"));
+}
+
+void TestHostCommands::command_thatBytesCannotHold_isRefusedWhole()
+{
+    QFETCH(QString, command);
+    Open(graph);
+    // The name that a replaced character would make.
+    const std::string replaced = directories->Write("work/oth\xef\xbf\xbd"
+                                                    "er.plf",
+                                                    Graph());
+    Box box;
+    fixture::ExpectBox(*dialogs, box);
+    host->Send(command);
+    QTRY_COMPARE(box.shown, 1);
+    QCOMPARE(box.text, QStringLiteral("A command line from the host holds characters that no name "
+                                      "can hold. It is not used."));
+    Settle();
+    QCOMPARE(gszPlffileOrig[0], '\0');
+    QCOMPARE(Text(gszCvtFilenameBase), Text(graph).chopped(4));
+    QVERIFY(!gbIsTempFile);
+    window.reset();
+    QVERIFY(QFile::exists(other) && QFile::exists(Text(replaced)));
+}
+
+// Its length is kept, as that of every command without a file.
+void TestHostCommands::command_afterOneThatWasRefused_isCarriedOut()
+{
+    Open(graph);
+    Box box;
+    fixture::ExpectBox(*dialogs, box);
+    host->Send(QStringLiteral("other.plf") + QChar(u'\0'));
+    QTRY_COMPARE(box.shown, 1);
+    host->SendBytes(EncodeFrame(QStringLiteral("other.plf")).sliced(kFrameLengthSize));
+    QTRY_COMPARE(host->Answers(), 2);
+    QCOMPARE(Text(gszPlffileOrig), other);
+}
+
+void TestHostCommands::temporaryFile_whoseNameIsNoText_isDeletedUnderThatNameAlone()
+{
+    const std::string temporary = directories->Write("work/\xff.plf", Graph());
+    const std::string replaced = directories->Write("work/\xef\xbf\xbd.plf", Graph());
+    Open(temporary);
+    gbIsTempFile = true;
+    window.reset();
+    QVERIFY(access(replaced.c_str(), F_OK) == 0);
+    QVERIFY(access(temporary.c_str(), F_OK) != 0);
+}
+
+void TestHostCommands::flood_duringABox_waitsAtTheHost()
+{
+    constexpr qsizetype kFlood = 32'000'000;
+    constexpr qsizetype kMostTaken = 8'000'000; // what the system keeps of it included
+    Open(graph);
+    dialogs->Expect<QMessageBox>([this](QMessageBox& /*box*/) {
+        host->Write(QByteArray(kFlood, '\0'));
+        for (qint64 left = -1; left != host->NotTaken();) {
+            left = host->NotTaken();
+            for (int i = 0; i < 100; ++i)
+                QCoreApplication::processEvents();
+        }
+        QVERIFY(host->NotTaken() > kFlood - kMostTaken);
+    });
+    host->Send(QStringLiteral("missing.plf"));
+    QTRY_COMPARE(dialogs->Pending(), 0);
+    QTRY_COMPARE(host->Answers(), 2);
 }
 
 void TestHostCommands::readData_withoutAMessage_returns()

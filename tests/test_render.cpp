@@ -208,6 +208,25 @@ private slots:
         QTest::newRow("shifted off the paper")
             << 72 << QPoint(-100, -100) << whole << QStringLiteral("-42 -56 648 493");
         QTest::newRow("inverted") << 72 << none << QPointF(-1, 0) << QStringLiteral("57 43 -648 0");
+        // The farthest is 2^29 = 536870912 pixels; 57.6 and 43.2 are added to a shift, and the
+        // whole is 648 by 493.56.
+        const QString same = QStringLiteral(" 648 493");
+        QTest::newRow("shift below the limit") << 72 << QPoint(536870854, 536870868) << whole
+                                               << QStringLiteral("536870911 536870911") + same;
+        QTest::newRow("shift at the limit") << 72 << QPoint(536870855, 536870869) << whole
+                                            << QStringLiteral("536870912 536870912") + same;
+        QTest::newRow("shift above the limit") << 72 << QPoint(536870856, 536870870) << whole
+                                               << QStringLiteral("536870912 536870912") + same;
+        QTest::newRow("shift below the lower limit")
+            << 72 << QPoint(-536870971, -536870957) << whole
+            << QStringLiteral("-536870912 -536870912") + same;
+        QTest::newRow("size below the limit") << 72 << none << QPointF(828504, 1087751)
+                                              << QStringLiteral("57 43 536870592 536870383");
+        QTest::newRow("size above the limit") << 72 << none << QPointF(828505, 1087753)
+                                              << QStringLiteral("57 43 536870912 536870912");
+        QTest::newRow("negative size beyond the limit")
+            << 72 << none << QPointF(-828505, -1087753)
+            << QStringLiteral("57 43 -536870912 -536870912");
     }
 
     void page_liesWhereTheResolutionPutsIt()
@@ -328,6 +347,44 @@ private slots:
         QImage plain(640, 487, QImage::Format_RGB32);
         DrawOn(&plain);
         QCOMPARE(asked, plain);
+    }
+
+    void fontName_ofMoreThan1023Bytes_isNotUsed_andToldOnce_data()
+    {
+        QTest::addColumn<int>("length");
+        QTest::addColumn<bool>("fits");
+        QTest::newRow("below") << 1022 << true;
+        QTest::newRow("at the limit") << 1023 << true;
+        QTest::newRow("above") << 1024 << false;
+        QTest::newRow("far above") << 100'000 << false;
+    }
+
+    void fontName_ofMoreThan1023Bytes_isNotUsed_andToldOnce()
+    {
+        QFETCH(int, length);
+        QFETCH(bool, fits);
+        // The first character of the name is the one that ended the letters.
+        const QString name = u'F' + QString(length - 1, u'f');
+        LoadBytes(File(QStringLiteral("ESC \"ZF") + name + QStringLiteral("\" ESC \"R!\" BEL")));
+        Rect zoom = {};
+        Rect full = MakeRect(0, 0, kPlfWidth, kPlfHeight);
+        char file[] = "";
+        CPlfMeta meta(file, nullptr, nullptr, 1.0, 0);
+        if (!fits)
+            QTest::ignoreMessage(
+                QtWarningMsg,
+                "plotvw: 1 texts or font names of more than 1023 bytes are not drawn.");
+        meta.DrawPlf(&zoom, &full);
+        QCOMPARE(meta.TextFont().families().value(0), fits ? name : QString());
+    }
+
+    void textsThatDoNotFit_areCountedForOneMessage()
+    {
+        const QString text = QStringLiteral("ESC \"ZD\" *1024 \"x\" ");
+        LoadBytes(File(text + text + text + QStringLiteral("ESC \"R!\" BEL")));
+        QTest::ignoreMessage(
+            QtWarningMsg, "plotvw: 3 texts or font names of more than 1023 bytes are not drawn.");
+        QCOMPARE(Drawn(Record()), QStringList());
     }
 
     void hugeTextSizes_areHarmless()

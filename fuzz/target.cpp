@@ -1,0 +1,165 @@
+// SPDX-License-Identifier: MIT
+// SPDX-FileCopyrightText: 2026 plotvw contributors
+#include "fuzz/target.h"
+
+#include "app/globals.h"
+#include "meta/plfbuffer.h"
+#include "meta/plfmeta.h"
+#include "support/text.h"
+
+#include <QDir>
+#include <QEvent>
+#include <QFile>
+#include <QMetaObject>
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <iterator>
+
+#include <sys/mman.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+// Asked by the leak checker. The fonts' library loses its caches while the application lives.
+extern "C" const char* __lsan_default_suppressions();
+extern "C" const char* __lsan_default_suppressions()
+{
+    return "leak:libfontconfig\n";
+}
+
+namespace fuzz {
+
+namespace {
+
+void DropMessage(QtMsgType type, const QMessageLogContext& /*context*/, const QString& text)
+{
+    if (type != QtFatalMsg)
+        return;
+    std::fprintf(stderr, "%s\n", qPrintable(text));
+    std::abort();
+}
+
+} // namespace
+
+void Require(bool kept, const char* promise)
+{
+    if (kept)
+        return;
+    std::fprintf(stderr, "broken promise: %s\n", promise);
+    std::abort();
+}
+
+void PrepareToolkit()
+{
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    qputenv("CUPS_SERVER", "/nowhere/printers");
+    qInstallMessageHandler(DropMessage);
+}
+
+Sandbox::Sandbox()
+    : root(QStringLiteral("/dev/shm/plotvw-fuzz-XXXXXX")),
+      folder(root.path() + QStringLiteral("/work"))
+{
+    const QByteArray path = QFile::encodeName(folder);
+    Require(QDir().mkpath(folder) && QDir::setCurrent(folder), "a folder can be made");
+    for (char* global : {gszCurdir, gszHomedir, gszExePath, gszTmppath})
+        Require(CopyText(global, kPathSize, path.constData()), "a short path fits");
+    qputenv("HOME", path);
+}
+
+void Sandbox::Write(const char* name, const QByteArray& bytes) const
+{
+    QFile file(Path(name));
+    Require(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size(),
+            "the sandbox can be written to");
+}
+
+// An input may have made files in the outer folder too.
+void Sandbox::Clear() const
+{
+    for (const QString& place : {folder, root.path()}) {
+        for (const QString& name : QDir(place).entryList(QDir::Files | QDir::Hidden | QDir::System))
+            QFile::remove(place + u'/' + name);
+    }
+}
+
+QString Sandbox::Path(const char* name) const
+{
+    return folder + u'/' + QString::fromLocal8Bit(name);
+}
+
+MemoryFile::MemoryFile()
+    : fd(memfd_create("input", MFD_CLOEXEC)), path("/proc/self/fd/" + std::to_string(fd))
+{
+    Require(fd >= 0, "a file in memory can be made");
+}
+
+MemoryFile::~MemoryFile()
+{
+    close(fd);
+}
+
+void MemoryFile::Replace(const uint8_t* data, size_t size) const
+{
+    Require(ftruncate(fd, 0) == 0 && pwrite(fd, data, size, 0) == static_cast<ssize_t>(size),
+            "a file in memory can be written to");
+}
+
+QByteArray MemoryFile::Contents() const
+{
+    struct stat info = {};
+    fstat(fd, &info);
+    QByteArray bytes(info.st_size, Qt::Uninitialized);
+    Require(pread(fd, bytes.data(), static_cast<size_t>(bytes.size()), 0) == bytes.size(),
+            "a file in memory can be read");
+    return bytes;
+}
+
+void ResetGlobals()
+{
+    FreePlfBuffer();
+    for (char* text : {gszPlffileOrig, gszPlffileName, gszCurrentWorkingDir, gszCvtFilenameBase,
+                       gszCvtFilename, gszKrvServerName})
+        text[0] = 0;
+    std::fill(std::begin(gszFileVersion), std::end(gszFileVersion), '\0');
+    static_cast<void>(CopyText(gszFileVersion, "1.0"));
+    SetRect(&grWinPos, 200, 200, 840, 687);
+    gfCmdlineWndpos = giCmdArg = giCmdPrintOrientation = giCmdPrintPapertype = giAutosave = 0;
+    gbBkClrWhite = true;
+    gbCmdQuit = gbIsTempFile = false;
+    giExportQuality = 10;
+    giPrtMinLineWidth = 2;
+    giPageX = giPageY = 0;
+    gdPageSizeX = gdPageSizeY = 1.0;
+    gfEpsUseBkClr = gfEpsCvt2Blk = 0;
+    gdEpsCvtScale = 0.25;
+    gdwFilesize = gdwBkClrFile = gdwVectorCnt = 0;
+}
+
+bool LoadGraph(const uint8_t* data, size_t size)
+{
+    static MemoryFile file;
+    file.Replace(data, size);
+    char message[kLoadMessageSize] = "";
+    const bool loaded = LoadPlfFile(file.Path(), message) == 0;
+    Require(loaded == (gpPlfmembuf != nullptr), "a refused file leaves no graph");
+    Require(loaded || message[0] != 0, "a refusal is explained");
+    return loaded;
+}
+
+Rect WholeArea()
+{
+    Rect whole = {};
+    SetRect(&whole, 0, 0, kPlfWidth, kPlfHeight);
+    return whole;
+}
+
+bool Refuser::eventFilter(QObject* watched, QEvent* event)
+{
+    if (event->type() == QEvent::Show && watched->inherits("QDialog"))
+        QMetaObject::invokeMethod(watched, "reject", Qt::QueuedConnection);
+    return false;
+}
+
+} // namespace fuzz
