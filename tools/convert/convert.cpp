@@ -89,10 +89,7 @@ QString WritePicture(const Job& job, int number, const PictureSettings& settings
     if (!problem.isEmpty())
         return About(job, problem);
     problem = DrawPicture(job.input, job.format, settings, &output);
-    // A failure to write is the reason for what else went wrong.
-    if (!output.Problem().isEmpty())
-        problem = output.Problem();
-    else if (problem.isEmpty())
+    if (problem.isEmpty())
         problem = output.Commit(rules.keepExisting);
     return problem.isEmpty() ? problem : About(job, problem);
 }

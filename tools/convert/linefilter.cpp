@@ -11,8 +11,8 @@ bool LineFilterEngine::begin(QPaintDevice* /*device*/)
 
 QPen LineFilterEngine::Filtered(QPen pen) const
 {
-    if (pen.width() < filter.minPenWidth)
-        pen.setWidth(filter.minPenWidth);
+    if (pen.widthF() < filter.minPenWidth)
+        pen.setWidthF(filter.minPenWidth);
     return pen;
 }
 

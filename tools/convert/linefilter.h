@@ -11,7 +11,7 @@
 /// What is changed on the way.
 struct LineFilterRules {
     bool withoutBackground = false; // filled rectangles are left out; only the background is one
-    int minPenWidth = 0;            // thinner pens become that wide, drawing units
+    double minPenWidth = 0.0;       // thinner pens become that wide, drawing units
 };
 
 class LineFilterEngine : public QPaintEngine

@@ -104,7 +104,7 @@ template <typename Parse> auto Reader::Get(const char* name, Parse parse, const 
         return decltype(parse(QString())){};
     const auto value = parse(Value(name));
     if (!value)
-        Complain(QStringLiteral("--%1 '%2': expected is %3")
+        Complain(QStringLiteral("--%1 '%2': it must be %3")
                      .arg(Text(name), Value(name), Text(expected)));
     return value;
 }

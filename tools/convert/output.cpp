@@ -88,26 +88,19 @@ bool Output::IsReplacing() const
     return !temporary.isEmpty() && access(target.constData(), F_OK) == 0;
 }
 
-QString Output::Problem() const
-{
-    return firstError == 0 ? QString() : Reason(firstError);
-}
-
 qint64 Output::readData(char* /*data*/, qint64 /*size*/)
 {
     return -1;
 }
 
-// After a failure nothing more is written: those who paint do not look.
+// After a failure the rest is taken and dropped. The failure is told at the end, once: some of
+// those who write do not look, and others print words of their own.
 qint64 Output::writeData(const char* data, qint64 size)
 {
-    if (firstError != 0)
-        return -1;
     const auto bytes = static_cast<size_t>(size);
-    if (fwrite(data, 1, bytes, file.get()) == bytes)
-        return size;
-    firstError = errno;
-    return -1;
+    if (firstError == 0 && fwrite(data, 1, bytes, file.get()) != bytes)
+        firstError = errno;
+    return size;
 }
 
 QString Output::Commit(bool keepExisting)
@@ -120,7 +113,7 @@ QString Output::Commit(bool keepExisting)
     if (fclose(file.release()) != 0 && firstError == 0)
         firstError = errno;
     if (firstError != 0)
-        return Problem();
+        return Reason(firstError);
     return temporary.isEmpty() ? QString() : Rename(keepExisting);
 }
 

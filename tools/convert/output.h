@@ -31,11 +31,8 @@ public:
     QString Open();
     /// Finishes the file and gives it its name, with the permissions of a file that it replaces.
     /// @param keepExisting  replace no file
-    /// @return empty, or why that failed: also any earlier failure to write
+    /// @return empty, or why that failed; a write that failed before is told here
     QString Commit(bool keepExisting);
-    /// Why a write failed first; empty when none has.
-    [[nodiscard]] QString Problem() const;
-
     [[nodiscard]] bool isSequential() const override { return true; }
 
 protected:

@@ -37,6 +37,11 @@ int Dpi(const PictureSettings& settings)
     return settings.dpi.value_or(kScreenDpi);
 }
 
+double AreaWidth(const PictureSettings& settings)
+{
+    return settings.area ? settings.area->width() : kPlfWidth;
+}
+
 Rect ZoomOf(const PictureSettings& settings)
 {
     Rect zoom = {};
@@ -68,15 +73,30 @@ void InterpretThroughFilter(const QByteArray& name, QPainter* painter,
     Interpret(name, &filtered, settings, 0);
 }
 
-void Paint(const QByteArray& name, QPainter* painter, const PictureSettings& settings)
+void Paint(const QByteArray& name, QPainter* painter, const PictureSettings& settings,
+           const LineFilterRules& rules)
 {
     painter->setRenderHint(QPainter::Antialiasing);
-    const LineFilterRules rules = {settings.background == Background::kTransparent,
-                                   settings.minLineWidth.value_or(0) / kScreenWidths};
-    if (rules.withoutBackground || rules.minPenWidth > 0)
+    if (rules.withoutBackground || rules.minPenWidth > 0.0)
         InterpretThroughFilter(name, painter, settings, rules);
     else
         Interpret(name, painter, settings, 0);
+}
+
+LineFilterRules ImageRules(const PictureSettings& settings)
+{
+    const int minPenWidth = settings.minLineWidth.value_or(0) / kScreenWidths;
+    return {settings.background == Background::kTransparent, static_cast<double>(minPenWidth)};
+}
+
+// In an image no line is thinner than a pixel. Without pixels such a line, or one of no width,
+// would look different in each program that shows it, and vanish on paper.
+LineFilterRules VectorRules(const PictureSettings& settings)
+{
+    LineFilterRules rules = ImageRules(settings);
+    const double pixel = AreaWidth(settings) / PictureSize(settings).width();
+    rules.minPenWidth = std::max(rules.minPenWidth, pixel);
+    return rules;
 }
 
 QString DrawImage(const QByteArray& name, const char* format, const PictureSettings& settings,
@@ -92,7 +112,7 @@ QString DrawImage(const QByteArray& name, const char* format, const PictureSetti
     image.fill(transparent ? Qt::transparent : Qt::white);
     {
         QPainter painter(&image);
-        Paint(name, &painter, settings);
+        Paint(name, &painter, settings, ImageRules(settings));
     }
     // Only now: texts are as large as the screen's resolution makes them.
     const int dotsPerMeter = static_cast<int>(std::lround(Dpi(settings) / kMetersPerInch));
@@ -115,7 +135,7 @@ QString PaintOn(QPaintDevice* device, const QByteArray& name, const PictureSetti
     font.setPixelSize(std::max(
         static_cast<int>(std::lround(font.pointSizeF() * kScreenDpi / kPointsPerInch)), 1));
     painter.setFont(font);
-    Paint(name, &painter, settings);
+    Paint(name, &painter, settings, VectorRules(settings));
     return painter.end() ? QString() : QStringLiteral("the picture cannot be finished");
 }
 
@@ -159,9 +179,9 @@ void SetEpsGlobals(const PictureSettings& settings)
     gdEpsCvtScale = kScale;
     if (!settings.width && !settings.dpi)
         return;
-    const double areaWidth = settings.area ? settings.area->width() : kPlfWidth;
     const double width = PictureSize(settings).width() * kPointsPerInch / Dpi(settings);
-    gdEpsCvtScale = std::max(std::round(width / areaWidth * kEpsScaleSteps), 1.0) / kEpsScaleSteps;
+    gdEpsCvtScale =
+        std::max(std::round(width / AreaWidth(settings) * kEpsScaleSteps), 1.0) / kEpsScaleSteps;
 }
 
 QString DrawEps(const QByteArray& name, const PictureSettings& settings, QIODevice* output)

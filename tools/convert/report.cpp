@@ -39,9 +39,10 @@ void Report::Add(const QByteArray& input, const Outcome& outcome)
 
 void Report::Print(const QByteArray& input, const QString& text) const
 {
+    const QByteArray name = input == kStandardStream ? "standard input" : VisibleName(input);
     ClearBar();
     for (const QString& line : text.split(u'\n'))
-        fprintf(stderr, "plfconvert: %s: %s\n", VisibleName(input).constData(), qPrintable(line));
+        fprintf(stderr, "plfconvert: %s: %s\n", name.constData(), qPrintable(line));
 }
 
 void Report::ClearBar() const
