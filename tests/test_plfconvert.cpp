@@ -9,6 +9,7 @@
 #include "tools/convert/naming.h"
 #include "tools/convert/options.h"
 #include "tools/convert/output.h"
+#include "tools/convert/palettize.h"
 #include "tools/convert/plan.h"
 #include "tools/convert/report.h"
 #include "tools/convert/workers.h"
@@ -413,6 +414,26 @@ private slots:
         report.Add("d", {Outcome::kSkipped, {}});
         QCOMPARE(report.Summary(), QByteArray("4 files: 2 converted, 1 skipped, 1 failed"));
         QCOMPARE(report.FailureCount(), 1);
+    }
+
+    void imageOfFewColors_getsATable_data()
+    {
+        QTest::addColumn<int>("colors");
+        QTest::newRow("one") << 1;
+        QTest::newRow("as many as fit") << 256;
+        QTest::newRow("one more") << 257;
+    }
+    void imageOfFewColors_getsATable()
+    {
+        QFETCH(int, colors);
+        QImage image(100, 10, QImage::Format_ARGB32);
+        for (int i = 0; i < 1000; ++i)
+            image.setPixel(i % 100, i / 100, qRgba(i % colors % 250, i % colors / 250, 7, 99));
+        image.setDotsPerMeterX(1234);
+        const QImage palettized = Palettized(image);
+        QCOMPARE(palettized.format() == QImage::Format_Indexed8, colors <= 256);
+        QCOMPARE(palettized.convertToFormat(QImage::Format_ARGB32), image);
+        QCOMPARE(palettized.dotsPerMeterX(), 1234);
     }
 
     void output_appearsWhenItIsCommitted()
