@@ -249,6 +249,7 @@ private slots:
     void standardStreams_areReadAndWritten_data();
     void standardStreams_areReadAndWritten();
     void format_mayDifferFromTheExtension();
+    void closedOutput_isToldSo();
     void displayAndHome_areNotNeeded();
     void commaLocale_changesNothing();
 
@@ -569,6 +570,19 @@ void TestConverting::format_mayDifferFromTheExtension()
     QVERIFY(Contents(Path("thumbnail")).startsWith("\x89PNG"));
     ConvertWell("--format svg a.plf b.png");
     QVERIFY(Contents(Path("b.png")).startsWith("<?xml"));
+}
+
+void TestConverting::closedOutput_isToldSo()
+{
+    Write(Path("a.plf"), SmallGraph());
+    QProcess shell;
+    shell.setWorkingDirectory(folder->path());
+    shell.setProcessEnvironment(environment);
+    shell.start(Text("bash"),
+                {Text("-c"), Text("exec \"$0\" -f png a.plf - >&- <&-"), Text(PLFCONVERT_PROGRAM)});
+    const Call call = Finish(&shell);
+    QVERIFY2(call.errors.startsWith("plfconvert: a.plf: -: "), call.errors.constData());
+    QCOMPARE(call.code, 1);
 }
 
 void TestConverting::displayAndHome_areNotNeeded()

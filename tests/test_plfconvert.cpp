@@ -517,6 +517,18 @@ private slots:
         QVERIFY(!output.Open().isEmpty());
     }
 
+    void leftovers_areRemoved()
+    {
+        const Job job = {"a.plf", folder->filePath(QStringLiteral("a.png")).toLocal8Bit(),
+                         Format::kPng};
+        const QString unfinished = QString::fromLocal8Bit(TemporaryName(job.output, "token-3"));
+        Write(unfinished, "half");
+        RemoveLeftovers(job, 4, {.token = "token"});
+        QVERIFY(QFile::exists(unfinished));
+        RemoveLeftovers(job, 3, {.token = "token"});
+        QVERIFY(!QFile::exists(unfinished));
+    }
+
     void epsPipe_passesOnWhatIsWrittenToItsName()
     {
         const QByteArray text(1000000, 'e');

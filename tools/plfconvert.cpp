@@ -15,6 +15,7 @@
 #include <QGuiApplication>
 #include <QRandomGenerator>
 
+#include <fcntl.h>
 #include <langinfo.h>
 #include <unistd.h>
 
@@ -49,6 +50,18 @@ void UseUtf8()
     std::setlocale(LC_CTYPE, "");
     if (strcmp(nl_langinfo(CODESET), "UTF-8") != 0)
         qputenv("LC_ALL", "C.UTF-8");
+}
+
+// A stream that the caller closed would give its number to one of the pipes between the processes,
+// and pictures would be written into that. Here its number is taken, by what can only fail.
+void TakeClosedStreams()
+{
+    for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+        const int how = stream == STDIN_FILENO ? O_WRONLY : O_RDONLY;
+        // The lowest free number is given first, and those before this one are taken.
+        if (fcntl(stream, F_GETFD) == -1)
+            open("/dev/null", how);
+    }
 }
 
 void SetDefault(const char* variable, const char* value)
@@ -173,6 +186,7 @@ int ExitCodeOf(const WorkResult& result, bool hasFailures)
 
 int main(int argc, char** argv)
 {
+    TakeClosedStreams();
     UseUtf8();
     qInstallMessageHandler(KeepMessage);
     const CommandLine line = ReadArguments(argc, argv);
