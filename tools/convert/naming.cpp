@@ -45,10 +45,11 @@ void ExpandBrace(const QString& pattern, qsizetype* at, const NameParts& parts, 
     }
     const QString placeholder = pattern.sliced(*at + 1, end - *at - 1);
     const auto part = PartOf(parts, placeholder);
-    if (!part)
+    if (!part) {
         result->problem = QStringLiteral("{%1} is not known; there are {name}, {dir}, {ext} and "
                                          "{number}")
                               .arg(placeholder);
+    }
     result->text += part.value_or(QString());
     *at = end;
 }

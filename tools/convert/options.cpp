@@ -182,10 +182,11 @@ void Reader::ReadFormat(Options* options)
         options->output.isEmpty() ? ExpandPattern(options->pattern, {}) : options->output;
     const auto format = Has("format") ? Get("format", ParseFormat, "png, jpeg, svg, pdf or eps")
                                       : FormatOfName(name);
-    if (!format)
+    if (!format) {
         Complain(QStringLiteral("'%1': its extension is no known format; there are png, jpg, svg, "
                                 "pdf and eps, or give --format")
                      .arg(name));
+    }
     options->format = format.value_or(Format::kPng);
 }
 
@@ -208,6 +209,12 @@ void Reader::CheckSize(const Options& options)
                       "height, and 268435456 together"));
 }
 
+QString VersionText()
+{
+    return QCoreApplication::applicationName() + u' ' + QCoreApplication::applicationVersion() +
+           u'\n';
+}
+
 } // namespace
 
 CommandLine ReadCommandLine(const QStringList& arguments)
@@ -219,10 +226,7 @@ CommandLine ReadCommandLine(const QStringList& arguments)
     if (parser.isSet(Text("help")))
         return {{}, parser.helpText(), false};
     if (parser.isSet(Text("version")))
-        return {{},
-                QCoreApplication::applicationName() + u' ' +
-                    QCoreApplication::applicationVersion() + u'\n',
-                false};
+        return {{}, VersionText(), false};
     Reader reader(parser);
     Options options = reader.Read();
     if (!reader.Problem().isEmpty())

@@ -137,10 +137,11 @@ QString DrawImage(const QByteArray& name, Format format, const PictureSettings& 
     const bool transparent = settings.background == Background::kTransparent;
     const QSize size = PictureSize(settings);
     QImage image(size, transparent ? QImage::Format_ARGB32_Premultiplied : QImage::Format_RGB32);
-    if (image.isNull())
+    if (image.isNull()) {
         return QStringLiteral("not enough memory for %1 x %2 pixels")
             .arg(size.width())
             .arg(size.height());
+    }
     PaintImage(name, settings, &image);
     return format == Format::kPng ? WritePng(image, output)
                                   : WriteJpeg(image, settings.quality, output);

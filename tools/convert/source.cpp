@@ -62,7 +62,7 @@ QString FileProblem(const char* name)
 
 QString LoadFile(QByteArray name)
 {
-    const QString problem = FileProblem(name.constData());
+    QString problem = FileProblem(name.constData());
     if (!problem.isEmpty())
         return problem;
     char message[kLoadMessageSize] = "";

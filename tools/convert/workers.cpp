@@ -172,10 +172,11 @@ bool MakePipe(Fd* readEnd, Fd* writeEnd)
 
 QString DeathReason(int status)
 {
-    if (WIFSIGNALED(status))
+    if (WIFSIGNALED(status)) {
         return QStringLiteral("its conversion was ended by signal %1 (%2)")
             .arg(WTERMSIG(status))
             .arg(QString::fromLocal8Bit(strsignal(WTERMSIG(status))));
+    }
     return QStringLiteral("its conversion ended by itself with code %1").arg(WEXITSTATUS(status));
 }
 
