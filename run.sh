@@ -15,6 +15,7 @@ source "$root/packaging/packages.sh"
 
 readonly build=$root/build/release
 readonly picture_width=1280
+readonly picture_line_scale=2
 # What counts as an option wherever it stands in an argument of the viewer.
 readonly option='-(wp=|po=|p|c=|cf=|svrname=|q|tmp|cwd=|\?)'
 
@@ -40,7 +41,7 @@ install_and_build() {
   cd -- "$root"
   [[ -f $build/build.ninja ]] || echo "Building in ${build#"$root/"} ..."
   quietly cmake --preset release
-  quietly cmake --build --preset release --target plotvw plfpicture
+  quietly cmake --build --preset release --target plotvw plfconvert
 }
 
 # open_window FILE: show a graph; returns 3 when there turns out to be no display.
@@ -77,7 +78,7 @@ draw_picture() {
   name=$(basename -- "$1")
   local picture=$root/out/${name%.plf}.png
   mkdir -p -- "$root/out"
-  XDG_RUNTIME_DIR=$temporary "$build/tools/plfpicture" --width "$picture_width" -- "$1" "$picture"
+  "$build/tools/plfconvert" --width "$picture_width" --line-scale "$picture_line_scale" -- "$1" "$picture"
   echo "Picture: $picture"
 }
 

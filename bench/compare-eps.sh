@@ -4,15 +4,15 @@
 #
 # Compare the EPS export, as a whole process from the start to the file, with tek2plot on the same streams.
 #
-#   compare-eps.sh PLFPICTURE FOLDER [RUNS]
+#   compare-eps.sh PLFCONVERT FOLDER [RUNS]
 #
-# PLFPICTURE is the program of that name in a release build, FOLDER what ../samples/make-large.sh made, and of RUNS runs
+# PLFCONVERT is the program of that name in a release build, FOLDER what ../samples/make-large.sh made, and of RUNS runs
 # each, 7 when it is left out, the median counts. Debian package: plotutils.
 set -euo pipefail
 export LC_ALL=C
 
-picture=${1:?usage: compare-eps.sh PLFPICTURE FOLDER [RUNS]}
-folder=${2:?usage: compare-eps.sh PLFPICTURE FOLDER [RUNS]}
+convert=${1:?usage: compare-eps.sh PLFCONVERT FOLDER [RUNS]}
+folder=${2:?usage: compare-eps.sh PLFCONVERT FOLDER [RUNS]}
 runs=${3:-7}
 
 if ! command -v tek2plot >/dev/null; then
@@ -34,7 +34,7 @@ median() {
 }
 
 export_eps() {
-  "$picture" "$1" "$out/ours.eps" 2>"$out/messages"
+  "$convert" "$1" "$out/ours.eps" 2>"$out/messages"
 }
 
 convert_ps() {

@@ -5,12 +5,12 @@
 # The Debian 12 packages that the project needs, by what for, and how they are installed. Scripts read this file.
 
 # To build the program, and a font to draw texts with.
-build_packages=(cmake fonts-dejavu-core g++ libgl-dev ninja-build qt6-base-dev)
+build_packages=(cmake fonts-dejavu-core g++ libgl-dev ninja-build qt6-base-dev qt6-svg-dev)
 # The same, for a desktop without an X server.
 wayland_packages=(qt6-wayland)
-# To build and run the tests: SVG pictures, readers of PostScript and PDF, a print server, locales of other countries,
+# To build and run the tests: readers of PostScript and PDF, a print server, locales of other countries,
 # and a screen with a window manager and a user.
-test_packages=(cups-client cups-daemon ghostscript locales openbox poppler-utils qt6-svg-dev x11-utils xdotool xvfb)
+test_packages=(cups-client cups-daemon ghostscript locales openbox poppler-utils x11-utils xdotool xvfb)
 # To build with sanitizers, and names in their reports.
 sanitizer_packages=(clang libclang-rt-14-dev llvm)
 # To check the sources.

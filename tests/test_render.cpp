@@ -6,6 +6,7 @@
 #include "meta/plfmeta.h"
 #include "support/log.h"
 #include "tests/graph.h"
+#include "tests/plainpainter.h"
 #include "tests/recorder.h"
 #include "tests/script.h"
 
@@ -61,28 +62,6 @@ QStringList RecordPrinted(int dpi)
     Recorder recorder({640, 487}, true);
     DrawOn(&recorder, &printer);
     return recorder.Operations();
-}
-
-// What the operations of a recording look like when they are painted one by one.
-QImage PaintPlainly(const QStringList& operations, QSize size)
-{
-    QImage image(size, QImage::Format_RGB32);
-    image.fill(Qt::red);
-    QPainter painter(&image);
-    painter.setRenderHint(QPainter::Antialiasing);
-    for (const QString& operation : operations) {
-        const QStringList words = operation.split(u' ');
-        const auto number = [&words](int at) { return words[at].toInt(); };
-        if (words[0] == u"window")
-            painter.setWindow(number(1), number(2), number(3), number(4));
-        if (words[0] == u"fill")
-            painter.fillRect(number(1), number(2), number(3), number(4), QColor(words[5]));
-        if (words[0] == u"line") {
-            painter.setPen(QPen(QColor(words[5]), number(6)));
-            painter.drawLine(number(1), number(2), number(3), number(4));
-        }
-    }
-    return image;
 }
 
 const QString kCross = QStringLiteral("ESC \"GT9\" GS @0,0 @4095,3119 GS @0,3119 @4095,0 BEL");

@@ -1,0 +1,15 @@
+// SPDX-License-Identifier: MIT
+// SPDX-FileCopyrightText: 2026 plotvw contributors
+//
+// Painting the operations of a recording one by one, in the plainest way there is, to compare
+// pictures with.
+#pragma once
+
+#include <QImage>
+#include <QSize>
+#include <QStringList>
+
+/// What the operations (see recorder.h) look like on an image of that format, which is transparent
+/// if it can be and red if not, so that what the background leaves uncovered is seen.
+QImage PaintPlainly(const QStringList& operations, QSize size,
+                    QImage::Format format = QImage::Format_RGB32);

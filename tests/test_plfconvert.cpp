@@ -1,0 +1,593 @@
+// SPDX-License-Identifier: MIT
+// SPDX-FileCopyrightText: 2026 plotvw contributors
+//
+// The converter's parts: what its options mean, how pictures are named, how files get their names,
+// and what becomes of workers that die.
+#include "tools/convert/arguments.h"
+#include "tools/convert/epspipe.h"
+#include "tools/convert/names.h"
+#include "tools/convert/naming.h"
+#include "tools/convert/options.h"
+#include "tools/convert/output.h"
+#include "tools/convert/palettize.h"
+#include "tools/convert/plan.h"
+#include "tools/convert/report.h"
+#include "tools/convert/workers.h"
+
+#include <QBuffer>
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+#include <QtTest>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <map>
+#include <memory>
+#include <optional>
+
+namespace {
+
+CommandLine Read(const QString& arguments)
+{
+    return ReadCommandLine(QStringLiteral("plfconvert ").append(arguments).split(u' '));
+}
+
+Options ReadValid(const QString& arguments)
+{
+    const CommandLine line = Read(arguments);
+    if (!line.options)
+        qWarning("%s", qPrintable(line.text));
+    return line.options.value_or(Options{});
+}
+
+void Write(const QString& name, const QByteArray& bytes)
+{
+    QFile file(name);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    QCOMPARE(file.write(bytes), bytes.size());
+}
+
+QByteArray Contents(const QString& name)
+{
+    QFile file(name);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(no file)");
+}
+
+QStringList Outputs(const std::vector<PlannedJob>& plan)
+{
+    QStringList outputs;
+    for (const PlannedJob& planned : plan)
+        outputs += planned.problem.isEmpty() ? QString::fromUtf8(planned.job.output) : QString();
+    return outputs;
+}
+
+// The outcomes of jobs by their numbers; a job whose number is in the set ends its worker.
+std::map<int, Outcome> RunJobs(int count, int workers, const QSet<int>& deadly)
+{
+    std::map<int, Outcome> outcomes;
+    const WorkerTasks tasks = {
+        [] { return nullptr; },
+        [&deadly](int job) {
+            if (deadly.contains(job))
+                raise(SIGKILL);
+            return Outcome{Outcome::kConverted, QString::number(job)};
+        },
+        [&outcomes](int job, const Outcome& outcome) { outcomes[job] = outcome; },
+        [](int) {},
+    };
+    [&] { QVERIFY(RunWorkers(count, workers, tasks).started); }();
+    return outcomes;
+}
+
+} // namespace
+
+class TestPlfConvert : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init()
+    {
+        folder.emplace();
+        QVERIFY(folder->isValid());
+    }
+
+    void integer_isDigitsWithinItsRange_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<int>("value"); // -1 = none
+        QTest::newRow("least") << QStringLiteral("1") << 1;
+        QTest::newRow("most") << QStringLiteral("100") << 100;
+        QTest::newRow("leading zero") << QStringLiteral("007") << 7;
+        QTest::newRow("below") << QStringLiteral("0") << -1;
+        QTest::newRow("above") << QStringLiteral("101") << -1;
+        QTest::newRow("empty") << QString() << -1;
+        QTest::newRow("sign") << QStringLiteral("+5") << -1;
+        QTest::newRow("blank") << QStringLiteral(" 5") << -1;
+        QTest::newRow("more behind") << QStringLiteral("5px") << -1;
+        QTest::newRow("fraction") << QStringLiteral("5.0") << -1;
+        QTest::newRow("beyond an int") << QStringLiteral("99999999999") << -1;
+        QTest::newRow("other digits") << QStringLiteral("٣") << -1;
+    }
+    void integer_isDigitsWithinItsRange()
+    {
+        QFETCH(QString, text);
+        QTEST(ParseInteger(text, 1, 100).value_or(-1), "value");
+    }
+
+    void size_isTwoSides_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QSize>("size"); // invalid = none
+        QTest::newRow("plain") << QStringLiteral("640x487") << QSize(640, 487);
+        QTest::newRow("capital") << QStringLiteral("640X487") << QSize(640, 487);
+        QTest::newRow("smallest") << QStringLiteral("1x1") << QSize(1, 1);
+        QTest::newRow("longest") << QStringLiteral("32767x1") << QSize(32767, 1);
+        QTest::newRow("most pixels") << QStringLiteral("16384x16384") << QSize(16384, 16384);
+        QTest::newRow("too many pixels") << QStringLiteral("16385x16384") << QSize();
+        QTest::newRow("too long") << QStringLiteral("32768x1") << QSize();
+        QTest::newRow("no width") << QStringLiteral("0x10") << QSize();
+        QTest::newRow("no height") << QStringLiteral("10x0") << QSize();
+        QTest::newRow("negative") << QStringLiteral("-10x10") << QSize();
+        QTest::newRow("one side") << QStringLiteral("640") << QSize();
+        QTest::newRow("three sides") << QStringLiteral("1x2x3") << QSize();
+        QTest::newRow("half") << QStringLiteral("640x") << QSize();
+        QTest::newRow("empty") << QString() << QSize();
+    }
+    void size_isTwoSides()
+    {
+        QFETCH(QString, text);
+        QTEST(ParseSize(text).value_or(QSize()), "size");
+    }
+
+    void area_liesInTheGraph_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QRect>("area"); // null = none
+        QTest::newRow("whole") << QStringLiteral("0,0,4096,3120") << QRect(0, 0, 4096, 3120);
+        QTest::newRow("part") << QStringLiteral("10,20,30,50") << QRect(10, 20, 20, 30);
+        QTest::newRow("one unit") << QStringLiteral("5,5,6,6") << QRect(5, 5, 1, 1);
+        QTest::newRow("no width") << QStringLiteral("5,5,5,6") << QRect();
+        QTest::newRow("no height") << QStringLiteral("5,6,6,6") << QRect();
+        QTest::newRow("inverted") << QStringLiteral("30,20,10,50") << QRect();
+        QTest::newRow("upside down") << QStringLiteral("10,50,30,20") << QRect();
+        QTest::newRow("beyond the right") << QStringLiteral("0,0,4097,3120") << QRect();
+        QTest::newRow("beyond the bottom") << QStringLiteral("0,0,4096,3121") << QRect();
+        QTest::newRow("negative") << QStringLiteral("-1,0,10,10") << QRect();
+        QTest::newRow("three edges") << QStringLiteral("1,2,3") << QRect();
+        QTest::newRow("five edges") << QStringLiteral("1,2,3,4,5") << QRect();
+        QTest::newRow("empty") << QString() << QRect();
+    }
+    void area_liesInTheGraph()
+    {
+        QFETCH(QString, text);
+        QTEST(ParseArea(text).value_or(QRect()), "area");
+    }
+
+    void lineScale_isPositive_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<double>("scale"); // 0 = none
+        QTest::newRow("one") << QStringLiteral("1") << 1.0;
+        QTest::newRow("fraction") << QStringLiteral("0.5") << 0.5;
+        QTest::newRow("largest") << QStringLiteral("1000") << 1000.0;
+        QTest::newRow("too large") << QStringLiteral("1000.1") << 0.0;
+        QTest::newRow("comma") << QStringLiteral("0,5") << 0.0;
+        QTest::newRow("nothing") << QStringLiteral("0") << 0.0;
+        QTest::newRow("negative") << QStringLiteral("-1") << 0.0;
+        QTest::newRow("infinite") << QStringLiteral("inf") << 0.0;
+        QTest::newRow("no number") << QStringLiteral("nan") << 0.0;
+        QTest::newRow("word") << QStringLiteral("thick") << 0.0;
+    }
+    void lineScale_isPositive()
+    {
+        QFETCH(QString, text);
+        QTEST(ParseLineScale(text).value_or(0.0), "scale");
+    }
+
+    void extension_namesTheFormat_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QString>("extension"); // of the format; empty = none
+        QTest::newRow("png") << QStringLiteral("a.png") << QStringLiteral("png");
+        QTest::newRow("jpg") << QStringLiteral("a.jpg") << QStringLiteral("jpg");
+        QTest::newRow("jpeg") << QStringLiteral("a.jpeg") << QStringLiteral("jpg");
+        QTest::newRow("capitals") << QStringLiteral("A.SVG") << QStringLiteral("svg");
+        QTest::newRow("last one") << QStringLiteral("a.png.pdf") << QStringLiteral("pdf");
+        QTest::newRow("eps") << QStringLiteral("b/a.eps") << QStringLiteral("eps");
+        QTest::newRow("other") << QStringLiteral("a.gif") << QString();
+        QTest::newRow("none") << QStringLiteral("png") << QString();
+        QTest::newRow("of the folder") << QStringLiteral("a.png/b") << QString();
+    }
+    void extension_namesTheFormat()
+    {
+        QFETCH(QString, name);
+        const auto format = FormatOfName(name);
+        QTEST(format ? ExtensionOf(*format) : QString(), "extension");
+    }
+
+    void pictureSize_followsTheShapeOfTheArea()
+    {
+        PictureSettings settings;
+        QCOMPARE(PictureSize(settings), QSize(640, 487));
+        settings.width = 4096;
+        QCOMPARE(PictureSize(settings), QSize(4096, 3120));
+        settings.area = QRect(0, 0, 100, 200);
+        QCOMPARE(PictureSize(settings), QSize(4096, 8192));
+        settings.area = QRect(0, 0, 4096, 1);
+        settings.width = 100;
+        QCOMPARE(PictureSize(settings), QSize(100, 1));
+        settings.size = QSize(7, 9);
+        QCOMPARE(PictureSize(settings), QSize(7, 9));
+    }
+
+    void pattern_isExpanded_data()
+    {
+        QTest::addColumn<QString>("pattern");
+        QTest::addColumn<QString>("name");
+        QTest::newRow("default") << QStringLiteral("{name}.{ext}") << QStringLiteral("b.c.svg");
+        QTest::newRow("folder") << QStringLiteral("{dir}/x") << QStringLiteral("/a/x");
+        QTest::newRow("number") << QStringLiteral("{number}") << QStringLiteral("007");
+        QTest::newRow("twice") << QStringLiteral("{name}{name}") << QStringLiteral("b.cb.c");
+        QTest::newRow("braces") << QStringLiteral("{{{name}}}") << QStringLiteral("{b.c}");
+        QTest::newRow("none") << QStringLiteral("plain") << QStringLiteral("plain");
+    }
+    void pattern_isExpanded()
+    {
+        QFETCH(QString, pattern);
+        QCOMPARE(PatternProblem(pattern), QString());
+        QTEST(ExpandPattern(pattern, {QStringLiteral("/a/b.c.plf"), Format::kSvg, 7, 100}), "name");
+    }
+
+    void pattern_thatIsWrong_isToldSo_data()
+    {
+        QTest::addColumn<QString>("pattern");
+        QTest::newRow("empty") << QString();
+        QTest::newRow("folder") << QStringLiteral("a/");
+        QTest::newRow("unknown") << QStringLiteral("{nam}");
+        QTest::newRow("open") << QStringLiteral("{name");
+        QTest::newRow("close") << QStringLiteral("name}");
+        QTest::newRow("lone at the end") << QStringLiteral("a{");
+    }
+    void pattern_thatIsWrong_isToldSo()
+    {
+        QFETCH(QString, pattern);
+        QVERIFY(!PatternProblem(pattern).isEmpty());
+    }
+
+    void partsOfNames_areTaken()
+    {
+        QCOMPARE(BaseName(QStringLiteral("a/b.plf")), QStringLiteral("b"));
+        QCOMPARE(BaseName(QStringLiteral("a.b/c")), QStringLiteral("c"));
+        QCOMPARE(BaseName(QStringLiteral(".plf")), QStringLiteral(".plf"));
+        QCOMPARE(BaseName(QStringLiteral("-")), QStringLiteral("stdin"));
+        QCOMPARE(FolderOf(QStringLiteral("a/b/c.plf")), QStringLiteral("a/b"));
+        QCOMPARE(FolderOf(QStringLiteral("c.plf")), QStringLiteral("."));
+        QCOMPARE(FolderOf(QStringLiteral("/c.plf")), QStringLiteral("/"));
+    }
+
+    void names_survive_data()
+    {
+        QTest::addColumn<QByteArray>("name");
+        QTest::newRow("ascii") << QByteArray("graph one.plf");
+        QTest::newRow("utf-8") << QByteArray("Kr\303\244fte \xf0\x9f\x93\x88.plf");
+        QTest::newRow("latin-1") << QByteArray("Kr\344fte.plf");
+        QTest::newRow("both") << QByteArray("\xc3\xa4\xe4\x80\xff");
+        QTest::newRow("cut off") << QByteArray("\xf0\x9f\x93");
+        QTest::newRow("newline") << QByteArray("a\nb");
+    }
+    void names_survive()
+    {
+        QFETCH(QByteArray, name);
+        QCOMPARE(EncodeName(DecodeName(name)), name);
+        QCOMPARE(EncodeName(u'/' + DecodeName(name) + QStringLiteral("é")),
+                 '/' + name + "\xc3\xa9");
+    }
+
+    void nameInAMessage_staysOnItsLine()
+    {
+        QCOMPARE(VisibleName("a\nb\x1b[2J\x7f"), QByteArray("a\\x0ab\\x1b[2J\\x7f"));
+        QCOMPARE(VisibleName("\xc3\xa4"), QByteArray("\xc3\xa4"));
+    }
+
+    void commandLine_thatIsWrong_isToldWhy_data()
+    {
+        QTest::addColumn<QString>("arguments");
+        QTest::addColumn<QString>("reason"); // a part of the message
+        const auto row = [](const char* arguments, const char* reason) {
+            QTest::newRow(arguments)
+                << QString::fromLatin1(arguments) << QString::fromLatin1(reason);
+        };
+        row("a.plf", "--output-dir");
+        row("a.plf b.plf c.plf", "--output-dir");
+        row("--output-dir d", "no graph");
+        row("--output-dir= a.plf", "no folder");
+        row("a.plf b.gif", "no known format");
+        row("a.plf -", "--format");
+        row("--pattern {name} a.plf", "no known format");
+        row("--pattern {x}.png a.plf", "--pattern");
+        row("--format gif a.plf b", "--format 'gif'");
+        row("--size 10 a.plf b.png", "--size '10'");
+        row("--width 0 a.plf b.png", "--width '0'");
+        row("--size 10x10 --width 10 a.plf b.png", "exclude");
+        row("--size 10x10 a.plf b.eps", "--width instead");
+        row("--width 32767 --area 0,0,1,100 a.plf b.png", "too large");
+        row("--dpi 0 a.plf b.png", "--dpi '0'");
+        row("--area 5,5,5,5 a.plf b.png", "--area");
+        row("--background red a.plf b.png", "--background 'red'");
+        row("--background transparent a.plf b.jpg", "transparent");
+        row("--line-scale 0 a.plf b.png", "--line-scale");
+        row("--min-line-width -1 a.plf b.png", "--min-line-width");
+        row("--quality 0 a.plf b.jpg", "--quality '0'");
+        row("--quality 50 a.plf b.png", "JPEG alone");
+        row("--jobs 0 a.plf b.png", "--jobs '0'");
+        row("--colour a.plf b.png", "colour");
+    }
+    void commandLine_thatIsWrong_isToldWhy()
+    {
+        QFETCH(QString, arguments);
+        QFETCH(QString, reason);
+        const CommandLine line = Read(arguments);
+        QVERIFY(line.isWrong);
+        QVERIFY(!line.options);
+        QVERIFY2(line.text.contains(reason), qPrintable(line.text));
+    }
+
+    void commandLine_withoutOptions_isTheViewersPicture()
+    {
+        const Options options = ReadValid(QStringLiteral("a.plf b.png"));
+        QCOMPARE(options.inputs, QStringList(QStringLiteral("a.plf")));
+        QCOMPARE(options.output, QStringLiteral("b.png"));
+        QCOMPARE(options.picture.background, Background::kAllWhite);
+        QCOMPARE(options.picture.lineScale, 1.0);
+        QCOMPARE(options.picture.quality, 100);
+        QVERIFY(!options.picture.minLineWidth && !options.picture.black);
+        QVERIFY(options.workers >= 1);
+    }
+
+    void format_isThatOfTheOption_thenOfTheName()
+    {
+        QCOMPARE(ReadValid(QStringLiteral("-f svg a.plf b.png")).format, Format::kSvg);
+        QCOMPARE(ReadValid(QStringLiteral("-d out a.plf")).format, Format::kPng);
+        QCOMPARE(ReadValid(QStringLiteral("-d out -f pdf a.plf")).format, Format::kPdf);
+        QCOMPARE(ReadValid(QStringLiteral("--pattern {name}.eps a.plf")).format, Format::kEps);
+    }
+
+    void helpAndVersion_arePrintedInstead()
+    {
+        const CommandLine help = Read(QStringLiteral("--help"));
+        QVERIFY(!help.options && !help.isWrong);
+        QVERIFY(help.text.contains(QStringLiteral("--min-line-width")));
+        const CommandLine version = Read(QStringLiteral("--version"));
+        QVERIFY(!version.options && !version.isWrong && !version.text.isEmpty());
+    }
+
+    void plan_namesEveryPicture()
+    {
+        Options options = ReadValid(QStringLiteral("-d out x/a.plf b.plf"));
+        QCOMPARE(Outputs(MakePlan(options)),
+                 QStringList({QStringLiteral("out/a.png"), QStringLiteral("out/b.png")}));
+        options.pattern = QStringLiteral("{dir}/{number}.png");
+        options.outputFolder.clear();
+        QCOMPARE(Outputs(MakePlan(options)),
+                 QStringList({QStringLiteral("x/1.png"), QStringLiteral("./2.png")}));
+    }
+
+    void plan_refusesASecondPictureOfThatName()
+    {
+        const auto plan =
+            MakePlan(ReadValid(QStringLiteral("-d out x/a.plf b.plf y/a.plf ./x/../x/a.plf")));
+        QCOMPARE(Outputs(plan), QStringList({QStringLiteral("out/a.png"),
+                                             QStringLiteral("out/b.png"), QString(), QString()}));
+        QVERIFY(plan[2].problem.contains(QStringLiteral("out/a.png")));
+    }
+
+    void plan_takesTheGraphsOfAFolder()
+    {
+        for (const char* name : {"b.plf", "a.PLF", "note.txt", "c.plf.bak"})
+            Write(folder->filePath(QString::fromLatin1(name)), "x");
+        QVERIFY(QDir(folder->path()).mkdir(QStringLiteral("sub.plf")));
+        const auto plan = MakePlan(ReadValid(QStringLiteral("-d out ") + folder->path()));
+        QCOMPARE(Outputs(plan),
+                 QStringList({QStringLiteral("out/a.png"), QStringLiteral("out/b.png")}));
+    }
+
+    void plan_ofAFolderWithoutGraphs_saysSo()
+    {
+        const auto plan = MakePlan(ReadValid(QStringLiteral("-d out ") + folder->path()));
+        QCOMPARE(plan.size(), 1U);
+        QVERIFY(!plan[0].problem.isEmpty());
+    }
+
+    void summary_counts()
+    {
+        Report report(4, true);
+        report.Add("a", {Outcome::kConverted, {}});
+        report.Add("b", {Outcome::kConverted, {}});
+        report.Add("c", {Outcome::kFailed, {}});
+        QCOMPARE(report.Summary(), QByteArray("4 files: 2 converted, 1 failed"));
+        report.Add("d", {Outcome::kSkipped, {}});
+        QCOMPARE(report.Summary(), QByteArray("4 files: 2 converted, 1 skipped, 1 failed"));
+        QCOMPARE(report.FailureCount(), 1);
+    }
+
+    void imageOfFewColors_getsATable_data()
+    {
+        QTest::addColumn<int>("colors");
+        QTest::newRow("one") << 1;
+        QTest::newRow("as many as fit") << 256;
+        QTest::newRow("one more") << 257;
+    }
+    void imageOfFewColors_getsATable()
+    {
+        QFETCH(int, colors);
+        QImage image(100, 10, QImage::Format_ARGB32);
+        for (int i = 0; i < 1000; ++i)
+            image.setPixel(i % 100, i / 100, qRgba(i % colors % 250, i % colors / 250, 7, 99));
+        image.setDotsPerMeterX(1234);
+        const QImage palettized = Palettized(image);
+        QCOMPARE(palettized.format() == QImage::Format_Indexed8, colors <= 256);
+        QCOMPARE(palettized.convertToFormat(QImage::Format_ARGB32), image);
+        QCOMPARE(palettized.dotsPerMeterX(), 1234);
+    }
+
+    void output_appearsWhenItIsCommitted()
+    {
+        const QString name = folder->filePath(QStringLiteral("a.png"));
+        Write(name, "old");
+        Output output(name.toLocal8Bit(), "1");
+        QCOMPARE(output.Open(), QString());
+        output.write("new");
+        QCOMPARE(Contents(name), QByteArray("old"));
+        QCOMPARE(output.Commit(false), QString());
+        QCOMPARE(Contents(name), QByteArray("new"));
+        QCOMPARE(QDir(folder->path())
+                     .entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot)
+                     .size(),
+                 1);
+    }
+
+    void output_thatIsNotCommitted_leavesNothing()
+    {
+        const QString name = folder->filePath(QStringLiteral("a.png"));
+        {
+            Output output(name.toLocal8Bit(), "1");
+            QCOMPARE(output.Open(), QString());
+            output.write("new");
+        }
+        QVERIFY(
+            QDir(folder->path()).isEmpty(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot));
+    }
+
+    void output_keepsThePermissionsOfWhatItReplaces()
+    {
+        const QString name = folder->filePath(QStringLiteral("a.png"));
+        Write(name, "old");
+        const auto permissions =
+            QFile::ReadOwner | QFile::WriteOwner | QFile::ReadUser | QFile::WriteUser;
+        QVERIFY(QFile::setPermissions(name, permissions));
+        Output output(name.toLocal8Bit(), "1");
+        QCOMPARE(output.Open(), QString());
+        QCOMPARE(output.Commit(false), QString());
+        QCOMPARE(QFile::permissions(name), permissions);
+    }
+
+    void output_throughALink_leavesTheLink()
+    {
+        const QString name = folder->filePath(QStringLiteral("a.png"));
+        const QString link = folder->filePath(QStringLiteral("link.png"));
+        Write(name, "old");
+        QVERIFY(QFile::link(name, link));
+        Output output(link.toLocal8Bit(), "1");
+        QCOMPARE(output.Open(), QString());
+        output.write("new");
+        QCOMPARE(output.Commit(false), QString());
+        QCOMPARE(QFile::symLinkTarget(link), name);
+        QCOMPARE(Contents(name), QByteArray("new"));
+    }
+
+    void output_thatMayReplaceNothing_doesNot()
+    {
+        const QString name = folder->filePath(QStringLiteral("a.png"));
+        Output output(name.toLocal8Bit(), "1");
+        QCOMPARE(output.Open(), QString());
+        Write(name, "meanwhile");
+        QVERIFY(!output.Commit(true).isEmpty());
+        QCOMPARE(Contents(name), QByteArray("meanwhile"));
+    }
+
+    void output_onAFullDisk_saysSo()
+    {
+        Output output("/dev/full", "1");
+        QCOMPARE(output.Open(), QString());
+        output.write(QByteArray(100000, 'x'));
+        QVERIFY(output.Commit(false).contains(QStringLiteral("No space left")));
+    }
+
+    void output_intoAPipeThatNobodyReads_doesNotWait()
+    {
+        const QByteArray name = folder->filePath(QStringLiteral("pipe")).toLocal8Bit();
+        QCOMPARE(mkfifo(name.constData(), 0600), 0);
+        Output output(name, "1");
+        QVERIFY(!output.Open().isEmpty());
+    }
+
+    void leftovers_areRemoved()
+    {
+        const Job job = {"a.plf", folder->filePath(QStringLiteral("a.png")).toLocal8Bit(),
+                         Format::kPng};
+        const QString unfinished = QString::fromLocal8Bit(TemporaryName(job.output, "token-3"));
+        Write(unfinished, "half");
+        RemoveLeftovers(job, 4, {.token = "token"});
+        QVERIFY(QFile::exists(unfinished));
+        RemoveLeftovers(job, 3, {.token = "token"});
+        QVERIFY(!QFile::exists(unfinished));
+    }
+
+    void epsPipe_passesOnWhatIsWrittenToItsName()
+    {
+        const QByteArray text(1000000, 'e');
+        QBuffer buffer;
+        buffer.open(QIODevice::WriteOnly);
+        EpsPipe pipe(&buffer);
+        QVERIFY(pipe.IsUsable());
+        {
+            const FilePtr file(OpenForWriting(pipe.Name().constData()));
+            QVERIFY(file != nullptr);
+            QCOMPARE(fwrite(text.constData(), 1, static_cast<size_t>(text.size()), file.get()),
+                     static_cast<size_t>(text.size()));
+        }
+        pipe.Finish();
+        QCOMPARE(buffer.data(), text);
+    }
+
+    void workers_doEveryJob_data()
+    {
+        QTest::addColumn<int>("workers");
+        QTest::newRow("one") << 1;
+        QTest::newRow("some") << 3;
+        QTest::newRow("more than jobs") << 100;
+    }
+    void workers_doEveryJob()
+    {
+        QFETCH(int, workers);
+        const auto outcomes = RunJobs(50, workers, {});
+        QCOMPARE(outcomes.size(), 50U);
+        for (const auto& [job, outcome] : outcomes) {
+            QCOMPARE(outcome.kind, Outcome::kConverted);
+            QCOMPARE(outcome.text, QString::number(job));
+        }
+    }
+
+    void workersWithoutJobs_end() { QVERIFY(RunJobs(0, 4, {}).empty()); }
+
+    void workerThatDies_costsOnlyItsJob()
+    {
+        const QSet<int> deadly = {0, 7, 8, 49};
+        const auto outcomes = RunJobs(50, 2, deadly);
+        QCOMPARE(outcomes.size(), 50U);
+        for (const auto& [job, outcome] : outcomes) {
+            QCOMPARE(outcome.kind, deadly.contains(job) ? Outcome::kFailed : Outcome::kConverted);
+            QCOMPARE(outcome.text.contains(QStringLiteral("signal 9")), deadly.contains(job));
+        }
+    }
+
+    void workersThatCannotStart_endTheCall()
+    {
+        int finished = 0;
+        const WorkerTasks tasks = {[]() -> std::shared_ptr<void> { _exit(1); },
+                                   [](int) { return Outcome{}; },
+                                   [&finished](int, const Outcome&) { ++finished; }, [](int) {}};
+        QVERIFY(!RunWorkers(10, 2, tasks).started);
+        QCOMPARE(finished, 0);
+    }
+
+private:
+    std::optional<QTemporaryDir> folder;
+};
+
+QTEST_GUILESS_MAIN(TestPlfConvert)
+#include "test_plfconvert.moc"

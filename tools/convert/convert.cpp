@@ -1,0 +1,128 @@
+// SPDX-License-Identifier: MIT
+// SPDX-FileCopyrightText: 2026 plotvw contributors
+#include "tools/convert/convert.h"
+
+#include "meta/plfbuffer.h"
+#include "tools/convert/fd.h"
+#include "tools/convert/names.h"
+#include "tools/convert/output.h"
+#include "tools/convert/picture.h"
+#include "tools/convert/source.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cstring>
+#include <filesystem>
+#include <system_error>
+
+namespace {
+
+QByteArray Token(const OutputRules& rules, int number)
+{
+    return rules.token + '-' + QByteArray::number(number);
+}
+
+bool IsSameFile(const QByteArray& a, const QByteArray& b)
+{
+    struct stat first = {};
+    struct stat second = {};
+    return stat(a.constData(), &first) == 0 && stat(b.constData(), &second) == 0 &&
+           first.st_dev == second.st_dev && first.st_ino == second.st_ino;
+}
+
+// Whoever names a graph as the output has most likely left one out.
+bool IsGraph(const QByteArray& name)
+{
+    struct stat info = {};
+    if (stat(name.constData(), &info) != 0 || !S_ISREG(info.st_mode))
+        return false;
+    const Fd file(open(name.constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    char start[kPlfHeaderSize] = "";
+    return file.IsOpen() &&
+           read(file.Get(), start, sizeof start) == static_cast<ssize_t>(sizeof start) &&
+           memcmp(start, gszPlfhdr, sizeof start) == 0;
+}
+
+QString OutputProblem(const Job& job)
+{
+    if (job.output == kStandardStream)
+        return {};
+    if (job.input != kStandardStream && IsSameFile(job.input, job.output))
+        return QStringLiteral("would be overwritten by its own picture");
+    if (IsGraph(job.output))
+        return QStringLiteral("'%1' is a graph and is not overwritten")
+            .arg(QString::fromUtf8(VisibleName(job.output)));
+    return {};
+}
+
+bool IsThere(const QByteArray& name)
+{
+    struct stat info = {};
+    return name != kStandardStream && lstat(name.constData(), &info) == 0;
+}
+
+// Another worker may make the same folder at the same time, which is no failure.
+QString MakeFolder(const QByteArray& output)
+{
+    const std::filesystem::path folder = std::filesystem::path(output.toStdString()).parent_path();
+    std::error_code error;
+    if (!folder.empty())
+        std::filesystem::create_directories(folder, error);
+    if (!error || std::filesystem::is_directory(folder))
+        return {};
+    return QString::fromStdString(error.message());
+}
+
+QString About(const Job& job, const QString& reason)
+{
+    return QStringLiteral("%1: %2").arg(QString::fromUtf8(VisibleName(job.output)), reason);
+}
+
+// The graph is loaded.
+QString WritePicture(const Job& job, int number, const PictureSettings& settings,
+                     const OutputRules& rules)
+{
+    Output output(job.output, Token(rules, number));
+    QString problem = output.Open();
+    if (!problem.isEmpty())
+        return About(job, problem);
+    problem = DrawPicture(job.input, job.format, settings, &output);
+    if (problem.isEmpty())
+        problem = output.Commit(rules.keepExisting);
+    return problem.isEmpty() ? problem : About(job, problem);
+}
+
+QString Run(const Job& job, int number, const PictureSettings& settings, const OutputRules& rules)
+{
+    QString problem = OutputProblem(job);
+    if (problem.isEmpty())
+        problem = LoadGraph(job.input);
+    if (problem.isEmpty() && rules.makeFolders) {
+        problem = MakeFolder(job.output);
+        if (!problem.isEmpty())
+            return About(job, problem);
+    }
+    return problem.isEmpty() ? WritePicture(job, number, settings, rules) : problem;
+}
+
+} // namespace
+
+Outcome Convert(const Job& job, int number, const PictureSettings& settings,
+                const OutputRules& rules)
+{
+    if (rules.keepExisting && IsThere(job.output))
+        return {Outcome::kSkipped, {}};
+    const QString problem = Run(job, number, settings, rules);
+    FreePlfBuffer();
+    if (problem.isEmpty())
+        return {Outcome::kConverted, {}};
+    return {Outcome::kFailed, problem};
+}
+
+void RemoveLeftovers(const Job& job, int number, const OutputRules& rules)
+{
+    if (job.output != kStandardStream)
+        unlink(TemporaryName(job.output, Token(rules, number)).constData());
+}

@@ -1,0 +1,247 @@
+// SPDX-License-Identifier: MIT
+// SPDX-FileCopyrightText: 2026 plotvw contributors
+#include "tools/convert/picture.h"
+
+#include "app/globals.h"
+#include "meta/palette.h"
+#include "meta/plfbuffer.h"
+#include "meta/plfmeta.h"
+#include "support/text.h"
+#include "tools/convert/arguments.h"
+#include "tools/convert/epspipe.h"
+#include "tools/convert/linefilter.h"
+#include "tools/convert/palettize.h"
+
+#include <QGuiApplication>
+#include <QImage>
+#include <QImageWriter>
+#include <QPainter>
+#include <QPdfWriter>
+#include <QSvgGenerator>
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+// The screen's resolution, for which the application's font has its size.
+constexpr int kScreenDpi = 96;
+constexpr double kPointsPerInch = 72.0;
+constexpr double kMetersPerInch = 0.0254;
+// On a screen a line is half as many units wide as the file has it.
+constexpr int kScreenWidths = 2;
+// Of 100. More takes twice the time and saves a few bytes of a hundred.
+constexpr int kPngCompression = 40;
+// The EPS has its scale with two decimals.
+constexpr double kEpsScaleSteps = 100.0;
+
+int Dpi(const PictureSettings& settings)
+{
+    return settings.dpi.value_or(kScreenDpi);
+}
+
+double AreaWidth(const PictureSettings& settings)
+{
+    return settings.area ? settings.area->width() : kPlfWidth;
+}
+
+Rect ZoomOf(const PictureSettings& settings)
+{
+    Rect zoom = {};
+    if (settings.area) {
+        const QRect& area = *settings.area;
+        SetRect(&zoom, area.x(), area.y(), area.x() + area.width(), area.y() + area.height());
+    }
+    return zoom;
+}
+
+// One pass of the interpreter.
+void Interpret(QByteArray name, QPainter* painter, const PictureSettings& settings, int mode)
+{
+    Rect zoom = ZoomOf(settings);
+    Rect whole = {};
+    SetRect(&whole, 0, 0, kPlfWidth, kPlfHeight);
+    CPlfMeta meta(name.data(), painter, nullptr, settings.lineScale, mode);
+    meta.DrawPlf(&zoom, &whole);
+}
+
+void InterpretThroughFilter(const QByteArray& name, QPainter* painter,
+                            const PictureSettings& settings, const LineFilterRules& rules)
+{
+    LineFilter filter(painter, rules);
+    QPainter filtered(&filter);
+    filtered.setRenderHints(painter->renderHints());
+    filtered.setFont(painter->font());
+    filtered.setViewport(painter->viewport());
+    Interpret(name, &filtered, settings, 0);
+}
+
+void Paint(const QByteArray& name, QPainter* painter, const PictureSettings& settings,
+           const LineFilterRules& rules)
+{
+    painter->setRenderHint(QPainter::Antialiasing);
+    if (rules.withoutBackground || rules.minPenWidth > 0.0)
+        InterpretThroughFilter(name, painter, settings, rules);
+    else
+        Interpret(name, painter, settings, 0);
+}
+
+LineFilterRules ImageRules(const PictureSettings& settings)
+{
+    const int minPenWidth = settings.minLineWidth.value_or(0) / kScreenWidths;
+    return {settings.background == Background::kTransparent, static_cast<double>(minPenWidth)};
+}
+
+// In an image no line is thinner than a pixel. Without pixels such a line, or one of no width,
+// would look different in each program that shows it, and vanish on paper.
+LineFilterRules VectorRules(const PictureSettings& settings)
+{
+    LineFilterRules rules = ImageRules(settings);
+    const double pixel = AreaWidth(settings) / PictureSize(settings).width();
+    rules.minPenWidth = std::max(rules.minPenWidth, pixel);
+    return rules;
+}
+
+// With texts as large as the screen's resolution makes them; the image gets its own only
+// afterwards.
+void PaintImage(const QByteArray& name, const PictureSettings& settings, QImage* image)
+{
+    image->fill(image->hasAlphaChannel() ? Qt::transparent : Qt::white);
+    QPainter painter(image);
+    Paint(name, &painter, settings, ImageRules(settings));
+    painter.end();
+    const int dotsPerMeter = static_cast<int>(std::lround(Dpi(settings) / kMetersPerInch));
+    image->setDotsPerMeterX(dotsPerMeter);
+    image->setDotsPerMeterY(dotsPerMeter);
+}
+
+QString WritePng(const QImage& image, QIODevice* output)
+{
+    QImageWriter writer(output, "png");
+    writer.setCompression(kPngCompression);
+    const bool alpha = image.hasAlphaChannel();
+    const QImage plain = alpha ? image.convertToFormat(QImage::Format_ARGB32) : image;
+    return writer.write(Palettized(plain)) ? QString() : writer.errorString();
+}
+
+QString WriteJpeg(const QImage& image, int quality, QIODevice* output)
+{
+    QImageWriter writer(output, "jpeg");
+    writer.setQuality(quality);
+    return writer.write(image) ? QString() : writer.errorString();
+}
+
+QString DrawImage(const QByteArray& name, Format format, const PictureSettings& settings,
+                  QIODevice* output)
+{
+    const bool transparent = settings.background == Background::kTransparent;
+    const QSize size = PictureSize(settings);
+    QImage image(size, transparent ? QImage::Format_ARGB32_Premultiplied : QImage::Format_RGB32);
+    if (image.isNull()) {
+        return QStringLiteral("not enough memory for %1 x %2 pixels")
+            .arg(size.width())
+            .arg(size.height());
+    }
+    PaintImage(name, settings, &image);
+    return format == Format::kPng ? WritePng(image, output)
+                                  : WriteJpeg(image, settings.quality, output);
+}
+
+// Paints on a device whose resolution is the picture's, with texts in the size that they have on
+// the screen, in pixels.
+QString PaintOn(QPaintDevice* device, const QByteArray& name, const PictureSettings& settings)
+{
+    QPainter painter;
+    if (!painter.begin(device))
+        return QStringLiteral("the picture cannot be begun");
+    QFont font = QGuiApplication::font();
+    font.setPixelSize(std::max(
+        static_cast<int>(std::lround(font.pointSizeF() * kScreenDpi / kPointsPerInch)), 1));
+    painter.setFont(font);
+    Paint(name, &painter, settings, VectorRules(settings));
+    return painter.end() ? QString() : QStringLiteral("the picture cannot be finished");
+}
+
+QString DrawSvg(const QByteArray& name, const PictureSettings& settings, QIODevice* output)
+{
+    const QSize size = PictureSize(settings);
+    QSvgGenerator generator;
+    generator.setOutputDevice(output);
+    generator.setResolution(Dpi(settings));
+    generator.setSize(size);
+    generator.setViewBox(QRect(QPoint(), size));
+    generator.setTitle(QStringLiteral("KORVEL graph"));
+    generator.setDescription(QStringLiteral("Made by plfconvert"));
+    return PaintOn(&generator, name, settings);
+}
+
+QString DrawPdf(const QByteArray& name, const PictureSettings& settings, QIODevice* output)
+{
+    const QSizeF points = QSizeF(PictureSize(settings)) * (kPointsPerInch / Dpi(settings));
+    QPdfWriter writer(output);
+    writer.setCreator(QStringLiteral("plfconvert"));
+    writer.setTitle(QStringLiteral("KORVEL graph"));
+    writer.setResolution(Dpi(settings));
+    writer.setPageSize(QPageSize(points, QPageSize::Point, QString(), QPageSize::ExactMatch));
+    writer.setPageMargins(QMarginsF());
+    return PaintOn(&writer, name, settings);
+}
+
+// Without a width the scale is the viewer's own. The file's text has the scale with two decimals,
+// so that it has them here too, lest the lines leave their bounding box.
+void SetEpsGlobals(const PictureSettings& settings)
+{
+    static const double kScale = gdEpsCvtScale;
+    static const int kMinLineWidth = giEpsMinLineWidth;
+    const bool fileBackground = settings.background == Background::kFile;
+    gfEpsCvt2Blk = settings.black ? 1 : 0;
+    giEpsMinLineWidth = settings.minLineWidth.value_or(kMinLineWidth);
+    gfEpsUseBkClr = fileBackground ? 1 : 0;
+    gdwBackClrEPS =
+        fileBackground ? static_cast<unsigned long>(GetPlfBackGroundColor(gpPlfmembuf)) : 0;
+    gdEpsCvtScale = kScale;
+    if (!settings.width && !settings.dpi)
+        return;
+    const double width = PictureSize(settings).width() * kPointsPerInch / Dpi(settings);
+    gdEpsCvtScale =
+        std::max(std::round(width / AreaWidth(settings) * kEpsScaleSteps), 1.0) / kEpsScaleSteps;
+}
+
+QString DrawEps(const QByteArray& name, const PictureSettings& settings, QIODevice* output)
+{
+    EpsPipe pipe(output);
+    if (!pipe.IsUsable() || !CopyText(gszCvtFilename, pipe.Name().constData()))
+        return QStringLiteral("EPS needs /proc and a free file descriptor");
+    SetEpsGlobals(settings);
+    Interpret(name, nullptr, settings, kConvertEps);
+    pipe.Finish();
+    return {};
+}
+
+// A transparent picture has the lines of one on white, as that is what it will most likely lie on.
+// EPS has a setting of its own for black lines, which the viewer uses too.
+void SetGlobals(Format format, const PictureSettings& settings)
+{
+    gbBkClrWhite = settings.background != Background::kFile;
+    gdwLineClrFlag = settings.black && format != Format::kEps ? 1 : 0;
+}
+
+} // namespace
+
+QString DrawPicture(const QByteArray& name, Format format, const PictureSettings& settings,
+                    QIODevice* output)
+{
+    SetGlobals(format, settings);
+    switch (format) {
+    case Format::kPng:
+    case Format::kJpeg:
+        return DrawImage(name, format, settings, output);
+    case Format::kSvg:
+        return DrawSvg(name, settings, output);
+    case Format::kPdf:
+        return DrawPdf(name, settings, output);
+    case Format::kEps:
+        return DrawEps(name, settings, output);
+    }
+    return {};
+}

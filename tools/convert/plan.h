@@ -1,0 +1,22 @@
+// SPDX-License-Identifier: MIT
+// SPDX-FileCopyrightText: 2026 plotvw contributors
+//
+// Which pictures a call makes, known before the first is made.
+#pragma once
+
+#include "tools/convert/options.h"
+#include "tools/convert/settings.h"
+
+#include <QString>
+
+#include <vector>
+
+/// A job, or why there is none for that input.
+struct PlannedJob {
+    Job job;
+    QString problem;
+};
+
+/// One entry per graph, in the order of the call; a folder stands for the files in it whose names
+/// end in ".plf". An input whose picture would have the name of an earlier one has a problem.
+std::vector<PlannedJob> MakePlan(const Options& options);

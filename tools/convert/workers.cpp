@@ -1,0 +1,326 @@
+// SPDX-License-Identifier: MIT
+// SPDX-FileCopyrightText: 2026 plotvw contributors
+#include "tools/convert/workers.h"
+
+#include "tools/convert/fd.h"
+
+#include <fcntl.h>
+#include <poll.h>
+#include <sys/wait.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <csignal>
+#include <cstdint>
+#include <cstdio>
+#include <cstring>
+#include <memory>
+#include <vector>
+
+namespace {
+
+constexpr std::array kInterrupts = {SIGINT, SIGTERM, SIGHUP};
+constexpr int kNoJob = -1;
+// What a worker sends for its first message, when it is ready for jobs.
+constexpr int kReady = -1;
+
+volatile sig_atomic_t interrupted = 0;
+
+void NoteInterrupt(int signal)
+{
+    interrupted = signal;
+}
+
+// Takes the signals for as long as it lives. They arrive only while the process waits for workers,
+// so that none is missed between a look at the note and the waiting.
+class InterruptWatch
+{
+public:
+    InterruptWatch()
+    {
+        interrupted = 0;
+        sigset_t set;
+        sigemptyset(&set);
+        for (const int signal : kInterrupts) {
+            struct sigaction action = {};
+            action.sa_handler = NoteInterrupt;
+            sigaction(signal, nullptr, &oldActions.emplace_back());
+            // One that is ignored, as under nohup, stays ignored.
+            if (oldActions.back().sa_handler != SIG_IGN)
+                sigaction(signal, &action, nullptr);
+            sigaddset(&set, signal);
+        }
+        sigprocmask(SIG_BLOCK, &set, &oldMask);
+        oldPipe = std::signal(SIGPIPE, SIG_IGN); // of a worker that died
+    }
+    InterruptWatch(const InterruptWatch&) = delete;
+    InterruptWatch& operator=(const InterruptWatch&) = delete;
+    ~InterruptWatch() { Restore(); }
+
+    void Restore()
+    {
+        for (size_t i = 0; i < kInterrupts.size(); ++i)
+            sigaction(kInterrupts[i], &oldActions[i], nullptr);
+        std::signal(SIGPIPE, oldPipe);
+        sigprocmask(SIG_SETMASK, &oldMask, nullptr);
+    }
+
+    // As the process was before. A worker leaves the keys of the terminal to the process that
+    // started it, which ends it.
+    void RestoreInWorker()
+    {
+        Restore();
+        std::signal(SIGINT, SIG_IGN);
+        std::signal(SIGHUP, SIG_IGN);
+    }
+
+    [[nodiscard]] const sigset_t* Mask() const { return &oldMask; }
+
+private:
+    std::vector<struct sigaction> oldActions;
+    sigset_t oldMask = {};
+    void (*oldPipe)(int) = SIG_DFL;
+};
+
+bool WriteWhole(int fd, const void* data, size_t size)
+{
+    const char* bytes = static_cast<const char*>(data);
+    while (size > 0) {
+        const ssize_t count = write(fd, bytes, size);
+        if (count < 0 && errno == EINTR)
+            continue;
+        if (count <= 0)
+            return false;
+        bytes += count;
+        size -= static_cast<size_t>(count);
+    }
+    return true;
+}
+
+bool ReadWhole(int fd, void* data, size_t size)
+{
+    char* bytes = static_cast<char*>(data);
+    while (size > 0) {
+        const ssize_t count = read(fd, bytes, size);
+        if (count < 0 && errno == EINTR)
+            continue;
+        if (count <= 0)
+            return false;
+        bytes += count;
+        size -= static_cast<size_t>(count);
+    }
+    return true;
+}
+
+// A message of a worker: this and so many bytes of UTF-8.
+struct MessageHead {
+    int32_t kind; // kReady or an Outcome::Kind
+    uint32_t bytes;
+};
+
+bool SendMessage(int fd, int kind, const QString& text)
+{
+    const QByteArray bytes = text.toUtf8();
+    const MessageHead head = {kind, static_cast<uint32_t>(bytes.size())};
+    return WriteWhole(fd, &head, sizeof head) &&
+           WriteWhole(fd, bytes.constData(), static_cast<size_t>(bytes.size()));
+}
+
+bool ReceiveMessage(int fd, int* kind, QString* text)
+{
+    MessageHead head = {};
+    if (!ReadWhole(fd, &head, sizeof head))
+        return false;
+    QByteArray bytes(static_cast<qsizetype>(head.bytes), Qt::Uninitialized);
+    *kind = head.kind;
+    if (!ReadWhole(fd, bytes.data(), head.bytes))
+        return false;
+    *text = QString::fromUtf8(bytes);
+    return true;
+}
+
+// The life of a worker. It ends with the process that started it, whose pipe then closes.
+void Work(int jobs, int results, const WorkerTasks& tasks)
+{
+    const std::shared_ptr<void> alive = tasks.start();
+    bool heard = SendMessage(results, kReady, {});
+    int32_t job = 0;
+    while (heard && ReadWhole(jobs, &job, sizeof job)) {
+        const Outcome outcome = tasks.work(job);
+        heard = SendMessage(results, outcome.kind, outcome.text);
+    }
+}
+
+struct Worker {
+    pid_t pid = -1;
+    Fd jobs;    // for writing
+    Fd results; // for reading
+    int job = kNoJob;
+    bool isReady = false;
+};
+
+bool MakePipe(Fd* readEnd, Fd* writeEnd)
+{
+    int ends[2] = {-1, -1};
+    if (pipe2(ends, O_CLOEXEC) != 0)
+        return false;
+    *readEnd = Fd(ends[0]);
+    *writeEnd = Fd(ends[1]);
+    return true;
+}
+
+QString DeathReason(int status)
+{
+    if (WIFSIGNALED(status)) {
+        return QStringLiteral("its conversion was ended by signal %1 (%2)")
+            .arg(WTERMSIG(status))
+            .arg(QString::fromLocal8Bit(strsignal(WTERMSIG(status))));
+    }
+    return QStringLiteral("its conversion ended by itself with code %1").arg(WEXITSTATUS(status));
+}
+
+class Pool
+{
+public:
+    Pool(int jobCount, const WorkerTasks& workerTasks) : count(jobCount), tasks(workerTasks) {}
+
+    WorkResult Run(int workerCount);
+
+private:
+    bool AddWorker();
+    [[noreturn]] void BeWorker(Fd jobs, Fd results);
+    void GiveJob(Worker* worker);
+    void AwaitMessages();
+    void Listen(Worker* worker);
+    int Bury(Worker* worker);
+    void Replace(Worker* worker);
+    void EndAll();
+
+    int count;
+    const WorkerTasks& tasks;
+    std::vector<Worker> workers;
+    InterruptWatch watch;
+    int next = 0; // the first job that no worker has had
+    bool startFailed = false;
+};
+
+bool Pool::AddWorker()
+{
+    Fd jobsRead;
+    Fd resultsWrite;
+    Worker worker;
+    if (!MakePipe(&jobsRead, &worker.jobs) || !MakePipe(&worker.results, &resultsWrite))
+        return false;
+    fflush(nullptr); // or a worker would have what is not printed yet a second time
+    worker.pid = fork();
+    if (worker.pid == 0) {
+        worker.jobs.Close();
+        worker.results.Close();
+        BeWorker(std::move(jobsRead), std::move(resultsWrite));
+    }
+    if (worker.pid < 0)
+        return false;
+    workers.push_back(std::move(worker));
+    return true;
+}
+
+void Pool::BeWorker(Fd jobs, Fd results)
+{
+    // The ends that belong to other workers: while they are open here, those would not see them
+    // closed there.
+    workers.clear();
+    watch.RestoreInWorker();
+    Work(jobs.Get(), results.Get(), tasks);
+    _exit(0);
+}
+
+// Without a job left, the worker's pipe is closed, which ends it.
+void Pool::GiveJob(Worker* worker)
+{
+    worker->job = next < count ? next++ : kNoJob;
+    if (worker->job == kNoJob)
+        worker->jobs.Close();
+    else
+        WriteWhole(worker->jobs.Get(), &worker->job, sizeof worker->job);
+}
+
+void Pool::AwaitMessages()
+{
+    std::vector<pollfd> waits;
+    for (const Worker& worker : workers)
+        waits.push_back({worker.results.Get(), POLLIN, 0});
+    if (ppoll(waits.data(), waits.size(), nullptr, watch.Mask()) <= 0)
+        return;
+    // Backwards: a worker that ended is taken out.
+    for (size_t i = waits.size(); i-- > 0;) {
+        if (waits[i].revents != 0)
+            Listen(&workers[i]);
+    }
+}
+
+void Pool::Listen(Worker* worker)
+{
+    int kind = kReady;
+    QString text;
+    if (!ReceiveMessage(worker->results.Get(), &kind, &text)) {
+        Replace(worker);
+        return;
+    }
+    worker->isReady = true;
+    if (kind != kReady)
+        tasks.finished(worker->job, {static_cast<Outcome::Kind>(kind), text});
+    GiveJob(worker);
+}
+
+int Pool::Bury(Worker* worker)
+{
+    int status = 0;
+    while (waitpid(worker->pid, &status, 0) < 0 && errno == EINTR) {
+    }
+    return status;
+}
+
+// A worker ended. One without a job had nothing left to do, or never began.
+void Pool::Replace(Worker* worker)
+{
+    const int status = Bury(worker);
+    const int job = worker->job;
+    startFailed = startFailed || !worker->isReady;
+    workers.erase(workers.begin() + (worker - workers.data()));
+    if (job == kNoJob)
+        return;
+    tasks.abandoned(job);
+    tasks.finished(job, {Outcome::kFailed, DeathReason(status)});
+    if (next < count && !AddWorker() && workers.empty())
+        startFailed = true;
+}
+
+void Pool::EndAll()
+{
+    for (Worker& worker : workers) {
+        kill(worker.pid, SIGKILL);
+        Bury(&worker);
+        if (worker.job != kNoJob)
+            tasks.abandoned(worker.job);
+    }
+    workers.clear();
+}
+
+WorkResult Pool::Run(int workerCount)
+{
+    for (int i = 0; i < std::min(workerCount, count) && AddWorker(); ++i) {
+    }
+    startFailed = workers.empty() && count > 0;
+    while (!workers.empty() && interrupted == 0 && !startFailed)
+        AwaitMessages();
+    EndAll();
+    return {!startFailed, interrupted};
+}
+
+} // namespace
+
+WorkResult RunWorkers(int count, int workers, const WorkerTasks& tasks)
+{
+    return Pool(count, tasks).Run(workers);
+}
