@@ -60,15 +60,19 @@ open_window() {
   # viewer writes whenever it is done with a file.
   local statuses
   set +e
-  (
-    ulimit -c 0
-    exec "$build/app/plotvw" "$name"
-  ) 2>&1 | tee "$temporary/messages" |
-    grep --line-buffered --invert-match --extended-regexp \
-      '^qt\.qpa\.|no Qt platform plugin could be initialized|^Available platform plugins|^Existing file name: |^$' >&2
-  statuses=("${PIPESTATUS[@]}")
+  # The shell does not always report how the viewer died, so that is told below instead, unless there is no display.
+  {
+    (
+      ulimit -c 0
+      exec "$build/app/plotvw" "$name"
+    ) 2>&1 | tee "$temporary/messages" |
+      grep --line-buffered --invert-match --extended-regexp \
+        '^qt\.qpa\.|no Qt platform plugin could be initialized|^Available platform plugins|^Existing file name: |^$' >&3
+    statuses=("${PIPESTATUS[@]}")
+  } 3>&2 2>/dev/null
   set -e
   ((statuses[0] != 134)) || ! grep -q 'no Qt platform plugin' "$temporary/messages" || return 3
+  ((statuses[0] <= 128)) || echo "The viewer was ended by signal $((statuses[0] - 128))." >&2
   return "${statuses[0]}"
 }
 

@@ -392,6 +392,10 @@ Options ReadOptions(const QCoreApplication& application)
             "viewer does not acknowledge. A line that begins with an option stands "
             "behind --."),
         QStringLiteral("[commands...]"));
+    // A command that begins with an option is taken apart into letters that nobody has typed.
+    if (!parser.parse(QCoreApplication::arguments()))
+        exit(Fail(kUsage, parser.errorText() + QStringLiteral(" Put -- in front of commands that "
+                                                              "begin with an option.")));
     parser.process(application);
 
     Options options;

@@ -218,6 +218,7 @@ void TestKrvHost::exitCode_tellsWhatHappened_data()
     row("commands that are answered",   "--arg|graph.plf|other.plf|graph.plf -q",  0, "");
     row("an option begins the command", "--arg|graph.plf|--|-po=l other.plf",      0, "");
     row("an unknown option",            "--arg|graph.plf|--color",                 1, "color");
+    row("an option read as krvhost's",  "--arg|graph.plf|-po=l other.plf",         1, "Put -- in front of");
     row("no time",                      "--timeout|0|graph.plf",                   1, "--timeout takes 1 to 86400 seconds.");
     row("a time that is no number",     "--timeout|soon|graph.plf",                1, "--timeout takes");
     row("too long a time",              "--timeout|86401|graph.plf",               1, "--timeout takes");
