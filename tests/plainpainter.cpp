@@ -27,12 +27,13 @@ void PaintOperation(QPainter* painter, const QString& operation)
 
 } // namespace
 
-QImage PaintPlainly(const QStringList& operations, QSize size, QImage::Format format)
+QImage PaintPlainly(const QStringList& operations, QSize size, QImage::Format format,
+                    bool antialiased)
 {
     QImage image(size, format);
     image.fill(image.hasAlphaChannel() ? Qt::transparent : Qt::red);
     QPainter painter(&image);
-    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setRenderHint(QPainter::Antialiasing, antialiased);
     for (const QString& operation : operations)
         PaintOperation(&painter, operation);
     return image;

@@ -12,4 +12,4 @@
 /// What the operations (see recorder.h) look like on an image of that format, which is transparent
 /// if it can be and red if not, so that what the background leaves uncovered is seen.
 QImage PaintPlainly(const QStringList& operations, QSize size,
-                    QImage::Format format = QImage::Format_RGB32);
+                    QImage::Format format = QImage::Format_RGB32, bool antialiased = true);

@@ -7,6 +7,7 @@
 #include "meta/plfbuffer.h"
 #include "meta/plfmeta.h"
 #include "tests/graph.h"
+#include "tests/plainpainter.h"
 #include "tests/reference/streams.h"
 
 #include <QDir>
@@ -29,10 +30,12 @@ struct Target {
     bool antialiased = true;
 };
 
+constexpr auto kFormat = QImage::Format_ARGB32_Premultiplied;
+
 QImage NewImage(QSize size)
 {
-    QImage image(size, QImage::Format_ARGB32_Premultiplied);
-    image.fill(Qt::magenta);
+    QImage image(size, kFormat);
+    image.fill(Qt::transparent);
     return image;
 }
 
@@ -51,38 +54,10 @@ QImage DrawWithInterpreter(const Target& target)
     return image;
 }
 
-// The numbers of a recorded operation.
-QList<int> Numbers(const QString& operation)
-{
-    QList<int> numbers;
-    for (const QString& word : operation.split(u' ').mid(1, 4))
-        numbers.append(word.toInt());
-    return numbers;
-}
-
-void Replay(const QString& operation, QPainter& painter)
-{
-    const QList<int> n = Numbers(operation);
-    if (operation.startsWith(u"window "))
-        painter.setWindow(n[0], n[1], n[2], n[3]);
-    if (operation.startsWith(u"fill "))
-        painter.fillRect(n[0], n[1], n[2], n[3], QColor(operation.section(u' ', 5, 5)));
-    if (operation.startsWith(u"line ")) {
-        painter.setPen(
-            QPen(QColor(operation.section(u' ', 5, 5)), operation.section(u' ', 6, 6).toInt()));
-        painter.drawLine(n[0], n[1], n[2], n[3]);
-    }
-}
-
-// The loaded graph without its texts, each line by a call of its own.
+// The loaded graph, each line by a call of its own.
 QImage DrawPlainly(const Target& target)
 {
-    QImage image = NewImage(target.size);
-    QPainter painter(&image);
-    painter.setRenderHint(QPainter::Antialiasing, target.antialiased);
-    for (const QString& operation : Record(target.pass))
-        Replay(operation, painter);
-    return image;
+    return PaintPlainly(Record(target.pass), target.size, kFormat, target.antialiased);
 }
 
 // Texts have nothing to do with lines but the order, which the recordings of other tests hold.
