@@ -9,6 +9,7 @@
 //   GRAPH/zoomed          a hundredth of the graph's area, onto the same image
 //   GRAPH/strip           a strip of the image, ten pixels high
 //   growth/decode/N, growth/draw/N    random walks of N vectors
+//   even/...              some of these for a million separate vectors, spread evenly over the area
 //
 //   bench_draw [GOOGLE-BENCHMARK-OPTION...] [FOLDER]
 //
@@ -28,6 +29,8 @@
 #include <QPainter>
 
 #include <cstdlib>
+#include <functional>
+#include <initializer_list>
 #include <random>
 #include <string>
 #include <vector>
@@ -235,6 +238,22 @@ std::string RandomWalk(int64_t vectors)
     return graph + '\x07';
 }
 
+// Separate vectors of up to 30 units each way, spread evenly.
+std::string EvenVectors(int64_t vectors)
+{
+    std::string graph = std::string(gszPlfhdr, kPlfHeaderSize) + "0000\x1bGT0";
+    std::minstd_rand random(1);
+    const auto below = [&random](int limit) {
+        return static_cast<int>(random() % static_cast<unsigned>(limit));
+    };
+    for (int64_t i = 0; i < vectors; ++i) {
+        const int x = 30 + below(kPlfWidth - 60);
+        const int y = 30 + below(kPlfHeight - 60);
+        graph += '\x1d' + Address(x, y) + Address(x + below(61) - 30, y + below(61) - 30);
+    }
+    return graph + '\x07';
+}
+
 void Grow(benchmark::State& state, bool draws)
 {
     LoadBytes(RandomWalk(state.range(0)));
@@ -249,23 +268,28 @@ void Grow(benchmark::State& state, bool draws)
     state.SetItemsProcessed(state.range(0) * state.iterations());
 }
 
-void Register(const std::string& name, const std::string& graph)
+using Measure = std::function<void(benchmark::State&)>;
+
+void Add(const std::string& name, const Measure& measure)
 {
-    const auto add = [&name](const std::string& what, const auto& run) {
-        benchmark::RegisterBenchmark((name + '/' + what).c_str(), run)
-            ->Unit(benchmark::kMillisecond);
-    };
-    add("decode", [&graph](benchmark::State& state) { Decode(state, graph); });
-    add("bytes", [&graph](benchmark::State& state) { Bytes(state, graph); });
-    for (const int pen : {0, 2, 8}) {
-        const std::string suffix = "/pen:" + std::to_string(pen);
-        add("draw" + suffix,
-            [&graph, pen](benchmark::State& state) { DrawGraph(state, graph, pen); });
-        add("lines" + suffix,
-            [&graph, pen](benchmark::State& state) { DrawLines(state, graph, pen); });
-    }
-    add("zoomed", [&graph](benchmark::State& state) { DrawZoomed(state, graph); });
-    add("strip", [&graph](benchmark::State& state) { DrawStrip(state, graph); });
+    benchmark::RegisterBenchmark(name.c_str(), measure)->Unit(benchmark::kMillisecond);
+}
+
+void RegisterPen(const std::string& name, const std::string& graph, int pen)
+{
+    const std::string suffix = "/pen:" + std::to_string(pen);
+    Add(name + "/draw" + suffix, [&graph, pen](auto& state) { DrawGraph(state, graph, pen); });
+    Add(name + "/lines" + suffix, [&graph, pen](auto& state) { DrawLines(state, graph, pen); });
+}
+
+void Register(const std::string& name, const std::string& graph, std::initializer_list<int> pens)
+{
+    Add(name + "/decode", [&graph](auto& state) { Decode(state, graph); });
+    Add(name + "/bytes", [&graph](auto& state) { Bytes(state, graph); });
+    for (const int pen : pens)
+        RegisterPen(name, graph, pen);
+    Add(name + "/zoomed", [&graph](auto& state) { DrawZoomed(state, graph); });
+    Add(name + "/strip", [&graph](auto& state) { DrawStrip(state, graph); });
 }
 
 void RegisterGrowth()
@@ -295,8 +319,10 @@ int main(int argc, char** argv)
     gbBkClrWhite = true;
     const std::string walk = ReadBytes(std::string(folder) + "/walk.plf");
     const std::string surface = ReadBytes(std::string(folder) + "/surface.plf");
-    Register("walk", walk);
-    Register("surface", surface);
+    const std::string even = EvenVectors(1'000'000);
+    Register("walk", walk, {0, 2, 8});
+    Register("surface", surface, {0, 2, 8});
+    Register("even", even, {0});
     RegisterGrowth();
     benchmark::RunSpecifiedBenchmarks();
     FreePlfBuffer();

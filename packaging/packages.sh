@@ -13,6 +13,8 @@ wayland_packages=(qt6-wayland)
 test_packages=(cups-client cups-daemon ghostscript locales openbox poppler-utils x11-utils xdotool xvfb)
 # To build with sanitizers, and names in their reports.
 sanitizer_packages=(clang libclang-rt-14-dev llvm)
+# To measure the program: beside another one, on a screen.
+bench_packages=(libbenchmark-dev openbox plotutils python3 time xvfb)
 # To check the sources.
 lint_packages=(clang-format-14 clang-tidy-14 shellcheck)
 

@@ -1,0 +1,120 @@
+#!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
+# SPDX-FileCopyrightText: 2026 plotvw contributors
+"""Make one table of what ../bench.sh measured: ratios of two things, each pair from one run.
+
+    summary.py DIR      DIR holds draw.json, eps.json, drag.json, process.txt and startup.txt
+"""
+import json
+import sys
+from pathlib import Path
+
+PENS = (0, 2, 8)
+GRAPHS = ("walk", "surface")
+# Largest ratio, or smallest where more is better.
+DRAW_TARGETS = {0: 1.05, 2: 1.05, 8: 1.02}
+MIB = 1024  # kilobytes
+
+
+def load(path):
+    """The benchmarks of a file by name."""
+    with open(path, encoding="utf-8") as file:
+        return {row["name"].removesuffix("/real_time"): row for row in json.load(file)["benchmarks"]}
+
+
+def median_rows(rows):
+    """Medians where a benchmark was repeated, else the runs themselves; by plain name."""
+    medians = {name.removesuffix("_median"): row for name, row in rows.items() if name.endswith("_median")}
+    return medians or rows
+
+
+class Table:
+    """Rows of a Markdown table."""
+
+    def __init__(self):
+        print("| What | Beside | Ratio | Target | |\n|---|---|---:|---:|---|")
+
+    @staticmethod
+    def at_most(what, beside, ratio, target):
+        """A row where less is better."""
+        Table.row(what, beside, f"{ratio:.2f}", f"≤ {target}", ratio <= target)
+
+    @staticmethod
+    def at_least(what, beside, ratio, target):
+        """A row where more is better."""
+        Table.row(what, beside, f"{ratio:.1f}", f"≥ {target}", ratio >= target)
+
+    @staticmethod
+    def row(what, beside, ratio, target, met):
+        """Any row."""
+        print(f"| {what} | {beside} | {ratio} | {target} | {'met' if met else 'missed'} |")
+
+
+def draw(table, rows):
+    """Painting, decoding, parts of pictures and growth: processor time."""
+    cpu = {name: row["cpu_time"] for name, row in rows.items()}
+    for graph in GRAPHS:
+        for pen in PENS:
+            table.at_most(f"drawing {graph}, pen {pen}", "its lines by the toolkit's fastest call",
+                          cpu[f"{graph}/draw/pen:{pen}"] / cpu[f"{graph}/lines/pen:{pen}"], DRAW_TARGETS[pen])
+    for graph in GRAPHS:
+        table.at_most(f"decoding {graph}", "a minimal address reader",
+                      cpu[f"{graph}/decode"] / cpu[f"{graph}/bytes"], 1.5)
+    table.at_least("decoding walk, million vectors/s", "", rows["walk/decode"]["items_per_second"] / 1e6, 100)
+    full = cpu["even/draw/pen:0"]
+    table.at_most("1 % of the area of evenly spread vectors", "the whole", cpu["even/zoomed"] / full, 0.10)
+    table.at_most("a strip 10 pixels high of them", "the whole", cpu["even/strip"] / full, 0.15)
+    for kind in ("decode", "draw"):
+        each = [cpu[f"growth/{kind}/{10**power}"] / 10**power for power in range(4, 8)]
+        spread = (max(each) - min(each)) / (max(each) + min(each)) * 100
+        table.row(f"{kind}, 10⁴ to 10⁷ vectors", "time per vector", f"±{spread:.0f} %", "±15 %", spread <= 15)
+
+
+def eps(table, rows):
+    """The export beside one write: real time, as both wait for the file system."""
+    for graph in GRAPHS:
+        table.at_most(f"EPS of {graph}", "one write of its bytes",
+                      rows[f"{graph}/export"]["real_time"] / rows[f"{graph}/write"]["real_time"], 3)
+
+
+def process(table, path):
+    """Whole processes: the lines of compare-eps.sh."""
+    for line in path.read_text(encoding="utf-8").splitlines()[1:]:
+        graph, ours, theirs, _ = line.split()
+        table.at_least(f"EPS of {graph}, whole process", "`tek2plot -T ps`", float(theirs) / float(ours),
+                       {"walk": 3, "surface": 20}[graph])
+
+
+def startup(table, path):
+    """Start and memory: the lines of startup, for the empty program, a small graph and a large one."""
+    lines = [line.split() for line in path.read_text(encoding="utf-8").splitlines()]
+    (empty_ms, empty_kb), (small_ms, _), (_, large_kb) = [(float(l[0]), int(l[1])) for l in lines]
+    size_kb = Path(lines[2][-1]).stat().st_size / 1024
+    table.at_most("start to first frame, small file", "an empty main window", small_ms / empty_ms, 1.15)
+    above = (large_kb - empty_kb - size_kb) / MIB
+    table.row(f"memory with {size_kb / MIB:.0f} MiB open", "the empty program and the file",
+              f"{above:+.1f} MiB", "≤ +8 MiB", above <= 8)
+
+
+def drag(table, rows):
+    """A step of a rubber band over a million vectors."""
+    for graph in GRAPHS:
+        table.row(f"a step of a drag over {graph}", "", f"{rows[f'{graph}/drag']['real_time']:.0f} ms", "≤ 50 ms",
+                  rows[f"{graph}/drag"]["real_time"] <= 50)
+
+
+def main():
+    """Print the table."""
+    if len(sys.argv) != 2:
+        sys.exit(__doc__)
+    folder = Path(sys.argv[1])
+    table = Table()
+    draw(table, median_rows(load(folder / "draw.json")))
+    eps(table, median_rows(load(folder / "eps.json")))
+    process(table, folder / "process.txt")
+    startup(table, folder / "startup.txt")
+    drag(table, load(folder / "drag.json"))
+
+
+if __name__ == "__main__":
+    main()
