@@ -18,7 +18,7 @@ cd -- "$root"
 
 readonly out=$root/out/bench build=$root/build/bench
 readonly streams=$out/streams
-readonly repetitions=5 runs=11
+readonly repetitions=3 runs=11
 
 prepare() {
   install_packages "${build_packages[@]}" "${bench_packages[@]}"

@@ -9,7 +9,9 @@
 //   GRAPH/zoomed          a hundredth of the graph's area, onto the same image
 //   GRAPH/strip           a strip of the image, ten pixels high
 //   growth/decode/N, growth/draw/N    random walks of N vectors
-//   even/...              some of these for a million separate vectors, spread evenly over the area
+//   even/..., separate/...    some of these for 800,000 short vectors that are spread evenly over
+//   the
+//                         area, joined and each with a move of its own
 //
 //   bench_draw [GOOGLE-BENCHMARK-OPTION...] [FOLDER]
 //
@@ -212,44 +214,83 @@ void DrawStrip(benchmark::State& state, const std::string& graph)
     }
 }
 
-std::string Address(int x, int y)
+// Writes addresses as plotting programs do: without the parts that have not changed.
+class AddressWriter
 {
-    return {static_cast<char>(32 + (y >> 7)), static_cast<char>(96 + (y & 3) * 4 + (x & 3)),
-            static_cast<char>(96 + ((y >> 2) & 31)), static_cast<char>(32 + (x >> 7)),
-            static_cast<char>(64 + ((x >> 2) & 31))};
+public:
+    void Append(std::string& graph, int x, int y)
+    {
+        const Parts to = {y >> 7, (y & 3) * 4 + (x & 3), (y >> 2) & 31, x >> 7};
+        const bool newExtra = to.extra != last.extra;
+        const bool newHiX = to.hiX != last.hiX;
+        if (to.hiY != last.hiY)
+            graph += static_cast<char>(32 + to.hiY);
+        if (newExtra)
+            graph += static_cast<char>(96 + to.extra);
+        if (newExtra || newHiX || to.loY != last.loY)
+            graph += static_cast<char>(96 + to.loY);
+        if (newHiX)
+            graph += static_cast<char>(32 + to.hiX);
+        graph += static_cast<char>(64 + ((x >> 2) & 31));
+        last = to;
+    }
+
+private:
+    struct Parts {
+        int hiY = -1, extra = -1, loY = -1, hiX = -1;
+    };
+    Parts last;
+};
+
+std::string Begin()
+{
+    return std::string(gszPlfhdr, kPlfHeaderSize) + "0000\x1bGT0";
+}
+
+// A number from -limit to limit.
+int Near(std::minstd_rand& random, int limit)
+{
+    return static_cast<int>(random() % static_cast<unsigned>(2 * limit + 1)) - limit;
 }
 
 // A walk over the whole area with steps of up to 30 units.
 std::string RandomWalk(int64_t vectors)
 {
-    std::string graph = std::string(gszPlfhdr, kPlfHeaderSize) + "0000\x1bGT0\x1d";
+    std::string graph = Begin() + '\x1d';
+    AddressWriter writer;
     std::minstd_rand random(1);
     const auto step = [&random](int at, int limit) {
-        const int next = at + static_cast<int>(random() % 61) - 30;
+        const int next = at + Near(random, 30);
         return next < 0 || next >= limit ? at : next;
     };
     int x = kPlfWidth / 2;
     int y = kPlfHeight / 2;
     for (int64_t i = 0; i <= vectors; ++i) {
-        graph += Address(x, y);
+        writer.Append(graph, x, y);
         x = step(x, kPlfWidth);
         y = step(y, kPlfHeight);
     }
     return graph + '\x07';
 }
 
-// Separate vectors of up to 30 units each way, spread evenly.
-std::string EvenVectors(int64_t vectors)
+// How far the million points of the two graphs below are from each other, units.
+constexpr int kSpacing = 4;
+
+// Vectors evenly over the whole area, row by row: joined, or each with a move of its own.
+std::string EvenVectors(bool joined)
 {
-    std::string graph = std::string(gszPlfhdr, kPlfHeaderSize) + "0000\x1bGT0";
+    std::string graph = Begin();
+    AddressWriter writer;
     std::minstd_rand random(1);
-    const auto below = [&random](int limit) {
-        return static_cast<int>(random() % static_cast<unsigned>(limit));
-    };
-    for (int64_t i = 0; i < vectors; ++i) {
-        const int x = 30 + below(kPlfWidth - 60);
-        const int y = 30 + below(kPlfHeight - 60);
-        graph += '\x1d' + Address(x, y) + Address(x + below(61) - 30, y + below(61) - 30);
+    for (int y = kSpacing; y < kPlfHeight - kSpacing; y += kSpacing) {
+        graph += '\x1d';
+        for (int x = kSpacing; x < kPlfWidth - kSpacing; x += kSpacing) {
+            if (!joined) {
+                graph += '\x1d';
+                writer.Append(graph, x, y);
+            }
+            writer.Append(graph, x + Near(random, kSpacing), y + Near(random, kSpacing));
+        }
     }
     return graph + '\x07';
 }
@@ -319,10 +360,12 @@ int main(int argc, char** argv)
     gbBkClrWhite = true;
     const std::string walk = ReadBytes(std::string(folder) + "/walk.plf");
     const std::string surface = ReadBytes(std::string(folder) + "/surface.plf");
-    const std::string even = EvenVectors(1'000'000);
+    const std::string joined = EvenVectors(true);
+    const std::string separate = EvenVectors(false);
     Register("walk", walk, {0, 2, 8});
     Register("surface", surface, {0, 2, 8});
-    Register("even", even, {0});
+    Register("even", joined, {0});
+    Register("separate", separate, {0});
     RegisterGrowth();
     benchmark::RunSpecifiedBenchmarks();
     FreePlfBuffer();

@@ -61,9 +61,10 @@ def draw(table, rows):
         table.at_most(f"decoding {graph}", "a minimal address reader",
                       cpu[f"{graph}/decode"] / cpu[f"{graph}/bytes"], 1.5)
     table.at_least("decoding walk, million vectors/s", "", rows["walk/decode"]["items_per_second"] / 1e6, 100)
-    full = cpu["even/draw/pen:0"]
-    table.at_most("1 % of the area of evenly spread vectors", "the whole", cpu["even/zoomed"] / full, 0.10)
-    table.at_most("a strip 10 pixels high of them", "the whole", cpu["even/strip"] / full, 0.15)
+    for graph, kind in (("even", "joined"), ("separate", "separate")):
+        full = cpu[f"{graph}/draw/pen:0"]
+        table.at_most(f"1 % of the area, {kind} vectors spread evenly", "the whole", cpu[f"{graph}/zoomed"] / full, 0.10)
+        table.at_most("a strip 10 pixels high of them", "the whole", cpu[f"{graph}/strip"] / full, 0.15)
     for kind in ("decode", "draw"):
         each = [cpu[f"growth/{kind}/{10**power}"] / 10**power for power in range(4, 8)]
         spread = (max(each) - min(each)) / (max(each) + min(each)) * 100

@@ -47,10 +47,12 @@ private:
         int right = std::numeric_limits<int>::max();
         int bottom = std::numeric_limits<int>::max();
 
+        // All four sides at once: which one a line lies beyond cannot be predicted.
         [[nodiscard]] bool Misses(int x1, int y1, int x2, int y2) const
         {
-            return std::max(x1, x2) < left || std::min(x1, x2) > right || std::max(y1, y2) < top ||
-                   std::min(y1, y2) > bottom;
+            const int beyond = int{std::max(x1, x2) < left} | int{std::min(x1, x2) > right} |
+                               int{std::max(y1, y2) < top} | int{std::min(y1, y2) > bottom};
+            return beyond != 0;
         }
     };
 
