@@ -19,7 +19,7 @@ MIB = 1024  # kilobytes
 def load(path):
     """The benchmarks of a file by name."""
     with open(path, encoding="utf-8") as file:
-        return {row["name"].removesuffix("/real_time"): row for row in json.load(file)["benchmarks"]}
+        return {row["name"].replace("/real_time", ""): row for row in json.load(file)["benchmarks"]}
 
 
 def median_rows(rows):

@@ -252,10 +252,7 @@ inline void CPlfMeta::GoTo(const AddressParts& part)
         // Compared together, the two pairs would be read as wider numbers than they were written,
         // for which the processor has to wait.
         const bool continues = ((xCur ^ xPathEnd) | (yCur ^ yPathEnd)) == 0;
-        if (continues)
-            Draw(xCur, yCur, x, y);
-        else
-            MoveAndDraw(xCur, yCur, x, y);
+        DrawVector(continues, xCur, yCur, x, y);
         xPathEnd = x;
         yPathEnd = y;
     }

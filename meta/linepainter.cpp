@@ -59,6 +59,18 @@ void LinePainter::SetPen(const QPen& pen)
     batchSize = MayBatch(pen) ? kBatchSize : 1;
 }
 
+void LinePainter::Add(int x1, int y1, int x2, int y2)
+{
+    const bool isBetweenParts =
+        partCount > 0 && std::all_of(parts.begin(), parts.begin() + partCount,
+                                     [=](auto& part) { return part.Misses(x1, y1, x2, y2); });
+    if (isBetweenParts)
+        return;
+    batch[waiting++] = QLine(x1, y1, x2, y2);
+    if (waiting == batchSize)
+        Flush();
+}
+
 void LinePainter::Flush()
 {
     if (waiting > 0)

@@ -69,21 +69,9 @@ public:
     [[nodiscard]] int MapColor(int index) const;
 
     /// Draws a vector that continues the path. Drawing units, y downward.
-    void Draw(int x1, int y1, int x2, int y2)
-    {
-        ++gdwVectorCnt;
-        lines.Line(x1, y1, x2, y2);
-        if (cvtfp != nullptr)
-            EpsLineTo(x2, y2);
-    }
+    void Draw(int x1, int y1, int x2, int y2) { DrawVector(true, x1, y1, x2, y2); }
     /// Draws a vector that starts a new path.
-    void MoveAndDraw(int x1, int y1, int x2, int y2)
-    {
-        ++gdwVectorCnt;
-        lines.Line(x1, y1, x2, y2);
-        if (cvtfp != nullptr)
-            EpsMoveAndLineTo(x1, y1, x2, y2);
-    }
+    void MoveAndDraw(int x1, int y1, int x2, int y2) { DrawVector(false, x1, y1, x2, y2); }
     /// Draws text with its baseline at the text position; a last line feed is removed from it.
     void DrawTextKorvel(char* text);
     /// The font that the file asks for. Texts are not drawn in it: see DrawTextKorvel.
@@ -152,8 +140,14 @@ private:
     void FillBackground(const Rect& full);
     void OpenEps();
     void CloseEps();
-    void EpsLineTo(int x, int y);
-    void EpsMoveAndLineTo(int x1, int y1, int x2, int y2);
+    void DrawVector(bool continues, int x1, int y1, int x2, int y2)
+    {
+        ++gdwVectorCnt;
+        lines.Line(x1, y1, x2, y2);
+        if (cvtfp != nullptr)
+            EpsVector(continues, x1, y1, x2, y2);
+    }
+    void EpsVector(bool continues, int x1, int y1, int x2, int y2);
     void CountEpsItem();
     void ClearTextState();
     [[nodiscard]] int PenWidth() const;

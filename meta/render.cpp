@@ -157,15 +157,12 @@ void CPlfMeta::SetColor(int index)
     ClearPenPos();
 }
 
-void CPlfMeta::EpsLineTo(int x, int y)
+void CPlfMeta::EpsVector(bool continues, int x1, int y1, int x2, int y2)
 {
-    cvtfp->LineTo(x, y);
-    CountEpsItem();
-}
-
-void CPlfMeta::EpsMoveAndLineTo(int x1, int y1, int x2, int y2)
-{
-    cvtfp->MoveAndLineTo(x1, y1, x2, y2);
+    if (continues)
+        cvtfp->LineTo(x2, y2);
+    else
+        cvtfp->MoveAndLineTo(x1, y1, x2, y2);
     CountEpsItem();
 }
 
