@@ -16,9 +16,12 @@ test_packages=(cups-client cups-daemon desktop-file-utils file ghostscript libgl
 sanitizer_packages=(clang libclang-rt-14-dev llvm)
 # To measure the program: beside another one, on a screen.
 bench_packages=(libbenchmark-dev openbox plotutils python3 time xvfb)
-# To check the sources, the manual pages, the completions and the files for desktops.
-lint_packages=(appstream clang-format-14 clang-tidy-14 desktop-file-utils file fish libxml2-utils mandoc
-  shared-mime-info shellcheck zsh)
+# To check the sources, the manual pages, the completions, the files for desktops and the package.
+lint_packages=(appstream clang-format-14 clang-tidy-14 desktop-file-utils dpkg-dev file fish libxml2-utils lintian
+  mandoc shared-mime-info shellcheck zsh)
+# To make the Debian package, and to try it in a bare system.
+deb_packages=(dpkg-dev file)
+deb_test_packages=(debootstrap lintian)
 
 # missing_packages NAME...: print the names of those that are not installed.
 missing_packages() {

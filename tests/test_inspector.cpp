@@ -97,12 +97,13 @@ QStringList ReferenceLines(const std::string& file)
     QStringList lines;
     for (const std::string& operation : reference::Draw(file, {}).operations) {
         const QStringList words = QString::fromStdString(operation).split(u' ');
-        if (words[0] == u"line")
-            lines += QStringLiteral("line %1,%2 %3,%4")
-                         .arg(words[1].toInt())
-                         .arg(kPlfHeight - words[2].toInt())
-                         .arg(words[3].toInt())
-                         .arg(kPlfHeight - words[4].toInt());
+        if (words[0] != u"line")
+            continue;
+        lines += QStringLiteral("line %1,%2 %3,%4")
+                     .arg(words[1].toInt())
+                     .arg(kPlfHeight - words[2].toInt())
+                     .arg(words[3].toInt())
+                     .arg(kPlfHeight - words[4].toInt());
     }
     return lines;
 }
@@ -187,8 +188,7 @@ void TestInspector::dump_handMadeStream_hasEveryPieceAtItsPlace_data()
     QTest::newRow("damaged") << Pieces{{"GS", "gs"},         {"@100,200", "move 100,200"},
                                        {"x20 x60", nullptr}, {R"(ESC "GT" "A")", "command GT 16!"},
                                        {"LF", nullptr},      {"@4,4", "line 100,200 4,4"},
-                                       {"x37 x60", nullptr}, {"BEL", "end bel"},
-                                       {nullptr, nullptr}};
+                                       {"x37 x60", nullptr}, {"BEL", "end bel"}};
     QTest::newRow("cut off in a command")
         << Pieces{{R"(ESC "TG" #1)", "command TG 1 32! 32! 32! 32! 32!"}, {"", "end end-of-file"}};
     QTest::newRow("cut off behind an address")
@@ -205,19 +205,15 @@ void TestInspector::dump_handMadeStream_hasEveryPieceAtItsPlace()
     QStringList expected;
     qsizetype skippedFrom = -1;
     for (const Piece& piece : Pieces{kFirstEntry, kSecondEntry} + pieces) {
-        if (piece.bytes == nullptr)
-            continue;
         const qsizetype begin = file.size();
         file += Bytes(piece.bytes);
         if (piece.words == nullptr && skippedFrom < 0)
             skippedFrom = begin;
         if (piece.words == nullptr || Text(piece.words) == u"unread")
             continue;
+        const QString skipped = QStringLiteral("%1 %2 skipped %3");
         if (skippedFrom >= 0)
-            expected += QStringLiteral("%1 %2 skipped %3")
-                            .arg(skippedFrom)
-                            .arg(begin)
-                            .arg(begin - skippedFrom);
+            expected += skipped.arg(skippedFrom).arg(begin).arg(begin - skippedFrom);
         skippedFrom = -1;
         expected += QStringLiteral("%1 %2 %3").arg(begin).arg(file.size()).arg(Text(piece.words));
     }

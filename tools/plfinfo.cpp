@@ -79,7 +79,7 @@ Options ReadOptions(const QStringList& arguments)
     }
     if (parser.isSet(version))
         parser.showVersion();
-    const Options options = {parser.isSet(json), parser.isSet(dump), parser.positionalArguments()};
+    Options options = {parser.isSet(json), parser.isSet(dump), parser.positionalArguments()};
     if (options.asJson && options.asDump)
         Refuse(QStringLiteral("--json and --dump exclude each other"));
     if (options.graphs.isEmpty())

@@ -82,10 +82,11 @@ QJsonObject BackgroundObject(const Background& background)
 QJsonArray DamageArray(const std::map<Damage, DamageCount>& damage)
 {
     QJsonArray array;
-    for (const auto& [kind, noted] : damage)
+    for (const auto& [kind, noted] : damage) {
         array += QJsonObject{{QStringLiteral("kind"), Word(DamageWord(kind))},
                              {QStringLiteral("offset"), Number(noted.offset)},
                              {QStringLiteral("count"), Number(noted.count)}};
+    }
     return array;
 }
 
