@@ -6,7 +6,7 @@
 #
 #   ./test.sh            g++, warnings are errors: all tests, at the end those in an X server of their own
 #   ./test.sh asan       clang++ with the address and undefined-behaviour sanitizers: the same tests
-#   ./test.sh lint       format, clang-tidy, shellcheck and licence lines of the sources
+#   ./test.sh lint       what formatters, validators and analysers say about the sources
 #   ./test.sh all        these three
 #   ./test.sh fuzz SECONDS [TARGET...]
 #                        each fuzz target, or those named, for so long; two at a time

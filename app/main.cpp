@@ -3,6 +3,7 @@
 #include "app/appwindow.h"
 #include "app/cmdline.h"
 #include "app/drawview.h"
+#include "app/filedrop.h"
 #include "app/globals.h"
 #include "support/paths.h"
 #include "support/text.h"
@@ -45,6 +46,7 @@ int main(int argc, char** argv)
         return 0;
     // Both objects go when the window is closed.
     gpMainwnd = new AppWindow;
+    new FileDrop(gpMainwnd);
     gpDraw = new DrawView(gpMainwnd);
     gpMainwnd->setCentralWidget(gpDraw);
     gpMainwnd->show();

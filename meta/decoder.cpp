@@ -5,6 +5,7 @@
 // Bytes are read as signed characters throughout, so that 128..255 count as control characters.
 #include "meta/plfmeta.h"
 
+#include "meta/observer.h"
 #include "meta/palette.h"
 #include "support/numbers.h"
 #include "support/scan.h"
@@ -134,16 +135,29 @@ int CPlfMeta::Plf2Screen()
         return 1;
     Walk walk;
     walk.szSeq.resize(kAddressReserve);
+    const int last = RunDecoder(walk);
+    if (observer != nullptr)
+        ReportEnd(walk, last);
+    return 1;
+}
+
+// Returns the character that ended the drawing, 0 for the zero byte.
+int CPlfMeta::RunDecoder(Walk& walk)
+{
+    const bool mayHurry = observer == nullptr; // the fast road reports nothing
     // The zero byte is looked for first, even when a character is pending.
     while (*pCur != 0) {
-        if (!walk.inEscape && walk.count == 0 && chPending == 0 && DrawAddresses())
+        if (!walk.inEscape && walk.count == 0 && chPending == 0 && mayHurry && DrawAddresses())
             continue;
         const int c = NextChar(walk);
         if (c == kBel || c == kEndByte)
-            return 1;
+            return c;
         if (c == kGs)
             fMoveNext = 1;
         if (c == kEsc && !walk.inEscape) {
+            if (observer != nullptr && walk.count > 0)
+                observer->DroppedAddress(OffsetOf(walk.begin));
+            walk.begin = pCur - 1;
             walk.inEscape = true;
             walk.count = 0;
         } else if (walk.inEscape) {
@@ -152,7 +166,7 @@ int CPlfMeta::Plf2Screen()
             CollectAddress(walk, c);
         }
     }
-    return 1;
+    return 0;
 }
 
 // The pending character, which drops an unfinished address, or the next byte, which draws a
@@ -167,7 +181,7 @@ int CPlfMeta::NextChar(Walk& walk)
     }
     const int c = static_cast<signed char>(*pCur++);
     if (walk.count < 0) {
-        tekcodeq(walk.szSeq.data());
+        FinishAddress(walk);
         walk.count = 0;
     }
     return c;
@@ -191,7 +205,10 @@ void CPlfMeta::FinishEscape(Walk& walk, int c)
     } else {
         walk.szSeq[1] = 0;
     }
+    bTextOpen = false;
     gprosq(walk.count, walk.szSeq.data(), walk.dwClrMap);
+    if (observer != nullptr)
+        ReportEscape(walk);
     walk.inEscape = false;
     walk.count = 0;
 }
@@ -204,8 +221,12 @@ void CPlfMeta::CollectAddress(Walk& walk, int c)
         walk.szSeq[0] = static_cast<char>(c);
         walk.szSeq[1] = 0;
         gprosq(0, walk.szSeq.data(), walk.dwClrMap);
+        if (observer != nullptr)
+            ReportControl(walk, c);
         return;
     }
+    if (walk.count == 0)
+        walk.begin = pCur - 1;
     const auto at = static_cast<size_t>(walk.count++);
     if (at + 1 == walk.szSeq.size())
         walk.szSeq.resize(2 * walk.szSeq.size());
@@ -268,6 +289,17 @@ void CPlfMeta::tekcodeq(const char* seq)
     GoTo(address);
 }
 
+// The byte behind the address has been read.
+void CPlfMeta::FinishAddress(const Walk& walk)
+{
+    const bool isMove = fMoveNext != 0;
+    const int x = xCur;
+    const int y = yCur;
+    tekcodeq(walk.szSeq.data());
+    if (observer != nullptr)
+        ReportAddress(walk, isMove, x, y);
+}
+
 // What most of a file is made of, whole addresses and GS, straight from its bytes: saves the road
 // of each through the buffer. Leaves everything else, an address interrupted by a control character
 // or at the end of the data included. Returns whether there was any.
@@ -301,13 +333,21 @@ int CPlfMeta::gprosq(ptrdiff_t count, const char* seq, uint32_t* dwClrMap)
         return seq[0] == kBel ? 1 : 0;
     if (count == 1)
         return 0;
-    const auto* command =
-        std::find_if(std::begin(kCommands), std::end(kCommands), [seq](auto& row) {
-            return (row.first == seq[0] || row.first == '*') &&
-                   (row.second == seq[1] || row.second == '*');
-        });
-    (this->*command->run)(dwClrMap);
+    (this->*FindCommand(seq)->run)(dwClrMap);
     return 0;
+}
+
+bool CPlfMeta::IsKnown(const char* seq)
+{
+    return FindCommand(seq)->first != '*';
+}
+
+const CPlfMeta::Command* CPlfMeta::FindCommand(const char* seq)
+{
+    return std::find_if(std::begin(kCommands), std::end(kCommands), [seq](auto& row) {
+        return (row.first == seq[0] || row.first == '*') &&
+               (row.second == seq[1] || row.second == '*');
+    });
 }
 
 // The next vector starts a new output path.
@@ -491,14 +531,15 @@ int CPlfMeta::ReadInteger()
         taken = TakeChar(&c);
         bCommaSeen = taken && c == ',' && fCommaOk != 0;
         if (bCommaSeen)
-            return 0;
+            return ReportInteger(0, PlfInteger::kComma);
         if (taken)
             digits.Append(c);
     } while (taken && c > kLastHigh);
+    const PlfInteger kind = c > kLastControl ? PlfInteger::kWhole : PlfInteger::kUnfinished;
     // No character at all is 0, but a zero byte in its place reads as a low character (32).
     if (digits.IsEmpty() && c != 0)
-        return 0;
-    return decodeq(digits.Text());
+        return ReportInteger(0, kind);
+    return ReportInteger(decodeq(digits.Text()), kind);
 }
 
 int CPlfMeta::ReadCountedString()
@@ -507,22 +548,26 @@ int CPlfMeta::ReadCountedString()
     int c = 0;
     do {
         if (!TakeChar(&c))
-            return 0;
+            return ReportInteger(0, PlfInteger::kUnfinished);
         digits.Append(c);
     } while (c > 64); // '@' ends the count too
     const int length = decodeq(digits.Text());
-    for (int n = 0; n < std::min(length, kMaxCountedString); ++n) {
-        if (!TakeChar(&c))
-            return 0;
-    }
-    return std::min(length, kMaxCountedString);
+    ReportInteger(length, c > kLastControl ? PlfInteger::kWhole : PlfInteger::kUnfinished);
+    const char* text = pCur;
+    bool isWhole = true;
+    for (int n = 0; isWhole && n < std::min(length, kMaxCountedString); ++n)
+        isWhole = TakeChar(&c);
+    ReportString(text, isWhole ? pCur : pCur - 1, isWhole);
+    return isWhole ? std::min(length, kMaxCountedString) : 0;
 }
 
 int CPlfMeta::SkipToControl()
 {
+    const char* text = chPending != 0 ? pCur - 1 : pCur;
     int c = 0;
     while (TakeChar(&c)) {
     }
+    ReportString(text, pCur - 1, true);
     return 0;
 }
 
@@ -535,8 +580,11 @@ int CPlfMeta::GetTextKorvel(char* buf)
         text.push_back(static_cast<char>(chPending));
     const char* end = std::find(pCur, std::max(pCur, pEnd), static_cast<char>(kEsc));
     text.append(pCur, end);
-    pCur = end < pEnd ? end + 1 : end;
+    bTextOpen = end >= pEnd;
+    pCur = bTextOpen ? end : end + 1;
     chPending = kEsc;
+    if (observer != nullptr)
+        observer->String(text, !bTextOpen);
     if (!CopyText(buf, kTextSize, text.c_str())) {
         ++nTextsRefused;
         buf[0] = 0;
@@ -553,9 +601,12 @@ void CPlfMeta::GetXYKorvel(int* x, int* y)
         text.push_back(static_cast<char>(chPending));
         const char* end = std::find_if(pCur, std::max(pCur, pEnd), isEnd);
         text.append(pCur, end);
-        pCur = end < pEnd ? end + 1 : end;
+        bTextOpen = end >= pEnd;
+        pCur = bTextOpen ? end : end + 1;
     }
     chPending = kEsc;
     ScanPosition(text.c_str(), x, y);
     *y = WrapSubtract(kPlfHeight, *y);
+    if (observer != nullptr)
+        observer->Position(*x, WrapSubtract(kPlfHeight, *y), !bTextOpen);
 }

@@ -86,19 +86,23 @@ int LoadPlfFile(char* path, char* message)
     return 0;
 }
 
-int GetPlfBackGroundColor(char* buf)
+const char* FindPlfBackGround(const char* buf)
 {
-    if (gbBkClrWhite || buf == nullptr)
-        return kWhite;
-    if (buf == gpPlfmembuf && gdwFilesize < kBackgroundScanStart)
-        return kWhite;
+    if (buf == nullptr || (buf == gpPlfmembuf && gdwFilesize < kBackgroundScanStart))
+        return nullptr;
     // Only the second match counts.
     const char* match = strstr(buf + kBackgroundScanStart, "RA1");
     if (match != nullptr)
         match = strstr(match + 3, "RA1");
-    if (match == nullptr)
+    return match == nullptr ? nullptr : match + 3;
+}
+
+int GetPlfBackGroundColor(char* buf)
+{
+    const char* named = gbBkClrWhite ? nullptr : FindPlfBackGround(buf);
+    if (named == nullptr)
         return kWhite;
-    const auto* found = std::find(std::begin(gBkClrEsc), std::end(gBkClrEsc), match[3]);
+    const auto* found = std::find(std::begin(gBkClrEsc), std::end(gBkClrEsc), *named);
     return found == std::end(gBkClrEsc) ? kNoBackground
                                         : static_cast<int>(found - std::begin(gBkClrEsc));
 }

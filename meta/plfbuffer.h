@@ -41,6 +41,12 @@ void FreePlfBuffer();
 /// @return 0..15, or kNoBackground for a character that stands for no colour
 int GetPlfBackGroundColor(char* buf);
 
+/// The character that names the background: the one behind the second "RA1" of those behind
+/// kBackgroundScanStart. It may be the zero byte behind the data.
+/// @param buf  as above; may be null
+/// @return null when there is no second one
+const char* FindPlfBackGround(const char* buf);
+
 /// Writes ".emf" over the first '.' of name and what follows it, or behind a name without one; the
 /// caller's buffer has room for four more bytes. Nothing in the program calls it.
 /// @return name

@@ -6,6 +6,7 @@
 
 #include "app/globals.h"
 #include "meta/linepainter.h"
+#include "meta/observer.h"
 #include "support/rect.h"
 
 #include <QFont>
@@ -15,6 +16,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <string_view>
 
 class EpsWriter;
 class QPainter;
@@ -31,6 +33,9 @@ constexpr size_t kTextSize = 1024;
 constexpr int kLineIndexCount = 16;
 /// Conversion mode of a pass that also writes EPS.
 constexpr int kConvertEps = 3;
+// Bits of the text attributes.
+constexpr int kBold = 1;
+constexpr int kItalic = 2;
 /// Widest pen that the toolkit takes. It refuses wider and negative ones and keeps the old width.
 constexpr int kMaxPenWidth = 32767;
 
@@ -51,6 +56,10 @@ public:
 
     /// Puts the object into the state before a pass.
     void Init(char* name, double widthScale);
+
+    /// Lets somebody follow the passes to come, which then take longer.
+    /// @param follower  must outlive them; null = nobody
+    void Observe(PlfObserver* follower) { observer = follower; }
 
     /// Draws the whole file: maps the painter's window to the area, fills the background, runs the
     /// decoder. Counts the vectors in gdwVectorCnt and leaves the background in gdwBkClrFile.
@@ -82,6 +91,7 @@ private:
     struct Walk {
         std::string szSeq;                       // letters of a command, or bytes of an address
         ptrdiff_t count = 0;                     // bytes in szSeq; negative = address complete
+        const char* begin = nullptr;             // first byte of the command or address
         bool inEscape = false;                   // between ESC and the end of a command's letters
         uint32_t dwClrMap[kLineIndexCount] = {}; // line index -> palette index
     };
@@ -95,6 +105,7 @@ private:
     static const Command kCommands[];
 
     int Plf2Screen();
+    int RunDecoder(Walk& walk);
     int NextChar(Walk& walk);
     void CollectEscape(Walk& walk, int c);
     void FinishEscape(Walk& walk, int c);
@@ -102,8 +113,19 @@ private:
     static const char* ReadAddress(const char* seq, int lowest, AddressParts& part);
     void GoTo(const AddressParts& part);
     void tekcodeq(const char* seq);
+    void FinishAddress(const Walk& walk);
+    void ReportAddress(const Walk& walk, bool isMove, int x, int y);
+    void ReportControl(const Walk& walk, int c);
+    void ReportEscape(const Walk& walk);
+    void ReportEnd(const Walk& walk, int last);
+    int ReportInteger(int value, PlfInteger kind);
+    void ReportString(const char* begin, const char* end, bool isWhole);
+    void ReportText(std::string_view text);
+    [[nodiscard]] size_t OffsetOf(const char* at) const;
     bool DrawAddresses();
     int gprosq(ptrdiff_t count, const char* seq, uint32_t* dwClrMap);
+    static const Command* FindCommand(const char* seq);
+    static bool IsKnown(const char* seq);
     void ClearPenPos();
 
     int getseq(int mode);
@@ -182,5 +204,7 @@ private:
     QPrinter* pPrinter = nullptr;
     LinePainter lines; // the painter's lines
     AddressParts address;
-    int nEpsItems = 1; // number of the next path item on its line of the EPS output
+    int nEpsItems = 1;               // number of the next path item on its line of the EPS output
+    PlfObserver* observer = nullptr; // follows the pass; null = nobody does
+    bool bTextOpen = false;          // the last string or position ended with the data
 };

@@ -5,12 +5,12 @@
 #include "meta/epswriter.h"
 #include "meta/palette.h"
 #include "meta/plfmeta.h"
+#include "meta/plftext.h"
 #include "meta/printerdpi.h"
 #include "support/numbers.h"
 
 #include <QPainter>
 #include <QString>
-#include <QStringDecoder>
 
 #include <algorithm>
 #include <cstring>
@@ -35,24 +35,10 @@ int PagePixels(double value)
 // Path items on a line of the EPS output.
 constexpr int kEpsItemsPerLine = 4;
 
-// Bits of dwTextAttr.
-constexpr int kBold = 1;
-constexpr int kItalic = 2;
-
 QRect ToQRect(int64_t left, int64_t top, int64_t right, int64_t bottom)
 {
     return {QPoint(SaturateToInt(left), SaturateToInt(top)),
             QPoint(SaturateToInt(right - 1), SaturateToInt(bottom - 1))};
-}
-
-// Files in use carry ASCII. Other bytes are UTF-8 when the whole text is, and Latin-1 when not, so
-// that no character is lost.
-QString TextFromFile(const char* text, size_t length)
-{
-    const QByteArrayView bytes(text, static_cast<qsizetype>(length));
-    QStringDecoder utf8(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
-    const QString decoded = utf8(bytes);
-    return utf8.hasError() ? QString::fromLatin1(bytes) : decoded;
 }
 
 } // namespace
@@ -177,7 +163,7 @@ void CPlfMeta::CountEpsItem()
 
 QFont CPlfMeta::TextFont() const
 {
-    QFont font(TextFromFile(szFontName, strlen(szFontName)));
+    QFont font(TextFromFile(szFontName));
     if (iFontSize > 0)
         font.setPointSize(iFontSize);
     font.setWeight((dwTextAttr & kBold) != 0 ? QFont::Bold : QFont::Normal);
@@ -192,8 +178,9 @@ void CPlfMeta::DrawTextKorvel(char* text)
     size_t length = strlen(text);
     if (length > 0 && text[length - 1] == '\n')
         text[--length] = 0;
+    ReportText({text, length});
     if (pPainter == nullptr)
         return;
     lines.Flush();
-    pPainter->drawText(iTextX, iTextY, TextFromFile(text, length));
+    pPainter->drawText(iTextX, iTextY, TextFromFile({text, length}));
 }

@@ -9,14 +9,19 @@ build_packages=(cmake fonts-dejavu-core g++ libgl-dev ninja-build qt6-base-dev q
 # The same, for a desktop without an X server.
 wayland_packages=(qt6-wayland)
 # To build and run the tests: readers of PostScript and PDF, a print server, locales of other countries,
-# and a screen with a window manager and a user.
-test_packages=(cups-client cups-daemon ghostscript locales openbox poppler-utils x11-utils xdotool xvfb)
+# a screen with a window manager and a user, and what desktops know of file types.
+test_packages=(cups-client cups-daemon desktop-file-utils file ghostscript libglib2.0-bin locales openbox
+  poppler-utils shared-mime-info x11-utils xdotool xvfb)
 # To build with sanitizers, and names in their reports.
 sanitizer_packages=(clang libclang-rt-14-dev llvm)
 # To measure the program: beside another one, on a screen.
 bench_packages=(libbenchmark-dev openbox plotutils python3 time xvfb)
-# To check the sources.
-lint_packages=(clang-format-14 clang-tidy-14 shellcheck)
+# To check the sources, the manual pages, the completions, the files for desktops and the package.
+lint_packages=(appstream clang-format-14 clang-tidy-14 desktop-file-utils dpkg-dev file fish libxml2-utils lintian
+  mandoc shared-mime-info shellcheck zsh)
+# To make the Debian package, and to try it in a bare system.
+deb_packages=(dpkg-dev file)
+deb_test_packages=(debootstrap lintian)
 
 # missing_packages NAME...: print the names of those that are not installed.
 missing_packages() {

@@ -1,0 +1,85 @@
+// SPDX-License-Identifier: MIT
+// SPDX-FileCopyrightText: 2026 plotvw contributors
+//
+// What the interpreter tells somebody who follows a pass byte by byte.
+#pragma once
+
+#include <cstddef>
+#include <string_view>
+
+/// Bytes of the file: offsets of the first one and of the one behind the last.
+struct PlfSpan {
+    size_t begin = 0;
+    size_t end = 0;
+};
+
+/// A vector in file units, y upward, and what it is drawn with.
+struct PlfVector {
+    int x1 = 0, y1 = 0;
+    int x2 = 0, y2 = 0;
+    int color = 0; // palette index
+    int width = 0; // of the file, times the pass's scale
+};
+
+/// A text, its position in file units with y upward, and the settings of texts.
+struct PlfText {
+    std::string_view text;
+    int x = 0, y = 0;
+    std::string_view font;
+    int size = 0;  // points
+    int color = 0; // palette index
+    bool isBold = false;
+    bool isItalic = false;
+};
+
+/// How an integer was read.
+enum class PlfInteger {
+    kWhole,
+    kComma,     // a comma stands for this colour component and the next
+    kUnfinished // a control character or the end of the data ended it, or stood in its place
+};
+
+/// Why the drawing ended.
+enum class PlfEnd { kBel, kByte255, kZeroByte, kEndOfFile };
+
+/// Told of everything in the order of the file. No two spans overlap; bytes in none had no effect.
+class PlfObserver
+{
+public:
+    PlfObserver() = default;
+    virtual ~PlfObserver() = default;
+    PlfObserver(const PlfObserver&) = delete;
+    PlfObserver& operator=(const PlfObserver&) = delete;
+
+    // The parameters of a command, each before the command itself.
+
+    /// An integer parameter.
+    virtual void Integer(int value, PlfInteger kind) = 0;
+    /// A string, or the characters that a command skips.
+    /// @param isWhole  false when it ended with the data, or before its count
+    virtual void String(std::string_view text, bool isWhole) = 0;
+    /// A position in file units. isClosed is false when it ended with the data.
+    virtual void Position(int x, int y, bool isClosed) = 0;
+
+    /// A command was carried out.
+    /// @param letters  one or two
+    /// @param isKnown  false when its parameters were skipped for want of a meaning
+    virtual void Command(PlfSpan span, std::string_view letters, bool isKnown) = 0;
+    /// An address moved the beam.
+    virtual void Move(PlfSpan span, int x, int y) = 0;
+    /// An address drew a vector.
+    virtual void Vector(PlfSpan span, const PlfVector& vector) = 0;
+    /// A control character said that the next address moves.
+    virtual void NextMoves(PlfSpan span) = 0;
+    /// A command drew a text; told before that command.
+    virtual void Text(const PlfText& text) = 0;
+
+    /// A control character took the place of the first bytes of the address that begins there.
+    virtual void BrokenAddress(size_t begin) = 0;
+    /// An address was dropped: an escape interrupted it, or no byte followed it.
+    virtual void DroppedAddress(size_t begin) = 0;
+    /// The drawing ended between an escape and the end of its letters.
+    virtual void DroppedCommand(size_t begin) = 0;
+    /// The pass is over. offset is that of the byte that ended it, or the size of the file.
+    virtual void End(size_t offset, PlfEnd reason) = 0;
+};

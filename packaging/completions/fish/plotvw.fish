@@ -1,0 +1,15 @@
+# SPDX-License-Identifier: MIT
+# SPDX-FileCopyrightText: 2026 plotvw contributors
+complete -c plotvw -f -a "(__fish_complete_suffix .plf)"
+complete -c plotvw -a -p -d "Print at once"
+complete -c plotvw -a "-po=l" -d "Print in landscape"
+complete -c plotvw -a "-po=p" -d "Print in portrait"
+complete -c plotvw -a "-c=1" -d "Export a JPEG at once"
+complete -c plotvw -a "-c=2" -d "Export an EPS at once"
+complete -c plotvw -a "-cf=" -d "Name of exported files"
+complete -c plotvw -a "-cwd=" -d "Folder of exported files"
+complete -c plotvw -a "-wp=" -d "Place and size of the window"
+complete -c plotvw -a -q -d "Ask to quit when the jobs are done"
+complete -c plotvw -a -tmp -d "The graph is a temporary file"
+complete -c plotvw -a "-svrname=" -d "Local server of the host"
+complete -c plotvw -a "'-?'" -d "Show a short help"

@@ -1,0 +1,13 @@
+#!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
+# SPDX-FileCopyrightText: 2026 plotvw contributors
+#
+# Draw the icon in the sizes that desktops ask for, beside this script; to be run when plotvw.svg has changed.
+#
+# Debian packages: librsvg2-bin.
+set -euo pipefail
+
+cd -- "$(dirname -- "${BASH_SOURCE[0]}")"
+for size in 16 22 24 32 48 64 128 256; do
+  rsvg-convert --width "$size" --height "$size" plotvw.svg --output "plotvw-$size.png"
+done

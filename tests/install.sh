@@ -1,0 +1,77 @@
+#!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
+# SPDX-FileCopyrightText: 2026 plotvw contributors
+#
+# Does the system know a graph once the program is installed, also one without an extension?     install.sh TOP BUILD
+#
+# Debian packages: desktop-file-utils, libglib2.0-bin, man-db, shared-mime-info.
+set -euo pipefail
+
+top=$1 build=$2
+root=$(mktemp -d)
+trap 'rm -rf -- "$root"' EXIT
+prefix=$root/usr
+export HOME=$root/home XDG_DATA_HOME=$root/home/data XDG_CONFIG_HOME=$root/home/config XDG_DATA_DIRS=$prefix/share
+export PATH=$prefix/bin:$PATH MANPATH=$prefix/share/man
+unset XDG_CURRENT_DESKTOP
+mkdir "$root/home" "$root/graphs"
+
+fail() {
+  echo "$*" >&2
+  exit 1
+}
+
+# expect WHAT EXPECTED FOUND
+expect() {
+  [[ $3 == "$2" ]] || fail "$1: '$3' instead of '$2'"
+}
+
+cmake --install "$build" --prefix "$prefix" >/dev/null
+PKGSYSTEM_ENABLE_FSYNC=0 update-mime-database "$prefix/share/mime"
+update-desktop-database "$prefix/share/applications"
+
+type_of() {
+  gio info --attributes=standard::content-type -- "$1" | sed -n 's/^ *standard::content-type: //p'
+}
+
+cp -- "$top/samples/bode.plf" "$root/graphs/graph"
+cp -- "$top/samples/bode.plf" "$root/graphs/graph.plf"
+head -c 15 -- "$top/samples/bode.plf" >"$root/graphs/header cut short"
+printf 'ESC TG140000' >"$root/graphs/text"
+expect 'a graph without an extension' image/x-korvel-plf "$(type_of "$root/graphs/graph")"
+expect 'a graph' image/x-korvel-plf "$(type_of "$root/graphs/graph.plf")"
+for name in 'header cut short' text; do
+  [[ $(type_of "$root/graphs/$name") != image/x-korvel-plf ]] || fail "$name: it counts as a graph"
+done
+
+applications=$(gio mime image/x-korvel-plf)
+grep -q 'plotvw\.desktop' <<<"$applications" || fail "no application opens graphs: $applications"
+
+# The thumbnailer's command, with its placeholders filled in as a file manager does.
+command=$(sed -n 's/^Exec=//p' "$prefix/share/thumbnailers/plotvw.thumbnailer")
+read -ra words <<<"$command"
+words=("${words[@]//%s/256}")
+words=("${words[@]//%i/$root/graphs/graph}")
+words=("${words[@]//%o/$root/graphs/thumbnail}")
+env --unset=DISPLAY --unset=WAYLAND_DISPLAY "${words[@]}"
+expect 'the thumbnail' image/png "$(file --brief --mime-type -- "$root/graphs/thumbnail")"
+[[ $(file --brief -- "$root/graphs/thumbnail") == *'256 x 195'* ]] || fail 'the thumbnail has another size'
+
+for program in plotvw plotvw-open plfconvert plfinfo krvhost; do
+  [[ -x $prefix/bin/$program ]] || fail "$program is not installed"
+  [[ -s $prefix/share/man/man1/$program.1 ]] || fail "$program has no manual page"
+  for script in bash-completion/completions/"$program" zsh/site-functions/_"$program" \
+    fish/vendor_completions.d/"$program.fish"; do
+    [[ -s $prefix/share/$script ]] || fail "$script is not installed"
+  done
+done
+for file in man/man5/plotvw.cfg.5 metainfo/org.plotvw.plotvw.metainfo.xml icons/hicolor/scalable/apps/plotvw.svg \
+  icons/hicolor/48x48/apps/plotvw.png; do
+  [[ -s $prefix/share/$file ]] || fail "$file is not installed"
+done
+
+# Every program that the desktop's files start is there.
+sed -n 's/^\(Try\)\{0,1\}Exec=\([^ ]*\).*/\2/p' "$prefix"/share/applications/*.desktop "$prefix"/share/thumbnailers/* |
+  while read -r program; do
+    [[ -x $prefix/bin/$program ]] || fail "$program is started and is not there"
+  done

@@ -1,0 +1,312 @@
+// SPDX-License-Identifier: MIT
+// SPDX-FileCopyrightText: 2026 plotvw contributors
+//
+// plfinfo as people and programs call it: what it prints, how it ends, what it refuses.
+#include "tests/plfwriter.h"
+
+#include <QDir>
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QtTest>
+
+#include <unistd.h>
+
+namespace {
+
+constexpr int kTimeout = 120000; // milliseconds; sanitizers on a busy machine are slow
+
+// How a call ended.
+struct Call {
+    int code = -1; // -1 when it did not end by itself
+    QByteArray output;
+    QByteArray errors;
+};
+
+QString Text(const char* text)
+{
+    return QString::fromUtf8(text);
+}
+
+QByteArray SmallGraph()
+{
+    return QByteArray::fromStdString(plf::Start() + plf::Width(7) + plf::Line(0, 0, 4095, 3119) +
+                                     plf::Text(100, 200, "20 \xc2\xb0\x43 \"hot\"") + plf::End());
+}
+
+} // namespace
+
+class TestPlfInfo : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+
+    void text_graph_hasARowForEachThing();
+    void text_controlCharacters_areWrittenOut();
+    void json_graph_isAnArrayWithOneObject();
+    void json_fileThatCannotBeRead_hasTheReason();
+    void json_samples_agreeWithTheirDumps();
+    void dump_manyGraphs_nameEach();
+    void standardInput_isRead();
+    void call_fileThatCannotBeRead_namesItAndGoesOn_data();
+    void call_fileThatCannotBeRead_namesItAndGoesOn();
+    void call_wrongUsage_endsWith2_data();
+    void call_wrongUsage_endsWith2();
+    void call_outputThatCannotBeWritten_endsWith1();
+    void call_helpAndVersion_endWith0();
+    void call_nameThatIsNoText_isRead();
+
+private:
+    Call Run(const QStringList& arguments, const QByteArray& input = {});
+    [[nodiscard]] QString Path(const char* name) const { return folder->filePath(Text(name)); }
+    void Write(const char* name, const QByteArray& bytes) const
+    {
+        QVERIFY(plf::WriteFile(Path(name).toStdString(), bytes.toStdString()));
+    }
+
+    std::unique_ptr<QTemporaryDir> folder;
+};
+
+void TestPlfInfo::init()
+{
+    folder = std::make_unique<QTemporaryDir>();
+    QVERIFY(folder->isValid());
+    Write("graph.plf", SmallGraph());
+}
+
+Call TestPlfInfo::Run(const QStringList& arguments, const QByteArray& input)
+{
+    QProcess process;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    for (const char* variable : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"})
+        environment.remove(Text(variable));
+    process.setProcessEnvironment(environment);
+    process.setWorkingDirectory(folder->path());
+    process.start(Text(PLFINFO_PROGRAM), arguments);
+    process.write(input);
+    process.closeWriteChannel();
+    if (!process.waitForFinished(kTimeout) || process.exitStatus() != QProcess::NormalExit)
+        return {-1, process.readAllStandardOutput(), process.readAllStandardError()};
+    return {process.exitCode(), process.readAllStandardOutput(), process.readAllStandardError()};
+}
+
+void TestPlfInfo::text_graph_hasARowForEachThing()
+{
+    const Call call = Run({Text("graph.plf")});
+    QCOMPARE(call.errors, QByteArray());
+    QCOMPARE(call.code, 0);
+    const qsizetype size = SmallGraph().size();
+    QCOMPARE(call.output, QByteArray("graph.plf\n"
+                                     "  Size          " +
+                                     QByteArray::number(size) +
+                                     " bytes, 16 of them the header\n"
+                                     "  Commands      GT 1, TG 2, ZD 1, ZP 1\n"
+                                     "  Vectors       1\n"
+                                     "  Moves         1\n"
+                                     "  Line indices  none\n"
+                                     "  Colors        0 #000000\n"
+                                     "  Widths        7\n"
+                                     "  Extent        0,0 to 4095,3119\n"
+                                     "  Background    15 #ffffff, as the file names none\n"
+                                     "  Skipped       2 bytes\n"
+                                     "  End           bel at byte " +
+                                     QByteArray::number(size - 1) +
+                                     "\n"
+                                     "  Texts         1\n"
+                                     "    100,200 \"20 \u00b0C \\\"hot\\\"\", color 0, byte 43\n"
+                                     "  Damage        none\n"));
+}
+
+// A terminal would obey them.
+void TestPlfInfo::text_controlCharacters_areWrittenOut()
+{
+    Write("graph\x1b.plf",
+          QByteArray::fromStdString(plf::Start() + plf::Text(1, 1, "\x9b[2J\x07") + plf::End()));
+    for (const char* option : {"--", "--dump"}) {
+        const Call call = Run({Text(option), Text("graph\x1b.plf"), Text("graph\x1b.plf")});
+        QCOMPARE(call.code, 0);
+        QVERIFY(call.output.contains("graph\\x1b.plf"));
+        QVERIFY(call.output.contains("\"\\x9b[2J\\x07\""));
+        QVERIFY(!call.output.contains('\x1b') && !call.output.contains("\xc2\x9b"));
+    }
+}
+
+void TestPlfInfo::json_graph_isAnArrayWithOneObject()
+{
+    const Call call = Run({Text("--json"), Text("graph.plf")});
+    QCOMPARE(call.code, 0);
+    const QJsonArray graphs = QJsonDocument::fromJson(call.output).array();
+    QCOMPARE(graphs.size(), 1);
+    const QJsonObject graph = graphs[0].toObject();
+    const int size = static_cast<int>(SmallGraph().size());
+    const QJsonObject expected = {
+        {Text("file"), Text("graph.plf")},
+        {Text("size"), size},
+        {Text("header"), 16},
+        {Text("commands"),
+         QJsonObject{{Text("GT"), 1}, {Text("TG"), 2}, {Text("ZD"), 1}, {Text("ZP"), 1}}},
+        {Text("vectors"), 1},
+        {Text("moves"), 1},
+        {Text("texts"), QJsonArray{QJsonObject{{Text("text"), Text("20 \u00b0C \"hot\"")},
+                                               {Text("x"), 100},
+                                               {Text("y"), 200},
+                                               {Text("font"), QString()},
+                                               {Text("size"), 0},
+                                               {Text("color"), 0},
+                                               {Text("bold"), false},
+                                               {Text("italic"), false},
+                                               {Text("offset"), 43}}}},
+        {Text("lineIndices"), QJsonArray()},
+        {Text("colors"), QJsonArray{0}},
+        {Text("widths"), QJsonArray{7}},
+        {Text("extent"),
+         QJsonObject{
+             {Text("left"), 0}, {Text("bottom"), 0}, {Text("right"), 4095}, {Text("top"), 3119}}},
+        {Text("background"), QJsonObject{{Text("index"), 15},
+                                         {Text("source"), Text("default")},
+                                         {Text("offset"), QJsonValue::Null}}},
+        {Text("skippedBytes"), 2},
+        {Text("end"), QJsonObject{{Text("offset"), size - 1}, {Text("reason"), Text("bel")}}},
+        {Text("damage"), QJsonArray()}};
+    QCOMPARE(graph.keys(), expected.keys());
+    for (const QString& key : expected.keys())
+        QCOMPARE(graph[key], expected[key]);
+}
+
+void TestPlfInfo::json_fileThatCannotBeRead_hasTheReason()
+{
+    const Call call = Run({Text("-j"), Text("none.plf"), Text("graph.plf")});
+    QCOMPARE(call.code, 1);
+    const QJsonArray graphs = QJsonDocument::fromJson(call.output).array();
+    QCOMPARE(graphs.size(), 2);
+    QCOMPARE(graphs[0].toObject().keys(), (QStringList{Text("error"), Text("file")}));
+    QCOMPARE(graphs[0][Text("file")].toString(), Text("none.plf"));
+    QCOMPARE(graphs[0][Text("error")].toString(), Text("No such file or directory"));
+    QCOMPARE(graphs[1][Text("vectors")].toInt(), 1);
+}
+
+void TestPlfInfo::json_samples_agreeWithTheirDumps()
+{
+    const QDir samples(Text(PLOTVW_SAMPLES));
+    QStringList names;
+    for (const QString& name : samples.entryList({Text("*.plf")}))
+        names += samples.filePath(name);
+    QVERIFY(names.size() >= 8);
+    const Call json = Run(QStringList(Text("--json")) + names);
+    const QJsonArray graphs = QJsonDocument::fromJson(json.output).array();
+    QCOMPARE(graphs.size(), names.size());
+    for (qsizetype i = 0; i < names.size(); ++i) {
+        const QByteArray dump = Run({Text("--dump"), names[i]}).output;
+        QCOMPARE(dump.count(" line "), graphs[i][Text("vectors")].toInt());
+        QCOMPARE(dump.count(" move "), graphs[i][Text("moves")].toInt());
+        QCOMPARE(dump.count(" command ZD "), graphs[i][Text("texts")].toArray().size());
+        QVERIFY(graphs[i][Text("vectors")].toInt() > 0);
+        QVERIFY(dump.endsWith(QByteArray::number(QFile(names[i]).size()) + " end bel\n"));
+    }
+}
+
+void TestPlfInfo::dump_manyGraphs_nameEach()
+{
+    Write("empty.plf", QByteArray::fromStdString(plf::Start()));
+    const Call call = Run({Text("-d"), Text("empty.plf"), Text("empty.plf")});
+    const QByteArray one = "# empty.plf\n0 9 command TG 1 4 0 0 0 0\n"
+                           "9 18 command TG 1 4 1 0 0 0\n18 18 end end-of-file\n";
+    QCOMPARE(call.output, one + one);
+    QCOMPARE(call.code, 0);
+    QCOMPARE(Run({Text("-d"), Text("empty.plf")}).output, one.mid(one.indexOf('\n') + 1));
+}
+
+void TestPlfInfo::standardInput_isRead()
+{
+    const Call call = Run({Text("-")}, SmallGraph());
+    QCOMPARE(call.code, 0);
+    QVERIFY(call.output.startsWith("-\n  Size "));
+}
+
+void TestPlfInfo::call_fileThatCannotBeRead_namesItAndGoesOn_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QByteArray>("reason");
+    QTest::newRow("missing") << Text("none.plf") << QByteArray("No such file or directory");
+    QTest::newRow("folder") << Text(".") << QByteArray("is a folder");
+    QTest::newRow("empty") << Text("empty.plf") << QByteArray("is empty");
+    QTest::newRow("no graph") << Text("text.plf")
+                              << QByteArray("File is not a recognized PLF graphic format.");
+    QTest::newRow("no input") << Text("-") << QByteArray("is empty");
+    QTest::newRow("line end in the name")
+        << Text("no\nne") << QByteArray("No such file or directory");
+}
+
+void TestPlfInfo::call_fileThatCannotBeRead_namesItAndGoesOn()
+{
+    QFETCH(QString, name);
+    QFETCH(QByteArray, reason);
+    Write("empty.plf", "");
+    Write("text.plf", "text");
+    const Call call = Run({name, Text("graph.plf")});
+    QCOMPARE(call.code, 1);
+    QCOMPARE(call.errors,
+             "plfinfo: " + name.toUtf8().replace("\n", "\\x0a") + ": " + reason + '\n');
+    QVERIFY(call.output.startsWith("graph.plf\n"));
+}
+
+void TestPlfInfo::call_wrongUsage_endsWith2_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::newRow("no graph") << QStringList();
+    QTest::newRow("unknown option") << QStringList{Text("--nonsense"), Text("graph.plf")};
+    QTest::newRow("two kinds") << QStringList{Text("--json"), Text("--dump"), Text("graph.plf")};
+}
+
+void TestPlfInfo::call_wrongUsage_endsWith2()
+{
+    QFETCH(QStringList, arguments);
+    const Call call = Run(arguments);
+    QCOMPARE(call.code, 2);
+    QCOMPARE(call.output, QByteArray());
+    QVERIFY(call.errors.startsWith("plfinfo: "));
+    QVERIFY(call.errors.endsWith("\nTry 'plfinfo --help'.\n"));
+}
+
+void TestPlfInfo::call_outputThatCannotBeWritten_endsWith1()
+{
+    QProcess process;
+    process.setStandardOutputFile(Text("/dev/full"));
+    process.start(Text(PLFINFO_PROGRAM), {Path("graph.plf")});
+    QVERIFY(process.waitForFinished(kTimeout));
+    QCOMPARE(process.exitCode(), 1);
+    QCOMPARE(process.readAllStandardError(),
+             QByteArray("plfinfo: the output cannot be written: No space left on device\n"));
+}
+
+void TestPlfInfo::call_helpAndVersion_endWith0()
+{
+    const Call help = Run({Text("--help")});
+    QCOMPARE(help.code, 0);
+    QVERIFY(help.output.contains("Exit codes: 0 "));
+    const Call version = Run({Text("-v")});
+    QCOMPARE(version.code, 0);
+    QCOMPARE(version.output, QByteArray("plfinfo " PLOTVW_VERSION "\n"));
+}
+
+void TestPlfInfo::call_nameThatIsNoText_isRead()
+{
+    const std::string name = folder->path().toStdString() + "/caf\xe9.plf";
+    QVERIFY(plf::WriteFile(name, SmallGraph().toStdString()));
+    QProcess process;
+    process.setWorkingDirectory(folder->path());
+    process.start(Text("sh"), {Text("-c"), Text("exec '" PLFINFO_PROGRAM "' --json caf*")});
+    QVERIFY(process.waitForFinished(kTimeout));
+    QCOMPARE(unlink(name.c_str()), 0); // the toolkit cannot
+    QCOMPARE(process.exitCode(), 0);
+    const QJsonArray graphs = QJsonDocument::fromJson(process.readAllStandardOutput()).array();
+    QCOMPARE(graphs[0][Text("file")].toString(), Text("caf\ufffd.plf"));
+}
+
+QTEST_GUILESS_MAIN(TestPlfInfo)
+#include "test_plfinfo.moc"

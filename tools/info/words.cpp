@@ -1,0 +1,61 @@
+// SPDX-License-Identifier: MIT
+// SPDX-FileCopyrightText: 2026 plotvw contributors
+#include "tools/info/words.h"
+
+#include "meta/palette.h"
+#include "meta/plftext.h"
+
+#include <iterator>
+
+namespace {
+
+constexpr const char* kDamageWords[] = {
+    "unknown command",    "unfinished parameter", "unfinished command",
+    "unclosed string",    "unfinished address",   "broken address",
+    "index out of range", "text too long",        "data after the end"};
+static_assert(std::size(kDamageWords) == static_cast<size_t>(Damage::kDataAfterTheEnd) + 1);
+
+constexpr const char* kEndWords[] = {"bel", "byte-255", "zero-byte", "end-of-file"};
+static_assert(std::size(kEndWords) == static_cast<size_t>(PlfEnd::kEndOfFile) + 1);
+
+// Those of ASCII and of Latin-1, which terminals obey too.
+bool IsControl(QChar c)
+{
+    return c.category() == QChar::Other_Control;
+}
+
+QString Escaped(QChar c)
+{
+    if (c == u'"' || c == u'\\')
+        return QStringLiteral("\\") + c;
+    if (IsControl(c))
+        return QStringLiteral("\\x%1").arg(c.unicode(), 2, 16, QLatin1Char('0'));
+    return c;
+}
+
+} // namespace
+
+const char* DamageWord(Damage kind)
+{
+    return kDamageWords[static_cast<size_t>(kind)];
+}
+
+const char* EndWord(PlfEnd reason)
+{
+    return kEndWords[static_cast<size_t>(reason)];
+}
+
+const char* BackgroundWord(const Background& background)
+{
+    if (!background.offset)
+        return "default";
+    return background.index < kPaletteSize ? "file" : "unknown";
+}
+
+QByteArray Quoted(std::string_view text)
+{
+    QString quoted;
+    for (const QChar c : TextFromFile(text))
+        quoted += Escaped(c);
+    return '"' + quoted.toUtf8() + '"';
+}

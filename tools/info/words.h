@@ -1,0 +1,22 @@
+// SPDX-License-Identifier: MIT
+// SPDX-FileCopyrightText: 2026 plotvw contributors
+//
+// The words that stand for what was found, the same in every kind of output.
+#pragma once
+
+#include "tools/info/summary.h"
+
+#include <QByteArray>
+
+/// Such as "unknown command"; the manual page has the list.
+const char* DamageWord(Damage kind);
+
+/// "bel", "byte-255", "zero-byte" or "end-of-file".
+const char* EndWord(PlfEnd reason);
+
+/// How the background was found: "file", "default" or "unknown".
+const char* BackgroundWord(const Background& background);
+
+/// A text of the file in UTF-8 and in quotation marks, in front of which, as of backslashes, stands
+/// a backslash. Control characters are "\xNN".
+QByteArray Quoted(std::string_view text);
