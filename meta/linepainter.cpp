@@ -31,14 +31,12 @@ QRegion VisiblePixels(const QPainter& painter)
                  TruncToInt(std::ceil(device->height() * ratio)));
 }
 
-// Only there a line is worth less than a look at where it lies, and the target is known: other
-// engines keep lines for a place and time of their own.
+} // namespace
+
 bool IsRaster(const QPainter* painter)
 {
     return painter != nullptr && painter->paintEngine()->type() == QPaintEngine::Raster;
 }
-
-} // namespace
 
 LinePainter::LinePainter(QPainter* target) : painter(target), isRaster(IsRaster(target)) {}
 

@@ -15,6 +15,10 @@
 class QPainter;
 class QPen;
 
+/// Whether a painter, which may be null, makes pixels: the screen's, or an image's. Other engines
+/// keep what is painted for a place and time of their own.
+bool IsRaster(const QPainter* painter);
+
 class LinePainter
 {
 public:

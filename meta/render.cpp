@@ -10,9 +10,11 @@
 #include "support/numbers.h"
 
 #include <QPainter>
+#include <QPainterPath>
 #include <QString>
 
 #include <algorithm>
+#include <cmath>
 #include <cstring>
 
 namespace {
@@ -39,6 +41,27 @@ QRect ToQRect(int64_t left, int64_t top, int64_t right, int64_t bottom)
 {
     return {QPoint(SaturateToInt(left), SaturateToInt(top)),
             QPoint(SaturateToInt(right - 1), SaturateToInt(bottom - 1))};
+}
+
+// Whether the toolkit would make a picture of each glyph of a text, as it does where their area is
+// small, and they are longer than such a picture may be: a narrow part of a graph in a wide window.
+bool IsTooLongForPictures(const QPainter& painter)
+{
+    constexpr double kLongest = 512;             // pixels; the toolkit crashes from about 1000
+    constexpr double kLargestArea = 2 * 64 * 64; // it makes none from half of that
+    const QTransform toDevice = painter.deviceTransform();
+    const double size = painter.fontMetrics().height();
+    const double stretch = std::max({std::abs(toDevice.m11()), std::abs(toDevice.m12()),
+                                     std::abs(toDevice.m21()), std::abs(toDevice.m22())});
+    return size * stretch > kLongest &&
+           size * size * std::abs(toDevice.determinant()) < kLargestArea;
+}
+
+void DrawOutlines(QPainter& painter, const QPoint& at, const QString& text)
+{
+    QPainterPath path;
+    path.addText(at, painter.font(), text);
+    painter.fillPath(path, painter.pen().color());
 }
 
 } // namespace
@@ -182,5 +205,10 @@ void CPlfMeta::DrawTextKorvel(char* text)
     if (pPainter == nullptr)
         return;
     lines.Flush();
-    pPainter->drawText(iTextX, iTextY, TextFromFile({text, length}));
+    const QPoint at(iTextX, iTextY);
+    const QString decoded = TextFromFile({text, length});
+    if (IsRaster(pPainter) && IsTooLongForPictures(*pPainter))
+        DrawOutlines(*pPainter, at, decoded);
+    else
+        pPainter->drawText(at, decoded);
 }

@@ -374,6 +374,41 @@ private slots:
         }
     }
 
+    void text_farLongerThanThick_isDrawn_data()
+    {
+        QTest::addColumn<QPointF>("scale"); // pixels for a unit
+        QTest::addColumn<bool>("shows");
+        QTest::newRow("plain") << QPointF(1, 1) << true;
+        QTest::newRow("wide, two pixels high") << QPointF(200, 0.15) << true;
+        QTest::newRow("two pixels wide, high") << QPointF(0.15, 200) << true;
+        QTest::newRow("wide, a fraction of a pixel high") << QPointF(1000, 0.01) << true;
+        QTest::newRow("no height") << QPointF(1000, 0) << false;
+        QTest::newRow("no width") << QPointF(0, 1000) << false;
+        QTest::newRow("farthest") << QPointF(1e6, 1e-9) << false;
+    }
+
+    // The toolkit's pictures of glyphs cannot hold such ones: it crashes.
+    void text_farLongerThanThick_isDrawn()
+    {
+        QFETCH(QPointF, scale);
+        QFETCH(bool, shows);
+        QImage drawn(400, 400, QImage::Format_RGB32);
+        drawn.fill(Qt::white);
+        QPainter painter(&drawn);
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(Qt::black);
+        painter.scale(scale.x(), scale.y());
+        painter.translate(-2, 5); // the first letter's middle
+        char name[] = "";
+        CPlfMeta meta(name, &painter, nullptr, 1.0, 0);
+        char text[] = "EEEE";
+        meta.DrawTextKorvel(text);
+        painter.end();
+        QImage blank(drawn.size(), drawn.format());
+        blank.fill(Qt::white);
+        QCOMPARE(drawn != blank, shows);
+    }
+
     void vectorCount_countsEveryVectorOfTheLastPass()
     {
         LoadBytes(File(kCross));
