@@ -9,8 +9,9 @@ build_packages=(cmake fonts-dejavu-core g++ libgl-dev ninja-build qt6-base-dev q
 # The same, for a desktop without an X server.
 wayland_packages=(qt6-wayland)
 # To build and run the tests: readers of PostScript and PDF, a print server, locales of other countries,
-# and a screen with a window manager and a user.
-test_packages=(cups-client cups-daemon ghostscript locales openbox poppler-utils x11-utils xdotool xvfb)
+# a screen with a window manager and a user, and a compositor without one.
+test_packages=(cups-client cups-daemon ghostscript locales openbox poppler-utils qt6-wayland weston x11-utils xdotool
+  xvfb)
 # To build with sanitizers, and names in their reports.
 sanitizer_packages=(clang libclang-rt-14-dev llvm)
 # To measure the program: beside another one, on a screen.
