@@ -171,13 +171,16 @@ bool AppWindow::StoreFileName(const QByteArray& name)
     return true;
 }
 
-// After a failed load there is no current file; the view, which may still show the last one, is
-// painted again to say so.
+// After a failed load there is no current file, and nothing tells of one: what the properties show
+// goes with it, and the view, which may still show the last one, is painted again.
 void AppWindow::ForgetDocument(const QString& name)
 {
     statusBar()->showMessage(tr("Error reading ") + name);
     gszPlffileOrig[0] = 0;
+    gszPlffileName[0] = 0;
     FreePlfBuffer();
+    gdwFilesize = 0;
+    gdwVectorCnt = 0;
     if (view != nullptr)
         view->update();
 }

@@ -11,7 +11,6 @@
 #include "support/text.h"
 
 #include <QBuffer>
-#include <QDir>
 #include <QFileDialog>
 #include <QPixmap>
 #include <QPointer>
@@ -22,6 +21,9 @@
 #include <cstdlib>
 #include <cstring>
 #include <limits>
+#include <memory>
+
+#include <unistd.h>
 
 namespace {
 
@@ -44,21 +46,25 @@ QString AskSaveName(QWidget* parent, const char* objectName, const QString& capt
     return dialog.IsAccepted() ? dialog->selectedFiles().constFirst() : QString();
 }
 
+// Where names without a directory go, in bytes.
+QByteArray ExportDirectory()
+{
+    if (gszCurrentWorkingDir[0] != 0)
+        return gszCurrentWorkingDir;
+    const std::unique_ptr<char, decltype(&free)> current(getcwd(nullptr, 0), &free);
+    return current.get();
+}
+
 // Puts a directory in front of a name without one and makes the result the export's file name.
 // Says so and returns false when it does not fit.
-bool CompleteExportName(QWidget* parent, QString& name)
+bool CompleteExportName(QWidget* parent, QByteArray name)
 {
-    if (!name.contains(u'/') && !name.contains(u'\\')) {
-        const QString directory = gszCurrentWorkingDir[0] != 0
-                                      ? QString::fromLocal8Bit(gszCurrentWorkingDir)
-                                      : QDir::currentPath();
-        name = directory + QDir::separator() + name;
-    }
-    const QByteArray local = name.toLocal8Bit();
-    if (CopyText(gszCvtFilename, local.constData()))
+    if (!name.contains('/') && !name.contains('\\'))
+        name = ExportDirectory() + '/' + name;
+    if (CopyText(gszCvtFilename, name.constData()))
         return true;
     ShowTooLong(parent, AppWindow::tr("The name of the exported file"),
-                static_cast<size_t>(local.size()), kPathSize - 1);
+                static_cast<size_t>(name.size()), kPathSize - 1);
     return false;
 }
 
@@ -92,18 +98,26 @@ struct ExportKind {
     QString filter;
 };
 
-// Names the file, calls write with its name and, when the export is a job, goes on with the others.
+QByteArray ExportName(AppWindow& window, const ExportKind& kind, bool asJob)
+{
+    if (asJob)
+        return gszCvtFilenameBase;
+    return AskSaveName(&window, "Export Graphic File", kind.caption, kind.filter).toLocal8Bit();
+}
+
+// Names the file, calls write and, when the export is a job, goes on with the others.
 template <typename Write> void Export(AppWindow& window, const ExportKind& kind, Write write)
 {
     const bool asJob = (giCmdArg & kind.job) != 0;
-    QString name = asJob ? QString::fromLocal8Bit(gszCvtFilenameBase)
-                         : AskSaveName(&window, "Export Graphic File", kind.caption, kind.filter);
+    // A character a byte: the bytes need not be text, and read as text they would become the name
+    // of another file. Only ASCII is looked at until they are bytes again.
+    QString name = QString::fromLatin1(ExportName(window, kind, asJob));
     if (name.isEmpty())
         return; // a job without a name stays pending, deliberately
     AppendFileExt(name, kind.extension);
     const QPointer<DrawView> view(window.view); // the window may be closed while a message stands
-    if (CompleteExportName(&window, name))
-        write(name);
+    if (CompleteExportName(&window, name.toLatin1()))
+        write();
     if (asJob && !view.isNull())
         view->PostCmdargDone(kind.done);
 }
@@ -148,9 +162,10 @@ void AppWindow::ExportJpeg()
 {
     const ExportKind jpeg = {kJobJpeg, kJpegDone, ".jpg", tr("Export JPEG image"),
                              tr("JPEG image (*.jpg);;All Files (*)")};
-    Export(*this, jpeg, [this](const QString& name) {
+    Export(*this, jpeg, [this] {
         if (!SaveJpeg(view->grab()))
-            ShowError(nullptr, tr("Save failed"), tr("Export failed for file: ") + name);
+            ShowError(nullptr, tr("Save failed"),
+                      tr("Export failed for file: ") + QString::fromLocal8Bit(gszCvtFilename));
     });
 }
 
@@ -159,7 +174,7 @@ void AppWindow::ExportEPS()
 {
     const ExportKind eps = {kJobEps, kEpsDone, ".eps", tr("Export EPS file"),
                             tr("EPS file (*.eps);;All Files (*)")};
-    Export(*this, eps, [this](const QString&) { view->drawIt(nullptr, false, kConvertEps); });
+    Export(*this, eps, [this] { view->drawIt(nullptr, false, kConvertEps); });
 }
 
 long copyFile(const char* dst, const char* src)

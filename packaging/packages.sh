@@ -9,9 +9,9 @@ build_packages=(cmake fonts-dejavu-core g++ libgl-dev ninja-build qt6-base-dev q
 # The same, for a desktop without an X server.
 wayland_packages=(qt6-wayland)
 # To build and run the tests: readers of PostScript and PDF, a print server, locales of other countries,
-# a screen with a window manager and a user, and what desktops know of file types.
+# a screen with a window manager and a user, a compositor without one, and what desktops know of file types.
 test_packages=(cups-client cups-daemon desktop-file-utils file ghostscript libglib2.0-bin locales openbox
-  poppler-utils shared-mime-info x11-utils xdotool xvfb)
+  poppler-utils qt6-wayland shared-mime-info weston x11-utils xdotool xvfb)
 # To build with sanitizers, and names in their reports.
 sanitizer_packages=(clang libclang-rt-14-dev llvm)
 # To measure the program: beside another one, on a screen.

@@ -322,6 +322,8 @@ private slots:
     void job_secondFile_keepsTheNameOfTheFirst();
     void job_givenName_isCompleted_data();
     void job_givenName_isCompleted();
+    void job_nameThatIsNoText_isUsedByteByByte_data();
+    void job_nameThatIsNoText_isUsedByteByByte();
     void job_exportPath_staysUntilTheNext();
     void job_showsNoDialog();
     void job_emptyName_staysPending_data();
@@ -1473,6 +1475,57 @@ void TestExport::job_givenName_isCompleted()
     path.replace(".jpg", ".eps");
     QVERIFY2(ReadFile(Path(path.toStdString())).startsWith("%!PS"), path.constData());
     QCOMPARE(giCmdArg, 0);
+}
+
+void TestExport::job_nameThatIsNoText_isUsedByteByByte_data()
+{
+    QTest::addColumn<QByteArray>("name");
+    QTest::addColumn<QByteArray>("folder"); // "-cwd=", below the test's directory
+    QTest::addColumn<QByteArray>("start");  // the current directory, below it too
+    QTest::addColumn<QByteArray>("path");   // of the files, without their extension
+    const auto row = [](const char* what, const char* name, const char* folder, const char* start,
+                        const char* path) {
+        QTest::newRow(what) << QByteArray(name) << QByteArray(folder) << QByteArray(start)
+                            << QByteArray(path);
+    };
+    row("name",
+        "gr\xf6\xdf"
+        "e",
+        "x", "x",
+        "x/gr\xf6\xdf"
+        "e");
+    row("cut in a character", "gr\xc3", "x", "x", "x/gr\xc3");
+    row("half a surrogate pair", "\xed\xa0\x80", "x", "x", "x/\xed\xa0\x80");
+    row("\"-cwd=\"", "out", "\xff", "x", "\xff/out");
+    row("current directory", "out", "", "\xfe", "\xfe/out");
+}
+
+// QFile and QDir name files by text, and do not see these.
+void TestExport::job_nameThatIsNoText_isUsedByteByByte()
+{
+    QFETCH(QByteArray, name);
+    QFETCH(QByteArray, folder);
+    QFETCH(QByteArray, start);
+    QFETCH(QByteArray, path);
+    for (const char* made : {"x", "\xff", "\xfe"})
+        QCOMPARE(mkdir(Path(made).c_str(), 0700), 0);
+    Window window;
+    Open(window);
+    const CurrentDirectory home(Path("x")); // goes back at the end
+    QCOMPARE(chdir(Path(start.toStdString()).c_str()), 0);
+    QVERIFY(CopyText(gszCvtFilenameBase, name.constData()));
+    if (!folder.isEmpty())
+        QVERIFY(CopyText(gszCurrentWorkingDir, Path(folder.toStdString()).c_str()));
+    giCmdArg = kJobJpeg | kJobEps;
+    gpDraw->PostCmdargDone(0);
+    QCOMPARE(giCmdArg, 0);
+    for (const char* extension : {".jpg", ".eps"}) {
+        const std::string file = Path(path.toStdString()) + extension;
+        struct stat info = {};
+        QVERIFY2(stat(file.c_str(), &info) == 0 && info.st_size > 100, file.c_str());
+    }
+    QCOMPARE(QByteArray(gszCvtFilename),
+             QByteArray::fromStdString(Path(path.toStdString())) + ".eps");
 }
 
 void TestExport::job_exportPath_staysUntilTheNext()

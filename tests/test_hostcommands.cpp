@@ -143,6 +143,8 @@ private slots:
     void command_afterOneThatWasRefused_isCarriedOut();
 
     void temporaryFile_whoseNameIsNoText_isDeletedUnderThatNameAlone();
+    void temporaryFile_whoseNameDoesNotFit_isNotDeletedUnderAShorterOne_data();
+    void temporaryFile_whoseNameDoesNotFit_isNotDeletedUnderAShorterOne();
 
     void flood_duringABox_waitsAtTheHost();
 
@@ -369,6 +371,39 @@ void TestHostCommands::temporaryFile_whoseNameIsNoText_isDeletedUnderThatNameAlo
     window.reset();
     QVERIFY(access(replaced.c_str(), F_OK) == 0);
     QVERIFY(access(temporary.c_str(), F_OK) != 0);
+}
+
+void TestHostCommands::temporaryFile_whoseNameDoesNotFit_isNotDeletedUnderAShorterOne_data()
+{
+    QTest::addColumn<QString>("more"); // behind the longest name
+    QTest::addColumn<bool>("fits");
+    QTest::newRow("longest") << QString() << true;
+    QTest::newRow("one more") << QStringLiteral("x") << false;
+    QTest::newRow("far more") << QString(10'000, u'x') << false;
+}
+
+// A name whose first part, as long as it may be, is another file's.
+void TestHostCommands::temporaryFile_whoseNameDoesNotFit_isNotDeletedUnderAShorterOne()
+{
+    QFETCH(QString, more);
+    QFETCH(bool, fits);
+    const QString before = QDir::currentPath();
+    QVERIFY(QDir::setCurrent(Text(directories->Path("work"))));
+    const QString file = QStringLiteral("o/o.plf");
+    QVERIFY(QDir().mkdir(QStringLiteral("o")));
+    QVERIFY(QFile::copy(other, file));
+    const qsizetype dots = qsizetype{kPathSize} - 1 - file.size();
+    QCOMPARE(dots % 2, 0);
+    const QString longest = QStringLiteral("./").repeated(dots / 2) + file;
+    Open(graph);
+    if (!fits)
+        dialogs->Expect<QMessageBox>([](QMessageBox& box) { box.reject(); });
+    host->Send(longest + more + QStringLiteral(" -tmp"));
+    QTRY_VERIFY(fits ? host->Answers() == 2 : dialogs->Pending() == 0);
+    Settle();
+    window.reset();
+    QCOMPARE(QFile::exists(file), !fits);
+    QVERIFY(QDir::setCurrent(before));
 }
 
 void TestHostCommands::flood_duringABox_waitsAtTheHost()

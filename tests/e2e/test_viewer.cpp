@@ -4,60 +4,17 @@
 // The viewer on a screen with a window manager, used with mouse and keyboard, and judged by what
 // the screen shows.
 #include "tests/commalocale.h"
-#include "tests/e2e/viewer.h"
-#include "tests/script.h"
+#include "tests/e2e/marks.h"
 
 #include <QDir>
 #include <QDirIterator>
 #include <QFile>
 #include <QTemporaryDir>
 
-#include <cstdlib>
-
 namespace {
 
 const QString kTitle = QStringLiteral("KORVEL Viewer");
 const QString kGraphTitle = QStringLiteral("KORVEL Viewer - graph.plf");
-
-constexpr QColor kWhite(255, 255, 255);
-constexpr QColor kYellow(255, 255, 0); // the test graph's own background
-
-constexpr double kGraphWidth = 4096;
-constexpr double kGraphHeight = 3120;
-constexpr QRectF kWholeGraph(0, 0, kGraphWidth, kGraphHeight);
-
-// A short thick stroke of the test graph.
-struct Mark {
-    const char* name;
-    QPoint at; // of its middle, y upward
-    QColor color;
-};
-
-constexpr Mark kLeftMark = {"left", {500, 500}, {0, 0, 127}};
-constexpr Mark kMiddleMark = {"middle", {1800, 1500}, {127, 0, 0}};
-constexpr Mark kRightMark = {"right", {3500, 2500}, {0, 127, 0}};
-constexpr Mark kMarks[] = {kLeftMark, kMiddleMark, kRightMark};
-
-// The marks in the colours of the lines 1, 2 and 3, on yellow. The second "RA1" tells the
-// background, and only behind the first 100 bytes.
-QByteArray TestGraph()
-{
-    return ScriptBytes(QStringLiteral(R"(ESC "TG14" #0 #0 #0 #0 ESC "TG14" #1 #0 #50 #100
-        ESC "TG14" #2 #120 #50 #100 ESC "TG14" #3 #240 #50 #100 *100 GS
-        ESC "RA1" "0" ESC "RA1" "7" ESC "GT" #120
-        ESC "ML" #1 GS @400,500 @600,500
-        ESC "ML" #2 GS @1700,1500 @1900,1500
-        ESC "ML" #3 GS @3400,2500 @3600,2500 BEL)")
-                           .simplified());
-}
-
-// The screen point of a graph point, when the canvas shows that part of the graph (y downward).
-QPoint OnScreen(QPoint graph, const QRect& canvas, const QRectF& part = kWholeGraph)
-{
-    const double x = (graph.x() - part.left()) * canvas.width() / part.width();
-    const double y = (kGraphHeight - graph.y() - part.top()) * canvas.height() / part.height();
-    return canvas.topLeft() + QPoint(static_cast<int>(x), static_cast<int>(y));
-}
 
 // The part of the graph under a selection in canvas pixels: whole units.
 QRectF PartUnder(const QRect& selection, const QRect& canvas)
@@ -127,7 +84,6 @@ private:
     void OpenTestGraph();
     void Quit();
     void ExpectMarks(const QRectF& part = kWholeGraph, QColor background = kWhite);
-    void ExpectDrawn(const Mark& mark, const QRectF& part, QColor background);
 
     std::optional<QTemporaryDir> home;
     std::optional<Viewer> viewer;
@@ -147,7 +103,7 @@ void TestViewer::init()
 {
     home.emplace();
     QVERIFY(home->isValid());
-    QVERIFY(WriteFile(Path("graph.plf"), TestGraph()));
+    QVERIFY(WriteFile(Path("graph.plf"), MarkedGraph()));
     viewer.emplace(home->path());
 }
 
@@ -168,7 +124,7 @@ void TestViewer::OpenTestGraph()
     ExpectMarks();
 }
 
-// After a failure nothing more is worth telling: the same holds for the two functions below.
+// After a failure nothing more is worth telling: the same holds for the function below.
 void TestViewer::Quit()
 {
     if (QTest::currentTestFailed())
@@ -181,34 +137,8 @@ void TestViewer::ExpectMarks(const QRectF& part, QColor background)
 {
     if (QTest::currentTestFailed())
         return;
-    QVERIFY(Await([&] { return viewer->Canvas(background).height() > 0; }));
-    for (const Mark& mark : kMarks)
-        ExpectDrawn(mark, part, background);
-}
-
-// A mark of the shown part is where it belongs, to the pixel, and one of another part is nowhere.
-void TestViewer::ExpectDrawn(const Mark& mark, const QRectF& part, QColor background)
-{
-    if (QTest::currentTestFailed())
-        return;
-    const QRect canvas = viewer->Canvas(background);
-    const bool inPart = part.contains(QPointF(mark.at.x(), kGraphHeight - mark.at.y()));
-    const QPoint expected = OnScreen(mark.at, canvas, part);
-    QRect box;
-    const bool drawn = Await([&] {
-        box = ColorBox(GrabScreen(), canvas, mark.color);
-        const QPoint off = box.center() - expected;
-        return inPart ? !box.isEmpty() && std::abs(off.x()) <= 1 && std::abs(off.y()) <= 1
-                      : box.isEmpty();
-    });
-    QVERIFY2(drawn, qPrintable(QStringLiteral("%1 mark: from %2,%3 to %4,%5 instead of at %6,%7")
-                                   .arg(QString::fromLatin1(mark.name))
-                                   .arg(box.left())
-                                   .arg(box.top())
-                                   .arg(box.right())
-                                   .arg(box.bottom())
-                                   .arg(expected.x())
-                                   .arg(expected.y())));
+    const QString fault = FaultOfMarks(*viewer, part, background);
+    QVERIFY2(fault.isEmpty(), qPrintable(fault));
 }
 
 void TestViewer::start_withAGraph_opensAtTheDefaultPlace()
@@ -386,7 +316,7 @@ void TestViewer::resetAspectRatio_givesTheWindowTheGraphsShape()
 
 void TestViewer::open_showsAnotherGraph()
 {
-    QVERIFY(WriteFile(Path("blank.plf"), TestGraph().left(60)));
+    QVERIFY(WriteFile(Path("blank.plf"), MarkedGraph().left(60)));
     QVERIFY(viewer->Start({QStringLiteral("blank.plf")}));
     QVERIFY(viewer->AwaitWindow(QStringLiteral("KORVEL Viewer - blank.plf")));
     QVERIFY(viewer->Choose(QStringLiteral("&File"), QStringLiteral("&Open")));

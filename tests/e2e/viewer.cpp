@@ -37,6 +37,13 @@ void Viewer::SetEnvironment(const QString& name, const QString& value)
     process.setProcessEnvironment(environment);
 }
 
+void Viewer::UnsetEnvironment(const QString& name)
+{
+    QProcessEnvironment environment = process.processEnvironment();
+    environment.remove(name);
+    process.setProcessEnvironment(environment);
+}
+
 // Without the line that the program writes whenever it is done with a file.
 QByteArray Viewer::Errors()
 {

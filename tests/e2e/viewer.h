@@ -18,6 +18,8 @@ public:
 
     /// Adds a variable to the program's environment, before it starts.
     void SetEnvironment(const QString& name, const QString& value);
+    /// Takes a variable out of it, before it starts.
+    void UnsetEnvironment(const QString& name);
     /// Starts the program. Returns whether it came up.
     [[nodiscard]] bool Start(const QStringList& arguments);
 
