@@ -64,7 +64,7 @@ QString FaultOfMarks(const Viewer& viewer, const QRectF& part, QColor background
     if (!Await([&] { return viewer.Canvas(background).height() > 0; }))
         return QStringLiteral("no background");
     for (const Mark& mark : kMarks) {
-        const QString fault = FaultOfMark(viewer, mark, part, background);
+        QString fault = FaultOfMark(viewer, mark, part, background);
         if (!fault.isEmpty())
             return fault;
     }
