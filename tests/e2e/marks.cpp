@@ -21,11 +21,14 @@ bool IsIn(const QRectF& part, const Mark& mark)
     return part.contains(QPointF(mark.at.x(), kGraphHeight - mark.at.y()));
 }
 
-QString FaultOfMark(const Mark& mark, const QRect& canvas, const QRectF& part)
+// The canvas is measured each time: a window that was resized may not be painted yet.
+QString FaultOfMark(const Viewer& viewer, const Mark& mark, const QRectF& part, QColor background)
 {
-    const QPoint expected = OnScreen(mark.at, canvas, part);
+    QPoint expected;
     QRect box;
     const bool drawn = Await([&] {
+        const QRect canvas = viewer.Canvas(background);
+        expected = OnScreen(mark.at, canvas, part);
         box = ColorBox(GrabScreen(), canvas, mark.color);
         const QPoint off = box.center() - expected;
         return IsIn(part, mark) ? !box.isEmpty() && std::abs(off.x()) <= 1 && std::abs(off.y()) <= 1
@@ -61,7 +64,7 @@ QString FaultOfMarks(const Viewer& viewer, const QRectF& part, QColor background
     if (!Await([&] { return viewer.Canvas(background).height() > 0; }))
         return QStringLiteral("no background");
     for (const Mark& mark : kMarks) {
-        const QString fault = FaultOfMark(mark, viewer.Canvas(background), part);
+        QString fault = FaultOfMark(viewer, mark, part, background);
         if (!fault.isEmpty())
             return fault;
     }
