@@ -171,16 +171,14 @@ bool AppWindow::StoreFileName(const QByteArray& name)
     return true;
 }
 
-// After a failed load there is no current file, and nothing tells of one: what the properties show
-// goes with it, and the view, which may still show the last one, is painted again.
+// After a failed load there is no current file; the view, which may still show the last one, is
+// painted again to say so. The properties keep the last short name and the numbers, deliberately:
+// their empty path says that these are of the past.
 void AppWindow::ForgetDocument(const QString& name)
 {
     statusBar()->showMessage(tr("Error reading ") + name);
     gszPlffileOrig[0] = 0;
-    gszPlffileName[0] = 0;
     FreePlfBuffer();
-    gdwFilesize = 0;
-    gdwVectorCnt = 0;
     if (view != nullptr)
         view->update();
 }

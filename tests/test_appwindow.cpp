@@ -262,7 +262,7 @@ private slots:
     void load_badFile_statusTextStays();
     void load_badFile_afterAGraph_leavesNoFile();
     void load_badFile_repaintsTheView();
-    void load_badFile_forgetsTheLastShortName();
+    void load_badFile_keepsTheLastShortName();
     void load_goodFile_afterABadOne_isShown();
     void load_tooLongPath_isRefused();
     void load_tooLongRelativeName_isRefused();
@@ -934,14 +934,14 @@ void TestAppWindow::load_badFile_repaintsTheView()
     QVERIFY(paints.Covers(window->view->rect()));
 }
 
-void TestAppWindow::load_badFile_forgetsTheLastShortName()
+void TestAppWindow::load_badFile_keepsTheLastShortName()
 {
     const Window window;
     window->load(Text(directories->Write("a.plf", Graph())));
     Box box;
     fixture::ExpectBox(*dialogs, box);
     window->load(Text(directories->Path("none.plf")));
-    QCOMPARE(Text(gszPlffileName), QString());
+    QCOMPARE(Text(gszPlffileName), QStringLiteral("a.plf"));
 }
 
 void TestAppWindow::load_goodFile_afterABadOne_isShown()
