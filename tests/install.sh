@@ -47,13 +47,17 @@ done
 applications=$(gio mime image/x-korvel-plf)
 grep -q 'plotvw\.desktop' <<<"$applications" || fail "no application opens graphs: $applications"
 
-# The thumbnailer's command, with its placeholders filled in as a file manager does.
+# The thumbnailer's command, with its placeholders filled in as a file manager does. Some of them open the file for the
+# picture first, and read what they opened.
 command=$(sed -n 's/^Exec=//p' "$prefix/share/thumbnailers/plotvw.thumbnailer")
-read -ra words <<<"$command"
-words=("${words[@]//%s/256}")
-words=("${words[@]//%i/$root/graphs/graph}")
-words=("${words[@]//%o/$root/graphs/thumbnail}")
-env --unset=DISPLAY --unset=WAYLAND_DISPLAY "${words[@]}"
+command=${command//%s/256}
+command=${command//%i/$(printf %q "$root/graphs/graph")}
+command=${command//%o/$(printf %q "$root/graphs/thumbnail")}
+: >"$root/graphs/thumbnail"
+exec 3<"$root/graphs/thumbnail"
+env --unset=DISPLAY --unset=WAYLAND_DISPLAY sh -c "$command"
+expect 'the thumbnail, opened before' image/png "$(file --brief --mime-type - <&3)"
+exec 3<&-
 expect 'the thumbnail' image/png "$(file --brief --mime-type -- "$root/graphs/thumbnail")"
 [[ $(file --brief -- "$root/graphs/thumbnail") == *'256 x 195'* ]] || fail 'the thumbnail has another size'
 
@@ -72,6 +76,6 @@ done
 
 # Every program that the desktop's files start is there.
 sed -n 's/^\(Try\)\{0,1\}Exec=\([^ ]*\).*/\2/p' "$prefix"/share/applications/*.desktop "$prefix"/share/thumbnailers/* |
-  while read -r program; do
+  grep -vx sh | while read -r program; do
     [[ -x $prefix/bin/$program ]] || fail "$program is started and is not there"
   done
