@@ -421,7 +421,10 @@ void TestEnvironment::desktop_hostDrivesTheViewer()
                 QStringLiteral("graph.plf"), QStringLiteral("--stay"),
                 QStringLiteral("other.plf -c=2 -cf=out"), QStringLiteral("other.plf -c=1 -cf=out"),
                 QStringLiteral("graph.plf -q")});
-    QVERIFY(Await([&host] { return host.state() == QProcess::NotRunning; }));
+    // A start, four loads, two exports and an end, each of which may take so long.
+    constexpr int kSteps = 8;
+    QVERIFY(QTest::qWaitFor([&host] { return host.state() == QProcess::NotRunning; },
+                            kSteps * kPatience));
     QCOMPARE(host.exitStatus(), QProcess::NormalExit);
     const QByteArray output = host.readAll();
     QVERIFY2(host.exitCode() == 0, output.constData());
