@@ -10,7 +10,6 @@
 
 class QDialog;
 class QPrinter;
-class QWidget;
 
 /// Lives while a print dialog runs. The dialog's properties window, which is made late and with the
 /// paper of the queue, then opens with the printer's paper.

@@ -7,6 +7,7 @@
 #include "app/cmdline.h"
 #include "tests/appfixture.h"
 #include "tests/epsfile.h"
+#include "tests/sanitized.h"
 
 #include <QAction>
 #include <QBuffer>
@@ -569,13 +570,7 @@ void TestExport::copyFile_withoutMemory_returnsOne()
     constexpr off_t kTerabyte = off_t{1} << 40;
     const std::string from = directories->Write("from", "");
     QCOMPARE(truncate(from.c_str(), 2 * kTerabyte), 0);
-#ifdef __SANITIZE_ADDRESS__
-    constexpr bool limited = true; // by the sanitizer, which has terabytes of its own
-#elif defined(__has_feature)
-    constexpr bool limited = __has_feature(address_sanitizer);
-#else
-    constexpr bool limited = false;
-#endif
+    constexpr bool limited = kSanitized; // the sanitizer has terabytes of its own
     rlimit before = {};
     QCOMPARE(getrlimit(RLIMIT_AS, &before), 0);
     const rlimit tight = {kTerabyte, before.rlim_max};

@@ -5,6 +5,7 @@
 // properties, picture, copies and exports tell of the same graph, or of none.
 #include "app/fileprop.h"
 #include "tests/appfixture.h"
+#include "tests/sanitized.h"
 
 #include <QFile>
 #include <QLabel>
@@ -24,14 +25,6 @@ using fixture::Settle;
 using fixture::Window;
 
 namespace {
-
-#if defined(__SANITIZE_ADDRESS__)
-constexpr bool kSanitized = true;
-#elif defined(__has_feature)
-constexpr bool kSanitized = __has_feature(address_sanitizer);
-#else
-constexpr bool kSanitized = false;
-#endif
 
 constexpr uid_t kNobody = 65534;
 constexpr int kLines = 5;

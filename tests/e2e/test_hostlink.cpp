@@ -5,6 +5,7 @@
 // byte.
 #include "tests/e2e/viewer.h"
 #include "tests/plfwriter.h"
+#include "tests/sanitized.h"
 
 #include <QDir>
 #include <QFile>
@@ -37,14 +38,6 @@ const QByteArray kDoneWith = "[debug] Existing file name:  ";
 const QByteArray kNotDeleted = "[debug] Could not delete file\n";
 // What the toolkit writes for each graph that is to be printed: the tests have no printer.
 const QByteArray kNotPrinted = "[warning] plotvw: there is no printer.\n";
-
-#if defined(__SANITIZE_ADDRESS__)
-constexpr bool kSanitized = true;
-#elif defined(__has_feature)
-constexpr bool kSanitized = __has_feature(address_sanitizer);
-#else
-constexpr bool kSanitized = false;
-#endif
 
 // What the viewer may take, also for its About box, when a count promises more than there is,
 // kilobytes.
