@@ -4,9 +4,12 @@
 
 #include "app/appwindow.h"
 #include "app/globals.h"
+#include "app/waitcursor.h"
+#include "meta/passwatch.h"
 #include "meta/plfmeta.h"
 #include "support/numbers.h"
 
+#include <QCoreApplication>
 #include <QMouseEvent>
 #include <QPrinter>
 #include <QRubberBand>
@@ -32,7 +35,8 @@ QRect WithoutFrame(const QRect& band)
 
 } // namespace
 
-DrawView::DrawView(AppWindow* parent) : rubberBand(new QRubberBand(QRubberBand::Rectangle, this))
+DrawView::DrawView(AppWindow* parent)
+    : rubberBand(new QRubberBand(QRubberBand::Rectangle, this)), picture(this)
 {
     parent->view = this;
     if (gszPlffileOrig[0] != 0)
@@ -98,41 +102,35 @@ void DrawView::drawIt(QPainter* ppainter, bool fPrinting, int iCvtopt)
         scale *= width() / static_cast<double>(zoomRect.width);
         source = ZoomSource(whole);
     }
+    WaitCursor cursor;
+    PassWatch watch([&cursor] { cursor.Show(); });
     CPlfMeta meta(gszPlffileOrig, ppainter, fPrinting ? pPrinter : nullptr, scale, iCvtopt);
+    meta.Watch(&watch);
     meta.DrawPlf(&source, &whole);
 }
 
 void DrawView::paintEvent(QPaintEvent* event)
 {
-    const bool isUnderBand = (event->region() - underBand).isEmpty();
-    underBand = QRegion();
-    if (isUnderBand) {
-        PaintAsShown();
+    QPainter painter(this);
+    if (!picture.IsScreen(painter)) {
+        painter.setRenderHint(QPainter::Antialiasing);
+        drawIt(&painter, false, 0);
         return;
     }
-    if ((QRegion(rect()) - event->region()).isEmpty()) {
-        shownState = zoomState;
-        shownRect = zoomRect;
+    if (!picture.Fits() || !(event->region() - bandPart).isEmpty())
+        RenewPicture(event->region());
+    picture.Show(&painter, event->region());
+}
+
+// At first the view is empty: the window with its menus comes before a pass that may take long.
+void DrawView::RenewPicture(const QRegion& part)
+{
+    if (!std::exchange(wasPainted, true)) {
+        picture.Renew(part, [](QPainter*) {});
+        update();
+        return;
     }
-    Paint();
-}
-
-void DrawView::Paint()
-{
-    QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
-    drawIt(&painter, false, 0);
-}
-
-// What the moving band uncovers looks as it did before: the part under the rectangle is shown by
-// the next repaint of another cause.
-void DrawView::PaintAsShown()
-{
-    std::swap(zoomState, shownState);
-    std::swap(zoomRect, shownRect);
-    Paint();
-    std::swap(zoomState, shownState);
-    std::swap(zoomRect, shownRect);
+    picture.Renew(part, [this](QPainter* painter) { drawIt(painter, false, 0); });
 }
 
 void DrawView::DrawRubberRect(QPainter* /*painter*/)
@@ -142,29 +140,43 @@ void DrawView::DrawRubberRect(QPainter* /*painter*/)
                SaturateToInt(std::max<int64_t>(zoomRect.height, 1))});
 }
 
-// Moves and shows the band. The toolkit would repaint everything under it, with all the lines that
-// lie there; the picture changes only in the frames and in what one of the bands alone covers.
+// What changes with the band, on the screen when this returns. No graph is drawn for it: what the
+// band uncovers, and what shows through it, looks as it did before. The part under the rectangle is
+// shown by the next repaint of another cause.
+void DrawView::ChangeBand(const QRegion& changed, const std::function<void()>& change)
+{
+    // Left to itself, Qt would repaint everything under the band, now or from the event loop.
+    setAttribute(Qt::WA_UpdatesDisabled);
+    rubberBand->setAttribute(Qt::WA_UpdatesDisabled);
+    change();
+    QCoreApplication::removePostedEvents(rubberBand, QEvent::UpdateLater);
+    rubberBand->setAttribute(Qt::WA_UpdatesDisabled, false);
+    setAttribute(Qt::WA_UpdatesDisabled, false);
+    if (changed.isEmpty())
+        return;
+    // At once, because Qt paints the view twice where the band lies on it, and a repaint of another
+    // cause must not be taken for one of the band's.
+    bandPart = changed;
+    repaint(changed);
+    bandPart = QRegion();
+}
+
+// The picture changes only in the frames and in what one of the bands alone covers.
 void DrawView::PlaceBand(const QRect& to)
 {
     const QRect from = rubberBand->isVisible() ? rubberBand->geometry() : QRect();
-    setAttribute(Qt::WA_UpdatesDisabled);
-    rubberBand->setAttribute(Qt::WA_UpdatesDisabled);
-    rubberBand->setGeometry(to);
-    rubberBand->show();
-    rubberBand->setAttribute(Qt::WA_UpdatesDisabled, false);
-    setAttribute(Qt::WA_UpdatesDisabled, false);
-    if (to == from)
-        return;
-    const QRegion changed = (QRegion(from) | to) - (WithoutFrame(from) & WithoutFrame(to));
-    underBand |= changed;
-    update(changed);
+    const QRegion changed =
+        to == from ? QRegion() : (QRegion(from) | to) - (WithoutFrame(from) & WithoutFrame(to));
+    ChangeBand(changed, [this, &to] {
+        rubberBand->setGeometry(to);
+        rubberBand->show();
+    });
 }
 
 void DrawView::HideBand()
 {
     if (rubberBand->isVisible())
-        underBand |= rubberBand->geometry();
-    rubberBand->hide();
+        ChangeBand(rubberBand->geometry(), [this] { rubberBand->hide(); });
 }
 
 void DrawView::SetZoomRect(int64_t left, int64_t top, int64_t right, int64_t bottom)

@@ -5,6 +5,7 @@
 // select the part to see.
 #pragma once
 
+#include "app/shownpicture.h"
 #include "support/rect.h"
 
 #include <QPainter>
@@ -12,6 +13,8 @@
 #include <QPixmap>
 #include <QRegion>
 #include <QWidget>
+
+#include <functional>
 
 class AppWindow;
 class QPrinter;
@@ -83,10 +86,10 @@ private:
     using QWidget::customEvent; // the event handler stays reachable beside the slot
 
     void MakePrinter();
-    void Paint();
-    void PaintAsShown();
+    void RenewPicture(const QRegion& part);
     void PlaceBand(const QRect& to);
     void HideBand();
+    void ChangeBand(const QRegion& changed, const std::function<void()>& change);
     void SetZoomRect(int64_t left, int64_t top, int64_t right, int64_t bottom);
     void MoveZoomRect(const QPoint& to);
     void FinishSelecting(int x);
@@ -100,7 +103,7 @@ private:
     QPixmap pixmap;               // empty; nothing reads it
     QRubberBand* rubberBand;      // child of the view
     QPrinter* pPrinter = nullptr; // keeps its settings for the view's life
-    int shownState = kZoomNone;   // zoomState and zoomRect of the last whole repaint
-    Rect shownRect = {};
-    QRegion underBand; // waits for a repaint because the rubber band moved
+    ShownPicture picture;         // what the view shows
+    QRegion bandPart;             // is being repainted for the rubber band alone
+    bool wasPainted = false;      // the empty view has been on the screen
 };

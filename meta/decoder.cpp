@@ -7,6 +7,7 @@
 
 #include "meta/observer.h"
 #include "meta/palette.h"
+#include "meta/passwatch.h"
 #include "support/numbers.h"
 #include "support/scan.h"
 #include "support/text.h"
@@ -36,6 +37,9 @@ constexpr int kSkip = 5;
 // Address bytes that are kept without asking for memory. An ordinary address has five; there is no
 // limit, longer runs make the buffer grow, at most to the size of the file.
 constexpr size_t kAddressReserve = 64;
+// Bytes of addresses that are drawn before the watch gets a look at the clock: less than a
+// millisecond where no line can be seen, and nothing beside it.
+constexpr ptrdiff_t kMostAtOnce = ptrdiff_t{64} * 1024;
 // Letters of a command and the character behind them.
 constexpr ptrdiff_t kMaxLetters = 2;
 // Characters of an integer that are kept. Each high one shifts by six bits, so that of a longer run
@@ -302,12 +306,14 @@ void CPlfMeta::FinishAddress(const Walk& walk)
 
 // What most of a file is made of, whole addresses and GS, straight from its bytes: saves the road
 // of each through the buffer. Leaves everything else, an address interrupted by a control character
-// or at the end of the data included. Returns whether there was any.
+// or at the end of the data included. Stops now and then, for the watch. Returns whether there was
+// any.
 bool CPlfMeta::DrawAddresses()
 {
     const char* at = pCur;
+    const char* stop = at + std::min(pEnd - at, kMostAtOnce);
     AddressParts part = address; // a copy that nothing else can see stays in registers
-    for (;;) {
+    while (at < stop) {
         if (*at == kGs) {
             fMoveNext = 1;
             ++at;
@@ -322,6 +328,8 @@ bool CPlfMeta::DrawAddresses()
         GoTo(part);
     }
     address = part;
+    if (at >= stop && watch != nullptr)
+        watch->Tick();
     return std::exchange(pCur, at) != at;
 }
 

@@ -2,6 +2,7 @@
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 #include "meta/linepainter.h"
 
+#include "meta/passwatch.h"
 #include "support/numbers.h"
 
 #include <QPaintEngine>
@@ -71,9 +72,12 @@ void LinePainter::Add(int x1, int y1, int x2, int y2)
 
 void LinePainter::Flush()
 {
-    if (waiting > 0)
-        painter->drawLines(batch.data(), static_cast<int>(waiting));
+    if (waiting == 0)
+        return;
+    painter->drawLines(batch.data(), static_cast<int>(waiting));
     waiting = 0;
+    if (watch != nullptr)
+        watch->Tick();
 }
 
 void LinePainter::FindVisible(const QPen& pen)

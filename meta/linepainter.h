@@ -14,6 +14,7 @@
 
 class QPainter;
 class QPen;
+class PassWatch;
 
 /// Whether a painter, which may be null, makes pixels: the screen's, or an image's. Other engines
 /// keep what is painted for a place and time of their own.
@@ -28,6 +29,9 @@ public:
     LinePainter(const LinePainter&) = delete;
     LinePainter& operator=(const LinePainter&) = delete;
 
+    /// Lets somebody know when drawing takes long.
+    /// @param passWatch  must outlive the drawing; null = nobody
+    void Watch(PassWatch* passWatch) { watch = passWatch; }
     /// Draws what is waiting and sets the pen of the lines that follow. The painter's mapping and
     /// clip are those of its next lines: they must not change without another call.
     void SetPen(const QPen& pen);
@@ -68,6 +72,7 @@ private:
     static constexpr size_t kMostParts = 8;
 
     QPainter* painter;
+    PassWatch* watch = nullptr;
     bool isRaster;
     Bounds visible; // where lines of the pen can touch a visible pixel
     std::array<Bounds, kMostParts> parts;

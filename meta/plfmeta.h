@@ -22,6 +22,7 @@ class EpsWriter;
 class QPainter;
 class QPrinter;
 class QRect;
+class PassWatch;
 
 /// Height of the visible file area; the file's y points up, drawing y is kPlfHeight - y.
 constexpr int kPlfHeight = 3120;
@@ -60,6 +61,14 @@ public:
     /// Lets somebody follow the passes to come, which then take longer.
     /// @param follower  must outlive them; null = nobody
     void Observe(PlfObserver* follower) { observer = follower; }
+
+    /// Lets somebody know when a pass takes long.
+    /// @param passWatch  must outlive the passes; null = nobody
+    void Watch(PassWatch* passWatch)
+    {
+        watch = passWatch;
+        lines.Watch(passWatch);
+    }
 
     /// Draws the whole file: maps the painter's window to the area, fills the background, runs the
     /// decoder. Counts the vectors in gdwVectorCnt and leaves the background in gdwBkClrFile.
@@ -206,5 +215,6 @@ private:
     AddressParts address;
     int nEpsItems = 1;               // number of the next path item on its line of the EPS output
     PlfObserver* observer = nullptr; // follows the pass; null = nobody does
+    PassWatch* watch = nullptr;      // the same, when the pass takes long
     bool bTextOpen = false;          // the last string or position ended with the data
 };

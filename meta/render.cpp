@@ -4,6 +4,7 @@
 // From commands to the painter: the coordinate mapping, pens, vectors and texts.
 #include "meta/epswriter.h"
 #include "meta/palette.h"
+#include "meta/passwatch.h"
 #include "meta/plfmeta.h"
 #include "meta/plftext.h"
 #include "meta/printerdpi.h"
@@ -205,6 +206,8 @@ void CPlfMeta::DrawTextKorvel(char* text)
     if (pPainter == nullptr)
         return;
     lines.Flush();
+    if (watch != nullptr)
+        watch->Tick();
     const QPoint at(iTextX, iTextY);
     const QString decoded = TextFromFile({text, length});
     if (IsRaster(pPainter) && IsTooLongForPictures(*pPainter))

@@ -6,34 +6,28 @@
 
 #include "support/settings.h"
 #include "tests/appfixture.h"
+#include "tests/viewfixture.h"
 
 #include <QFileDialog>
 #include <QPrinter>
-#include <QRubberBand>
 #include <QScreen>
 #include <QWindow>
 
 using fixture::Box;
+using fixture::Drag;
+using fixture::kViewSize;
 using fixture::kWholeArea;
 using fixture::Settle;
 using fixture::ShownArea;
 using fixture::TypeName;
+using fixture::View;
 using fixture::Window;
 
 namespace {
 
-// In a view of this size a pixel shows 8 by 8 units.
-constexpr QSize kViewSize(512, 390);
-
 constexpr int kGreen = 10;   // palette index
 constexpr int kRedHue = 90;  // degrees
 constexpr int kRedIndex = 2; // line index
-
-// A drag of the mouse with the left button, view pixels.
-struct Drag {
-    QPoint from;
-    QPoint to;
-};
 
 // The rectangle that a drag leaves, for a comparison with the rubber band.
 QRect Band(const Drag& drag)
@@ -101,60 +95,6 @@ bool IsNear(const QImage& a, const QImage& b)
     }
     return a.size() == b.size();
 }
-
-// A shown window whose view has a file and a size.
-class View
-{
-public:
-    explicit View(const std::string& path, QSize size = kViewSize)
-    {
-        window.AddViewOf(path);
-        Prepare(size);
-    }
-
-    void Resize(QSize size)
-    {
-        window->resize(window->size() + size - Get()->size());
-        QTRY_COMPARE(Get()->size(), size);
-    }
-
-    void Press(Qt::MouseButton button, QPoint at) { QTest::mousePress(Get(), button, {}, at); }
-    void Move(QPoint to) { QTest::mouseMove(Get(), to); }
-    void Release(Qt::MouseButton button, QPoint at) { QTest::mouseRelease(Get(), button, {}, at); }
-
-    // All but the release.
-    void BeginDrag(const Drag& drag)
-    {
-        Press(Qt::LeftButton, drag.from);
-        Move(drag.to);
-    }
-
-    void Select(const Drag& drag)
-    {
-        BeginDrag(drag);
-        Release(Qt::LeftButton, drag.to);
-        Settle();
-    }
-
-    [[nodiscard]] QRubberBand* Band() const { return Get()->findChild<QRubberBand*>(); }
-    [[nodiscard]] QRect Shown() const { return ShownArea(*Get()); }
-    [[nodiscard]] QImage Picture() const
-    {
-        return Get()->grab().toImage().convertToFormat(QImage::Format_RGB32);
-    }
-    DrawView* operator->() const { return Get(); }
-    [[nodiscard]] DrawView* Get() const { return window->view; }
-
-    Window window;
-
-private:
-    void Prepare(QSize size)
-    {
-        QVERIFY(window.Show());
-        Resize(size);
-        Settle();
-    }
-};
 
 // Counts the quit requests that the application gets.
 class QuitCounter : public QObject

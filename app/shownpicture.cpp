@@ -1,0 +1,66 @@
+// SPDX-License-Identifier: MIT
+// SPDX-FileCopyrightText: 2026 plotvw contributors
+#include "app/shownpicture.h"
+
+#include <QBackingStore>
+#include <QPaintEngine>
+#include <QPainter>
+#include <QWidget>
+
+#include <cmath>
+
+bool ShownPicture::IsScreen(const QPainter& painter) const
+{
+    QBackingStore* store = widget->backingStore();
+    return store != nullptr && painter.isActive() &&
+           painter.paintEngine()->paintDevice() == store->paintDevice();
+}
+
+QSize ShownPicture::PixelSize() const
+{
+    const double ratio = widget->devicePixelRatioF();
+    const auto pixels = [ratio](int size) { return static_cast<int>(std::ceil(size * ratio)); };
+    return {pixels(widget->width()), pixels(widget->height())};
+}
+
+// That of the window's own pixels, in which texts come out alike.
+QImage::Format ShownPicture::Format() const
+{
+    QPaintDevice* device = widget->backingStore()->paintDevice();
+    return device->devType() == QInternal::Image ? static_cast<QImage*>(device)->format()
+                                                 : QImage::Format_ARGB32_Premultiplied;
+}
+
+bool ShownPicture::Fits() const
+{
+    return image.size() == PixelSize() && image.devicePixelRatio() == widget->devicePixelRatioF() &&
+           image.format() == Format();
+}
+
+void ShownPicture::Renew(const QRegion& part, const Paint& paint)
+{
+    const bool isWhole = !Fits() || (QRegion(widget->rect()) - part).isEmpty();
+    if (!Fits()) {
+        image = QImage(PixelSize(), Format());
+        image.setDevicePixelRatio(widget->devicePixelRatioF());
+    }
+    QPainter painter(&image);
+    if (!isWhole)
+        painter.setClipRegion(part);
+    painter.fillRect(widget->rect(), widget->palette().brush(widget->backgroundRole()));
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setFont(widget->font());
+    painter.setViewport(widget->rect()); // an image counts in device pixels
+    painter.setWindow(widget->rect());
+    paint(&painter);
+}
+
+void ShownPicture::Show(QPainter* painter, const QRegion& part) const
+{
+    const double ratio = image.devicePixelRatio();
+    for (const QRect& rect : part & widget->rect()) {
+        const QRectF pixels(rect.x() * ratio, rect.y() * ratio, rect.width() * ratio,
+                            rect.height() * ratio);
+        painter->drawImage(QRectF(rect), image, pixels);
+    }
+}

@@ -1,0 +1,32 @@
+// SPDX-License-Identifier: MIT
+// SPDX-FileCopyrightText: 2026 plotvw contributors
+//
+// Tells somebody that a pass takes longer than a user waits without a sign.
+#pragma once
+
+#include <chrono>
+#include <functional>
+#include <utility>
+
+class PassWatch
+{
+public:
+    /// Shorter passes look immediate, and a sign of them would only flicker.
+    static constexpr std::chrono::milliseconds kPatience{100};
+
+    /// @param onLong  called once, from within the pass
+    explicit PassWatch(std::function<void()> onLong) : tell(std::move(onLong)) {}
+
+    /// To be called now and then while the pass goes on.
+    void Tick()
+    {
+        if (tell != nullptr && Clock::now() - begin >= kPatience)
+            std::exchange(tell, nullptr)();
+    }
+
+private:
+    using Clock = std::chrono::steady_clock;
+
+    std::function<void()> tell; // empty once it was called
+    Clock::time_point begin = Clock::now();
+};
