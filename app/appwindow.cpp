@@ -5,6 +5,7 @@
 #include "app/drawview.h"
 #include "app/globals.h"
 #include "app/messages.h"
+#include "app/statustext.h"
 #include "meta/palette.h"
 #include "meta/plfbuffer.h"
 #include "meta/plfmeta.h"
@@ -22,7 +23,6 @@
 #include <QMenu>
 #include <QPointer>
 #include <QResizeEvent>
-#include <QStatusBar>
 
 #include <algorithm>
 #include <cstring>
@@ -63,7 +63,7 @@ void CopyPath(char (&buffer)[kPathSize], const char* path)
 
 } // namespace
 
-AppWindow::AppWindow()
+AppWindow::AppWindow() : status(new StatusText(this))
 {
     setObjectName(QStringLiteral("KORVEL Graphics Viewer"));
     setAttribute(Qt::WA_DeleteOnClose);
@@ -75,7 +75,7 @@ AppWindow::AppWindow()
     if (gbBkClrWhite)
         CheckBackgroundItem();
     PlaceWindow();
-    statusBar()->showMessage(tr("Ready"), kStatusTime);
+    status->Show(tr("Ready"), kStatusTime);
 }
 
 AppWindow::~AppWindow()
@@ -149,7 +149,7 @@ void AppWindow::loadFile(const QByteArray& path, const QString& name)
                    QString(file).replace(QStringLiteral("[*]"), QStringLiteral("[*][*]")));
     if (view != nullptr)
         view->update();
-    statusBar()->showMessage(tr("Loaded document ") + name, kStatusTime);
+    status->Show(tr("Loaded document ") + name, kStatusTime);
 }
 
 // Writes the full path of a document into gszPlffileOrig; relative names stand in the directory at
@@ -176,7 +176,7 @@ bool AppWindow::StoreFileName(const QByteArray& name)
 // their empty path says that these are of the past.
 void AppWindow::ForgetDocument(const QString& name)
 {
-    statusBar()->showMessage(tr("Error reading ") + name);
+    status->Show(tr("Error reading ") + name);
     gszPlffileOrig[0] = 0;
     FreePlfBuffer();
     if (view != nullptr)

@@ -9,6 +9,7 @@
 class DrawView;
 class QLocalSocket;
 class QMenu;
+class StatusText;
 
 class AppWindow : public QMainWindow
 {
@@ -28,6 +29,9 @@ public:
     /// @param name  what the status bar calls it
     void loadFile(const QByteArray& path, const QString& name);
 
+    /// The texts of the status bar, which all go through it.
+    StatusText* statusText() const { return status; }
+
     DrawView* view = nullptr; // set by the view's own constructor
 
 private:
@@ -37,6 +41,7 @@ private:
     QLocalSocket* socket = nullptr; // connection to the host; null once it was deleted
     qint16 blockSize = 0;           // length of the frame being read; 0 = not read yet
     int bkclrItemId = 0;            // item id of White Background
+    StatusText* status;             // child of the window
 
     void ConnectHost();
     void writeData(const QString& message);

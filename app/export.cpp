@@ -6,6 +6,7 @@
 #include "app/drawview.h"
 #include "app/globals.h"
 #include "app/messages.h"
+#include "app/statustext.h"
 #include "meta/plfmeta.h"
 #include "support/files.h"
 #include "support/text.h"
@@ -14,7 +15,6 @@
 #include <QFileDialog>
 #include <QPixmap>
 #include <QPointer>
-#include <QStatusBar>
 
 #include <algorithm>
 #include <cstdio>
@@ -139,7 +139,7 @@ void AppendFileExt(QString& name, const char* ext)
 void AppWindow::saveAs()
 {
     if (gpPlfmembuf == nullptr) {
-        statusBar()->showMessage(tr("Nothing to save"), kSaveStatusTime);
+        status->Show(tr("Nothing to save"), kSaveStatusTime);
         return;
     }
     QString name = AskSaveName(this, "Save Graphic File", tr("Save as"),
@@ -155,7 +155,7 @@ void AppWindow::saveAs()
         return;
     }
     fwrite(gpPlfmembuf, 1, gdwFilesize, file.get());
-    statusBar()->showMessage(name + tr(" saved."), kSaveStatusTime);
+    status->Show(name + tr(" saved."), kSaveStatusTime);
 }
 
 void AppWindow::ExportJpeg()

@@ -1,0 +1,47 @@
+// SPDX-License-Identifier: MIT
+// SPDX-FileCopyrightText: 2026 plotvw contributors
+#include "app/statustext.h"
+
+#include <QEvent>
+#include <QMainWindow>
+#include <QStatusBar>
+
+StatusText::StatusText(QMainWindow* mainWindow) : QObject(mainWindow), window(mainWindow)
+{
+    window->installEventFilter(this);
+}
+
+void StatusText::Show(const QString& newText, int milliseconds)
+{
+    text = newText;
+    time = milliseconds;
+    isUnseen = !window->isVisible();
+    isFresh = true;
+    Restart();
+}
+
+void StatusText::Restart()
+{
+    window->statusBar()->showMessage(text, time);
+}
+
+// A text whose time ended without a pass stays away.
+void StatusText::PassEnded()
+{
+    if (isFresh && window->statusBar()->currentMessage() == text)
+        Restart();
+    isFresh = false;
+}
+
+bool StatusText::eventFilter(QObject* watched, QEvent* event)
+{
+    // A menu item that the mouse or a key reaches sends its status tip. Items here have none, and
+    // Qt would clear the status bar.
+    if (watched == window && event->type() == QEvent::StatusTip)
+        return true;
+    if (watched == window && event->type() == QEvent::Show && isUnseen) {
+        isUnseen = false;
+        Restart();
+    }
+    return QObject::eventFilter(watched, event);
+}

@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: MIT
+// SPDX-FileCopyrightText: 2026 plotvw contributors
+//
+// The texts of the main window's status bar.
+#pragma once
+
+#include <QObject>
+#include <QString>
+
+class QMainWindow;
+
+/// Shows the program's own texts, and no others: a text stays until its time is over or until the
+/// next one. The time counts from when the text can be seen.
+class StatusText : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// @param mainWindow  the parent, on whose status bar the texts appear
+    explicit StatusText(QMainWindow* mainWindow);
+
+    /// Shows a text in place of the last one.
+    /// @param milliseconds  how long; 0 = until the next text
+    void Show(const QString& newText, int milliseconds = 0);
+
+    /// To be called at the end of each pass that paints the view. The screen shows nothing new
+    /// during a pass: the time of a text that came before it starts again.
+    void PassEnded();
+
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    void Restart();
+
+    QMainWindow* window;
+    QString text;
+    int time = 0;          // milliseconds; 0 = no end
+    bool isUnseen = false; // the window was not visible when the text came
+    bool isFresh = false;  // no pass has ended since the text came
+};
