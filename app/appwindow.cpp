@@ -6,6 +6,7 @@
 #include "app/globals.h"
 #include "app/messages.h"
 #include "app/statustext.h"
+#include "app/windowplace.h"
 #include "meta/palette.h"
 #include "meta/plfbuffer.h"
 #include "meta/plfmeta.h"
@@ -23,35 +24,24 @@
 #include <QMenu>
 #include <QPointer>
 #include <QResizeEvent>
+#include <QScreen>
 
 #include <algorithm>
 #include <cstring>
 
 namespace {
 
-// How long the status bar shows a text about something that went well, milliseconds.
-constexpr int kStatusTime = 2000;
-// A damaged settings file may hold any window. Farthest that one may stand from the origin: window
-// systems count pixels in 16 bits. Longest side, and largest area: it takes four bytes a pixel.
-constexpr int64_t kMaxWindowPlace = 32767;
-constexpr int64_t kMaxWindowSide = 16384;
-constexpr int64_t kMaxWindowArea = 100'000'000;
-
 // Height of the window for a width of 1, landscape and portrait.
 constexpr double kLandscape = static_cast<double>(kPlfHeight) / kPlfWidth;
 constexpr double kPortrait = static_cast<double>(kPlfWidth) / kPlfHeight;
 
-int WindowPlace(int64_t value)
+// The parts of the screens that windows may cover.
+QList<QRect> ScreenAreas()
 {
-    return static_cast<int>(std::clamp(value, -kMaxWindowPlace, kMaxWindowPlace));
-}
-
-// A window without a size would never be seen.
-QSize WindowSize(int64_t width, int64_t height)
-{
-    width = std::clamp<int64_t>(width, 1, kMaxWindowSide);
-    height = std::clamp<int64_t>(height, 1, std::min(kMaxWindowSide, kMaxWindowArea / width));
-    return {static_cast<int>(width), static_cast<int>(height)};
+    QList<QRect> areas;
+    for (const QScreen* screen : QGuiApplication::screens())
+        areas.append(screen->availableGeometry());
+    return areas;
 }
 
 // For a source that is known to fit: a path buffer or a part of one.
@@ -67,6 +57,7 @@ AppWindow::AppWindow() : status(new StatusText(this))
 {
     setObjectName(QStringLiteral("KORVEL Graphics Viewer"));
     setAttribute(Qt::WA_DeleteOnClose);
+    setWindowTitle(tr("KORVEL Viewer"));
     ConnectHost();
     initGraphics();
     ReadCfgFile();
@@ -75,7 +66,7 @@ AppWindow::AppWindow() : status(new StatusText(this))
     if (gbBkClrWhite)
         CheckBackgroundItem();
     PlaceWindow();
-    status->Show(tr("Ready"), kStatusTime);
+    status->Show(tr("Ready"), kSuccessTime);
 }
 
 AppWindow::~AppWindow()
@@ -88,15 +79,14 @@ AppWindow::~AppWindow()
         gpMainwnd = nullptr;
 }
 
-// Moves the window to grWinPos, as far as that can be, and makes grWinPos tell where it is.
+// Moves the window to grWinPos, or as near as it can be used, and makes grWinPos say where it is.
 void AppWindow::PlaceWindow()
 {
-    const QPoint corner(WindowPlace(grWinPos.left), WindowPlace(grWinPos.top));
-    const QSize size = WindowSize(grWinPos.width, grWinPos.height);
-    SetRect(&grWinPos, corner.x(), corner.y(), corner.x() + size.width(),
-            corner.y() + size.height());
-    move(corner);
-    resize(size);
+    const QRect window = UsableWindow(grWinPos, gfCmdlineWndpos == 0, ScreenAreas());
+    SetRect(&grWinPos, window.x(), window.y(), window.x() + window.width(),
+            window.y() + window.height());
+    move(window.topLeft());
+    resize(window.size());
 }
 
 // The item is not checkable until the background was white once: that is how it starts when the
@@ -149,7 +139,7 @@ void AppWindow::loadFile(const QByteArray& path, const QString& name)
                    QString(file).replace(QStringLiteral("[*]"), QStringLiteral("[*][*]")));
     if (view != nullptr)
         view->update();
-    status->Show(tr("Loaded document ") + name, kStatusTime);
+    status->Show(tr("Loaded document ") + name, kSuccessTime);
 }
 
 // Writes the full path of a document into gszPlffileOrig; relative names stand in the directory at
@@ -191,7 +181,8 @@ void AppWindow::refresh()
 
 void AppWindow::savesettings()
 {
-    WriteSettingsFile();
+    if (WriteSettingsFile() == 0)
+        status->Show(tr("Settings saved."), kSavedTime);
 }
 
 void AppWindow::backclr()

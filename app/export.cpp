@@ -27,8 +27,6 @@
 
 namespace {
 
-// How long the status bar tells how saving went, milliseconds.
-constexpr int kSaveStatusTime = 5000;
 // Steps of giExportQuality on the toolkit's scale of 0 to 100.
 constexpr int kQualityStep = 10;
 // The job numbers of PostCmdargDone.
@@ -139,7 +137,7 @@ void AppendFileExt(QString& name, const char* ext)
 void AppWindow::saveAs()
 {
     if (gpPlfmembuf == nullptr) {
-        status->Show(tr("Nothing to save"), kSaveStatusTime);
+        status->Show(tr("Nothing to save"), kSavedTime);
         return;
     }
     QString name = AskSaveName(this, "Save Graphic File", tr("Save as"),
@@ -155,7 +153,7 @@ void AppWindow::saveAs()
         return;
     }
     fwrite(gpPlfmembuf, 1, gdwFilesize, file.get());
-    status->Show(name + tr(" saved."), kSaveStatusTime);
+    status->Show(name + tr(" saved."), kSavedTime);
 }
 
 void AppWindow::ExportJpeg()

@@ -9,6 +9,11 @@
 
 class QMainWindow;
 
+/// How long a text about a graph that was opened stays, milliseconds.
+constexpr int kSuccessTime = 2000;
+/// How long a text about saving stays, milliseconds.
+constexpr int kSavedTime = 5000;
+
 /// Shows the program's own texts, and no others: a text stays until its time is over or until the
 /// next one. The time counts from when the text can be seen.
 class StatusText : public QObject

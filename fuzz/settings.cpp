@@ -22,6 +22,8 @@ constexpr qsizetype kWholeSize = 59;
 // Nobody has a screen for more; see the window.
 constexpr int64_t kFarthest = 32767;
 constexpr int64_t kLongest = 16384;
+constexpr int64_t kLeastWidth = 160;
+constexpr int64_t kLeastHeight = 120;
 constexpr int64_t kLargest = 100'000'000;
 
 fuzz::Sandbox& Home()
@@ -60,7 +62,9 @@ void CheckWindow()
     for (const int64_t place : {grWinPos.left, grWinPos.top})
         fuzz::Require(std::abs(place) <= kFarthest, "the window is near the screen");
     for (const int64_t side : {grWinPos.width, grWinPos.height})
-        fuzz::Require(side >= 1 && side <= kLongest, "the window has a size");
+        fuzz::Require(side <= kLongest, "the window is not too large");
+    fuzz::Require(grWinPos.width >= kLeastWidth && grWinPos.height >= kLeastHeight,
+                  "the window has room for something");
     fuzz::Require(grWinPos.width * grWinPos.height <= kLargest, "the window fits into memory");
 }
 

@@ -12,6 +12,7 @@
 #include <QFileDialog>
 #include <QMenu>
 #include <QMenuBar>
+#include <QScreen>
 #include <QStatusBar>
 #include <QWindow>
 
@@ -32,6 +33,7 @@ using fixture::Window;
 namespace {
 
 constexpr int kStatusTime = 2000; // milliseconds that a good text stands
+constexpr int kSavedTime = 5000;  // the same of a text about saving
 constexpr int kPatience = 20000;  // milliseconds until a test gives up
 constexpr int64_t kHuge = std::numeric_limits<int64_t>::max();
 constexpr int64_t kTiny = std::numeric_limits<int64_t>::min();
@@ -215,6 +217,7 @@ private slots:
     void cleanup();
 
     void constructor_namesTheWindowAndDeletesItOnClose();
+    void constructor_withoutAGraph_titlesTheWindow();
     void constructor_fillsThePalettes();
     void constructor_readsTheConfiguration();
     void constructor_readsTheBackgroundChoice();
@@ -223,9 +226,9 @@ private slots:
     void constructor_withPlaceOnTheCommandLine_ignoresTheStoredOne();
     void constructor_absurdPlace_isSurvived_data();
     void constructor_absurdPlace_isSurvived();
-    void constructor_absurdSize_leavesAWindowThatFitsIntoMemory();
-    void constructor_placeAndSize_haveLimits_data();
-    void constructor_placeAndSize_haveLimits();
+    void constructor_largeStoredSize_fitsOnTheScreen();
+    void constructor_largeSizeOnTheCommandLine_isKept();
+    void constructor_unusablePlaceOnTheCommandLine_isMended();
     void constructor_shortSettings_areSurvived();
     void constructor_saysReadyForTwoSeconds();
 
@@ -289,6 +292,7 @@ private slots:
     void keys_background();
     void keys_quit();
     void saveSettings_writesTheFile();
+    void saveSettings_saysSo();
     void saveSettings_intoAMissingDirectory_isSilent();
 
     void moving_isRemembered();
@@ -340,6 +344,16 @@ void TestAppWindow::constructor_namesTheWindowAndDeletesItOnClose()
     QVERIFY(window->isWindow());
     QVERIFY(!window->isVisible());
     QCOMPARE(window->view, nullptr);
+}
+
+void TestAppWindow::constructor_withoutAGraph_titlesTheWindow()
+{
+    Window window;
+    QCOMPARE(window->windowTitle(), QStringLiteral("KORVEL Viewer"));
+    dialogs->Expect<QFileDialog>([](QFileDialog& dialog) { dialog.reject(); });
+    window.AddView();
+    QVERIFY(window.Show());
+    QCOMPARE(window->windowTitle(), QStringLiteral("KORVEL Viewer"));
 }
 
 void TestAppWindow::constructor_fillsThePalettes()
@@ -428,67 +442,39 @@ void TestAppWindow::constructor_absurdPlace_isSurvived()
     QVERIFY(WriteSettings({left, top, left, top, width, height}, true));
     Window window;
     QVERIFY(window.Show());
-    QVERIFY(window->width() > 0 && window->width() <= 32767);
-    QVERIFY(window->height() > 0 && window->height() <= 32767);
-    QVERIFY(qAbs(window->x()) <= 32767 && qAbs(window->y()) <= 32767);
-    QCOMPARE(grWinPos.width, int64_t{window->width()});
-    QCOMPARE(grWinPos.left, int64_t{window->x()});
+    const QRect screen = window->screen()->availableGeometry();
+    const QRect at(window->pos(), window->size());
+    QVERIFY2(screen.contains(at), "it is not on the screen");
+    QVERIFY2(at.width() >= 160 && at.height() >= 120, "nothing has room in it");
+    QCOMPARE(PlaceText(grWinPos), PlaceText(at.x(), at.y(), at.width(), at.height()));
 }
 
-// The window system and the toolkit keep a picture of the window, four bytes a pixel.
-void TestAppWindow::constructor_absurdSize_leavesAWindowThatFitsIntoMemory()
+void TestAppWindow::constructor_largeStoredSize_fitsOnTheScreen()
 {
-    constexpr int64_t kMostPixels = 100'000'000;
-    QVERIFY(WriteSettings({10, 10, kHuge, kHuge, kHuge, kHuge}, true));
+    QVERIFY(WriteSettings(Place(100, 100, 3000, 2000), true));
     const Window window;
-    QVERIFY(int64_t{window->width()} * window->height() <= kMostPixels);
+    QCOMPARE(window->geometry(), window->screen()->availableGeometry());
 }
 
-void TestAppWindow::constructor_placeAndSize_haveLimits_data()
+// Hosts ask for large windows to get large pictures.
+void TestAppWindow::constructor_largeSizeOnTheCommandLine_isKept()
 {
-    QTest::addColumn<QPoint>("storedPlace");
-    QTest::addColumn<QSize>("storedSize");
-    QTest::addColumn<QPoint>("place");
-    QTest::addColumn<QSize>("size");
-    const QPoint corner(10, 10);
-    const QSize usual(640, 487);
-    const auto placeRow = [usual](const char* name, int stored, int kept) {
-        QTest::newRow(name) << QPoint(stored, stored) << usual << QPoint(kept, kept) << usual;
-    };
-    placeRow("place below the limit", 32766, 32766);
-    placeRow("place at the limit", 32767, 32767);
-    placeRow("place above the limit", 32768, 32767);
-    placeRow("place at the lower limit", -32767, -32767);
-    placeRow("place below the lower limit", -32768, -32767);
-    const auto sizeRow = [corner](const char* name, QSize stored, QSize kept) {
-        QTest::newRow(name) << corner << stored << corner << kept;
-    };
-    sizeRow("no width", {0, 487}, {1, 487});
-    sizeRow("smallest", {1, 1}, {1, 1});
-    sizeRow("negative", {-1, -1}, {1, 1});
-    sizeRow("width below the limit", {16383, 10}, {16383, 10});
-    sizeRow("width at the limit", {16384, 10}, {16384, 10});
-    sizeRow("width above the limit", {16385, 10}, {16384, 10});
-    sizeRow("height at the limit", {10, 16384}, {10, 16384});
-    sizeRow("height above the limit", {10, 16385}, {10, 16384});
-    sizeRow("area below the limit", {10000, 9999}, {10000, 9999});
-    sizeRow("area at the limit", {10000, 10000}, {10000, 10000});
-    sizeRow("area above the limit", {10000, 10001}, {10000, 10000});
-    sizeRow("area above the limit, wider", {10001, 10000}, {10001, 9999});
-}
-
-// The window is not shown: some of these are large.
-void TestAppWindow::constructor_placeAndSize_haveLimits()
-{
-    QFETCH(QPoint, storedPlace);
-    QFETCH(QSize, storedSize);
-    QFETCH(QPoint, place);
-    QFETCH(QSize, size);
-    QVERIFY(WriteSettings(
-        Place(storedPlace.x(), storedPlace.y(), storedSize.width(), storedSize.height()), true));
+    grWinPos = Place(100, 100, 3000, 2000);
+    gfCmdlineWndpos = 1;
     const Window window;
-    QCOMPARE(window->pos(), place);
-    QCOMPARE(QSize(static_cast<int>(grWinPos.width), static_cast<int>(grWinPos.height)), size);
+    QCOMPARE(window->geometry(), QRect(100, 100, 3000, 2000));
+}
+
+void TestAppWindow::constructor_unusablePlaceOnTheCommandLine_isMended()
+{
+    grWinPos = Place(5000, 100, 0, 0);
+    gfCmdlineWndpos = 1;
+    Window window;
+    QVERIFY(window.Show());
+    const QRect screen = window->screen()->availableGeometry();
+    const QRect right(screen.right() + 1 - 160, 100, 160, 120);
+    QCOMPARE(QRect(window->pos(), window->size()), right);
+    QCOMPARE(PlaceText(grWinPos), PlaceText(right.x(), 100, 160, 120));
 }
 
 void TestAppWindow::constructor_shortSettings_areSurvived()
@@ -1240,6 +1226,18 @@ void TestAppWindow::saveSettings_writesTheFile()
     QCOMPARE(file.size(), qint64{59});
     QVERIFY(ReadBackSettings());
     QCOMPARE(PlaceText(grWinPos), PlaceText(50, 60, 500, 400));
+}
+
+void TestAppWindow::saveSettings_saysSo()
+{
+    Window window;
+    QVERIFY(window.Show());
+    QElapsedTimer time;
+    time.start();
+    FindItem(MenuItems(window, "&File"), "&Save Settings")->trigger();
+    QCOMPARE(Status(window), QStringLiteral("Settings saved."));
+    QTRY_COMPARE_WITH_TIMEOUT(Status(window), QString(), kPatience);
+    QVERIFY2(time.elapsed() >= kSavedTime - 250, "it vanished too early");
 }
 
 void TestAppWindow::saveSettings_intoAMissingDirectory_isSilent()
