@@ -4,6 +4,7 @@
 
 #include "app/appwindow.h"
 #include "app/globals.h"
+#include "app/statustext.h"
 #include "app/waitcursor.h"
 #include "meta/passwatch.h"
 #include "meta/plfmeta.h"
@@ -131,6 +132,8 @@ void DrawView::RenewPicture(const QRegion& part)
         return;
     }
     picture.Renew(part, [this](QPainter* painter) { drawIt(painter, false, 0); });
+    if (gpMainwnd != nullptr)
+        gpMainwnd->statusText()->PassEnded();
 }
 
 void DrawView::DrawRubberRect(QPainter* /*painter*/)

@@ -173,6 +173,7 @@ private slots:
 
     void firstPaint_isOfAnEmptyView();
     void waitCursor_comesInALongPassAndGoes();
+    void statusText_beforeAPass_hasItsTimeAfterIt();
 
 private:
     std::string Wide() { return directories->Write("wide.plf", WideFile()); }
@@ -416,6 +417,21 @@ void TestBand::waitCursor_comesInALongPassAndGoes()
     QVERIFY(!device.engine.wasShownAtFirst);
     QVERIFY(device.engine.wasShown);
     QCOMPARE(QGuiApplication::overrideCursor(), nullptr);
+}
+
+// Until the pass has ended, the screen shows nothing new.
+void TestBand::statusText_beforeAPass_hasItsTimeAfterIt()
+{
+    constexpr int kUsedUp = 1500; // of 2000 ms
+    const View view(Wide());
+    auto* timer = view.window->statusBar()->findChild<QTimer*>();
+    view.window->load(QString::fromStdString(Wide()));
+    QVERIFY(timer != nullptr && timer->isActive());
+    const QDeadlineTimer patience(10000);
+    while (timer->remainingTime() > kUsedUp && !patience.hasExpired())
+        QThread::yieldCurrentThread(); // as in a pass, no event is handled
+    Settle();
+    QVERIFY(timer->remainingTime() > kUsedUp);
 }
 
 QTEST_MAIN(TestBand)
