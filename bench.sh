@@ -33,12 +33,14 @@ prepare() {
   fi
 }
 
-# measure TOPIC OPTION...: run bench_TOPIC and keep its figures.
+# measure TOPIC OPTION...: run bench_TOPIC and keep its figures. "around" is what the command runs in.
+around=()
+folders=("$streams")
 measure() {
   local topic=$1
   echo "Measuring: $topic ..."
-  "$build/bench/bench_$topic" "${@:2}" --benchmark_out="$out/$topic.json" --benchmark_out_format=json "$streams" \
-    >"$out/$topic.log" 2>&1 || {
+  "${around[@]}" "$build/bench/bench_$topic" "${@:2}" --benchmark_out="$out/$topic.json" \
+    --benchmark_out_format=json "${folders[@]}" >"$out/$topic.log" 2>&1 || {
     cat -- "$out/$topic.log" >&2
     return 1
   }
@@ -49,7 +51,9 @@ measure_all() {
     --benchmark_report_aggregates_only=true)
   measure draw "${repeated[@]}"
   measure eps "${repeated[@]}" '--benchmark_filter=export|write'
+  around=(tests/e2e/with-xserver.sh) folders+=(samples)
   measure drag
+  around=() folders=("$streams")
   echo 'Measuring: whole processes ...'
   bench/compare-eps.sh "$build/tools/plfconvert" "$streams" "$runs" >"$out/process.txt"
   echo 'Measuring: start ...'

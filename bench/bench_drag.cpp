@@ -1,33 +1,45 @@
 // SPDX-License-Identifier: MIT
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 //
-// What a step of the mouse costs while a rubber band is dragged over a graph, from the event to the
-// painted window, and beside it a repaint of the whole view:
+// What the mouse costs over a graph, from the event to the painted window, and beside it a repaint
+// of the whole view:
 //   GRAPH/repaint      the whole view
 //   GRAPH/drag         a step of ten pixels each way; the counter "longest" is its slowest step, in
 //                      milliseconds
+//   GRAPH/press        a press and the first move, in the window as it opens: processor time, the
+//                      largest of three places. GRAPH is a sample's name, or walk:W and surface:W
+//                      with lines of width W
 //
-//   bench_drag [GOOGLE-BENCHMARK-OPTION...] [FOLDER]
+//   bench_drag [GOOGLE-BENCHMARK-OPTION...] [FOLDER [SAMPLES]]
 //
-// FOLDER, or $PLOTVW_STREAMS when it is left out, holds walk.plf and surface.plf.
+// FOLDER, or $PLOTVW_STREAMS when it is left out, holds walk.plf and surface.plf; SAMPLES holds the
+// other graphs that are pressed on. Runs in the X server of $DISPLAY where QT_QPA_PLATFORM is xcb.
 #include "app/appwindow.h"
 #include "app/drawview.h"
 #include "app/globals.h"
 #include "bench/graphs.h"
 #include "support/text.h"
+#include "tests/plfwriter.h"
 
 #include <benchmark/benchmark.h>
 
 #include <QApplication>
+#include <QDir>
 #include <QElapsedTimer>
 #include <QMouseEvent>
 #include <QTemporaryDir>
+#include <QWindow>
 
 #include <algorithm>
 #include <cstdlib>
 #include <string>
 
+#include <sys/resource.h>
+
 namespace {
+
+constexpr int kWidths[] = {0, 4, 16};
+constexpr QPoint kPlaces[] = {{60, 60}, {300, 200}, {580, 400}};
 
 constexpr QPoint kStart(40, 30);
 constexpr QPoint kEnd(990, 740);
@@ -41,11 +53,20 @@ void Send(QWidget* view, QEvent::Type type, Qt::MouseButtons held, QPoint at)
     QCoreApplication::processEvents();
 }
 
-// A window whose view has four units to a pixel, both ways.
+void Settle()
+{
+    for (int i = 0; i < 3; ++i)
+        QCoreApplication::processEvents();
+}
+
+// A view in which four units are a pixel, both ways.
+constexpr QSize kEvenScale(1024, 780);
+
+// A window with a graph. An empty size leaves the view as it opens.
 class Viewer
 {
 public:
-    explicit Viewer(const std::string& graph)
+    explicit Viewer(const std::string& graph, QSize size = kEvenScale)
     {
         if (!CopyText(gszPlffileOrig, graph.c_str()))
             Fail(graph, "is too long a name.");
@@ -53,9 +74,12 @@ public:
         gpDraw = new DrawView(window);
         window->setCentralWidget(gpDraw);
         window->show();
-        QCoreApplication::processEvents();
-        window->resize(window->size() + QSize(1024, 780) - gpDraw->size());
-        QCoreApplication::processEvents();
+        while (!window->windowHandle()->isExposed())
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+        Settle();
+        if (!size.isEmpty())
+            window->resize(window->size() + size - gpDraw->size());
+        Settle();
     }
     ~Viewer()
     {
@@ -100,6 +124,81 @@ void Drag(benchmark::State& state, const std::string& graph)
     state.counters["longest"] = longest;
 }
 
+// Processor time of this process, seconds.
+double ProcessorTime()
+{
+    rusage usage = {};
+    getrusage(RUSAGE_SELF, &usage);
+    const auto seconds = [](const timeval& time) {
+        return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) / 1e6;
+    };
+    return seconds(usage.ru_utime) + seconds(usage.ru_stime);
+}
+
+double PressAndMove(QPoint at)
+{
+    const double begin = ProcessorTime();
+    Send(gpDraw, QEvent::MouseButtonPress, Qt::LeftButton, at);
+    Send(gpDraw, QEvent::MouseMove, Qt::LeftButton, at + kStep);
+    const double end = ProcessorTime();
+    Send(gpDraw, QEvent::MouseButtonRelease, Qt::NoButton, at + kStep);
+    gpDraw->ClearZoom();
+    gpDraw->repaint();
+    return end - begin;
+}
+
+void Press(benchmark::State& state, const std::string& graph)
+{
+    const Viewer viewer(graph, QSize());
+    for ([[maybe_unused]] const auto& iteration : state) {
+        double longest = 0;
+        for (const QPoint& at : kPlaces)
+            longest = std::max(longest, PressAndMove(at));
+        state.SetIterationTime(longest);
+    }
+}
+
+void RegisterPress(const std::string& name, const std::string& graph)
+{
+    constexpr int kTimes = 3; // what comes between two presses draws the graph
+    benchmark::RegisterBenchmark((name + "/press").c_str(),
+                                 [graph](benchmark::State& state) { Press(state, graph); })
+        ->UseManualTime()
+        ->Iterations(kTimes)
+        ->Unit(benchmark::kMillisecond);
+}
+
+// A copy of a graph whose lines have another width.
+std::string WithWidth(const QTemporaryDir& folder, const std::string& graph,
+                      const std::string& name, int width)
+{
+    const std::string thin = "\x1bGT0";
+    std::string bytes = ReadBytes(graph);
+    const size_t at = bytes.find(thin);
+    if (at == std::string::npos)
+        Fail(graph, "has no width command to replace.");
+    bytes.replace(at, thin.size(), "\x1bGT" + plf::Int(width));
+    std::string copy = folder.filePath(QString::fromStdString(name)).toStdString();
+    if (!plf::WriteFile(copy, bytes))
+        Fail(copy, "cannot be written.");
+    return copy;
+}
+
+void RegisterPresses(const QTemporaryDir& copies, const std::string& folder, const char* samples)
+{
+    for (const std::string name : {"walk", "surface"}) {
+        for (const int width : kWidths) {
+            const std::string full = name + ':' + std::to_string(width);
+            RegisterPress(full, WithWidth(copies, folder + '/' + name + ".plf", full, width));
+        }
+    }
+    if (samples == nullptr)
+        return;
+    const QDir all(QString::fromLocal8Bit(samples), QStringLiteral("*.plf"));
+    for (const QFileInfo& graph : all.entryInfoList())
+        RegisterPress(graph.baseName().toStdString(), graph.filePath().toStdString());
+}
+
 } // namespace
 
 int main(int argc, char** argv)
@@ -107,12 +206,12 @@ int main(int argc, char** argv)
     benchmark::Initialize(&argc, argv);
     const QTemporaryDir home; // the user's own settings stay out of it, and untouched
     setenv("HOME", qPrintable(home.path()), 1);
-    setenv("QT_QPA_PLATFORM", "offscreen", 1);
+    setenv("QT_QPA_PLATFORM", "offscreen", 0);
     qputenv("QT_LOGGING_RULES", "*.debug=false");
     const QApplication application(argc, argv);
     const char* folder = argc > 1 ? argv[1] : getenv("PLOTVW_STREAMS");
-    if (folder == nullptr || argc > 2)
-        Fail("usage", "bench_drag [FOLDER]    made by samples/make-large.sh");
+    if (folder == nullptr || argc > 3)
+        Fail("usage", "bench_drag [FOLDER [SAMPLES]]    FOLDER is made by samples/make-large.sh");
     QApplication::setQuitOnLastWindowClosed(false);
     for (const std::string name : {"walk", "surface"}) {
         const std::string graph = std::string(folder) + '/' + name + ".plf";
@@ -123,6 +222,8 @@ int main(int argc, char** argv)
             Drag(state, graph);
         })->Unit(benchmark::kMillisecond);
     }
+    const QTemporaryDir copies;
+    RegisterPresses(copies, folder, argc > 2 ? argv[2] : nullptr);
     benchmark::RunSpecifiedBenchmarks();
     return 0;
 }
