@@ -6,8 +6,11 @@
 #
 #   ./test.sh            g++, warnings are errors: all tests, at the end those in an X server of their own
 #   ./test.sh asan       clang++ with the address and undefined-behaviour sanitizers: the same tests
-#   ./test.sh lint       what formatters, validators and analysers say about the sources
-#   ./test.sh all        these three
+#   ./test.sh lint [changed]
+#                        what formatters, validators and analyzers say about the sources; clang-tidy looks at all of
+#                        them, or at those that have changed since the last release
+#   ./test.sh release    a release with warnings as errors and the benchmarks, installed into a folder and tried
+#   ./test.sh all        these four
 #   ./test.sh fuzz SECONDS [TARGET...]
 #                        each fuzz target, or those named, for so long; two at a time
 #
@@ -29,6 +32,17 @@ build_and_test() {
   ctest --preset "$tests"
 }
 
+# Apart from build/release, which is the user's.
+build_and_install() {
+  install_packages "${build_packages[@]}" "${test_packages[@]}" "${bench_packages[@]}"
+  echo 'Building in build/installed ...'
+  quietly cmake --preset bench -B build/installed -D PLOTVW_WERROR=ON
+  quietly cmake --build build/installed
+  tests/install.sh "$root" "$root/build/installed"
+  tests/e2e/with-xserver.sh tests/try-installed.sh "$root" "$root/build/installed"
+  echo 'The installed programs work.'
+}
+
 # build_and_fuzz SECONDS [TARGET...]
 build_and_fuzz() {
   install_packages "${build_packages[@]}" "${test_packages[@]}" "${sanitizer_packages[@]}"
@@ -41,15 +55,20 @@ build_and_fuzz() {
 case ${1-} in
 '') build_and_test dev dev ;;
 asan) build_and_test asan asan "${sanitizer_packages[@]}" ;;
-lint) build_and_test dev lint "${lint_packages[@]}" ;;
+lint)
+  export PLOTVW_LINT=${2:-all}
+  build_and_test dev lint "${lint_packages[@]}"
+  ;;
+release) build_and_install ;;
 fuzz) build_and_fuzz "${@:2}" ;;
 all)
   "$0"
   "$0" asan
   "$0" lint
+  "$0" release
   ;;
 *)
-  echo 'usage: ./test.sh [asan|lint|all|fuzz SECONDS [TARGET...]]' >&2
+  echo 'usage: ./test.sh [asan|lint [changed]|release|all|fuzz SECONDS [TARGET...]]' >&2
   exit 2
   ;;
 esac
