@@ -6,13 +6,13 @@
 #include "app/drawview.h"
 #include "app/globals.h"
 #include "app/messages.h"
+#include "app/savedialog.h"
 #include "app/statustext.h"
 #include "meta/plfmeta.h"
 #include "support/files.h"
 #include "support/text.h"
 
 #include <QBuffer>
-#include <QFileDialog>
 #include <QPixmap>
 #include <QPointer>
 
@@ -32,17 +32,6 @@ constexpr int kQualityStep = 10;
 // The job numbers of PostCmdargDone.
 constexpr int kJpegDone = 2;
 constexpr int kEpsDone = 3;
-
-// Asks for the name of a file to write; empty when the user cancels.
-QString AskSaveName(QWidget* parent, const char* objectName, const QString& caption,
-                    const QString& filter)
-{
-    OwnDialog<QFileDialog> dialog(parent, caption, QString(), filter);
-    dialog->setObjectName(QLatin1StringView(objectName));
-    dialog->setAcceptMode(QFileDialog::AcceptSave);
-    dialog->setFileMode(QFileDialog::AnyFile);
-    return dialog.IsAccepted() ? dialog->selectedFiles().constFirst() : QString();
-}
 
 // Where names without a directory go, in bytes.
 QByteArray ExportDirectory()
@@ -100,7 +89,8 @@ QByteArray ExportName(AppWindow& window, const ExportKind& kind, bool asJob)
 {
     if (asJob)
         return gszCvtFilenameBase;
-    return AskSaveName(&window, "Export Graphic File", kind.caption, kind.filter).toLocal8Bit();
+    return AskSaveName(&window, {"Export Graphic File", kind.caption, kind.filter, kind.extension})
+        .toLocal8Bit();
 }
 
 // Names the file, calls write and, when the export is a job, goes on with the others.
@@ -140,12 +130,11 @@ void AppWindow::saveAs()
         status->Show(tr("Nothing to save"), kSavedTime);
         return;
     }
-    QString name = AskSaveName(this, "Save Graphic File", tr("Save as"),
-                               tr("KORVEL Graphics (*.plf);;All Files (*)"));
+    const QString name = AskSaveName(this, {"Save Graphic File", tr("Save as"),
+                                            tr("KORVEL Graphics (*.plf);;All Files (*)"), ".plf"});
     // A host's command may have replaced or dropped the graph while the dialog stood open.
     if (name.isEmpty() || gpPlfmembuf == nullptr)
         return;
-    AppendFileExt(name, ".plf");
     const FilePtr file(OpenForWriting(name.toLocal8Bit().constData()));
     if (file == nullptr) {
         // No blank between the words and the name: kept so on purpose.

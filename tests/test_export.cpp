@@ -191,12 +191,21 @@ private:
     QTimer timer;
 };
 
+// Agrees to the question whether a file may be replaced, if one stands there.
+void AgreeToReplace()
+{
+    auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+    if (box != nullptr && box->button(QMessageBox::Yes) != nullptr)
+        box->button(QMessageBox::Yes)->click();
+}
+
 // Puts a name into the file dialog and confirms it.
 void TypeName(QFileDialog& dialog, const std::string& name)
 {
     auto* edit = dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
     QVERIFY(edit != nullptr);
     edit->setText(Text(name)); // typed, it would open a list of completions on top
+    QTimer::singleShot(0, &dialog, AgreeToReplace);
     QTest::keyClick(edit, Qt::Key_Enter);
 }
 
@@ -257,8 +266,6 @@ private slots:
     void dialogs_translatedTexts();
     void dialogs_cancelled_changeNothing_data();
     void dialogs_cancelled_changeNothing();
-    void dialogs_existingFileOfTheCompletedName_isReplaced_data();
-    void dialogs_existingFileOfTheCompletedName_isReplaced();
     void dialogs_existingFile_isKeptUnlessTheUserAgrees_data();
     void dialogs_existingFile_isKeptUnlessTheUserAgrees();
     void dialogs_nameOutsideAscii_isUsed_data();
@@ -695,48 +702,39 @@ void TestExport::dialogs_cancelled_changeNothing()
     QCOMPARE(QByteArray(gszCvtFilename), QByteArray("before"));
 }
 
-void TestExport::dialogs_existingFileOfTheCompletedName_isReplaced_data()
-{
-    AskingRows();
-}
-
-// The name that is typed is not that of the file, so nobody asks whether it may go.
-void TestExport::dialogs_existingFileOfTheCompletedName_isReplaced()
-{
-    QFETCH(Asking, asking);
-    Window window;
-    Open(window);
-    const std::string old = directories->Write(std::string("old") + asking.extension, "content");
-    ChooseAndType(window, asking, Path("old"));
-    QVERIFY(ReadFile(old) != QByteArray("content"));
-    QVERIFY(ReadFile(old).size() > 10);
-}
-
 void TestExport::dialogs_existingFile_isKeptUnlessTheUserAgrees_data()
 {
-    AskingRows();
+    QTest::addColumn<Asking>("asking");
+    QTest::addColumn<bool>("isWhole"); // the name is typed with its extension
+    for (const Asking& asking : {kSave, kJpeg, kEps}) {
+        QTest::addRow("%s, whole name", asking.caption) << asking << true;
+        QTest::addRow("%s, without extension", asking.caption) << asking << false;
+    }
 }
 
-// The toolkit's dialog asks; the program itself does not.
+// The dialog asks about the file that will be written; the program itself does not.
 void TestExport::dialogs_existingFile_isKeptUnlessTheUserAgrees()
 {
     QFETCH(Asking, asking);
+    QFETCH(bool, isWhole);
     Window window;
     Open(window);
-    const std::string old = directories->Write(std::string("old") + asking.extension, "content");
+    const std::string name = std::string("old") + asking.extension;
+    const std::string old = directories->Write(name, "content");
     for (const auto answer : {QMessageBox::No, QMessageBox::Yes}) {
-        int asked = 0;
+        QStringList asked;
         dialogs->Expect<QFileDialog>([&](QFileDialog& dialog) {
             QTimer::singleShot(0, &dialog, [&] {
                 auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
                 QVERIFY(box != nullptr);
-                ++asked;
+                asked.append(box->text());
                 box->button(answer)->click();
             });
-            TypeName(dialog, old);
+            TypeName(dialog, isWhole ? old : Path("old"));
         });
         Choose(window, asking.item);
-        QCOMPARE(asked, 1);
+        QCOMPARE(asked, QStringList(Text(name) + QStringLiteral(" already exists.\n"
+                                                                "Do you want to replace it?")));
         QCOMPARE(ReadFile(old) == QByteArray("content"), answer == QMessageBox::No);
     }
 }
