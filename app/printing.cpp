@@ -41,6 +41,13 @@ bool HasOutput(const QPrinter& printer)
     return printer.outputFormat() != QPrinter::PdfFormat || !printer.outputFileName().isEmpty();
 }
 
+// What lists of print jobs and the titles of printed files say. A failed load leaves the last name.
+QString JobName()
+{
+    return gszPlffileOrig[0] != 0 ? QString::fromLocal8Bit(gszPlffileName)
+                                  : AppWindow::tr("KORVEL Viewer");
+}
+
 } // namespace
 
 void AppWindow::print()
@@ -81,6 +88,7 @@ void DrawView::PrintGraph()
     // Open for as long as the toolkit opens the file itself, which waits for a reader of a pipe.
     const QByteArray name = pPrinter->outputFileName().toLocal8Bit();
     const FilePtr output(name.isEmpty() ? nullptr : OpenForWriting(name.constData(), true));
+    pPrinter->setDocName(JobName());
     QPainter painter;
     if ((!name.isEmpty() && output == nullptr) || !painter.begin(pPrinter))
         return;

@@ -144,6 +144,14 @@ PrintedPage ReadPage(const QString& pdf)
     return ReadSvg(Run("pdftocairo", {QStringLiteral("-svg"), pdf, QStringLiteral("-")}));
 }
 
+QString ReadTitle(const QString& pdf)
+{
+    static const QRegularExpression title(QStringLiteral("^Title: +(.*)$"),
+                                          QRegularExpression::MultilineOption);
+    const QByteArray about = Run("pdfinfo", {QStringLiteral("-enc"), QStringLiteral("UTF-8"), pdf});
+    return title.match(QString::fromUtf8(about)).captured(1);
+}
+
 QImage RenderPage(const QString& pdf, int pixelsPerInch)
 {
     const QByteArray png = Run("pdftocairo", {QStringLiteral("-png"), QStringLiteral("-singlefile"),

@@ -37,5 +37,8 @@ struct PrintedPage {
 /// number of pages.
 PrintedPage ReadPage(const QString& pdf);
 
+/// The title that a PDF file says it has. Fails the test when the file cannot be read.
+QString ReadTitle(const QString& pdf);
+
 /// The only page of a PDF file as a picture. Fails the test when the file cannot be read.
 QImage RenderPage(const QString& pdf, int pixelsPerInch);

@@ -223,6 +223,8 @@ private slots:
     void page_background_data();
     void page_background();
     void page_texts_arePrinted();
+    void page_title_isTheGraphsName();
+    void page_title_withoutAGraph_isTheProgramsName();
     void page_isNotWrittenAsEpsToo();
     void page_zoomed_fillsTheAreaWithThePart();
     void page_zoomed_leavesThePaperAroundTheAreaEmpty();
@@ -721,6 +723,30 @@ void TestPrinting::page_texts_arePrinted()
     Open(window);
     SetPrinter(window, Path("page.pdf"));
     QCOMPARE(Printed().letters, 4);
+}
+
+void TestPrinting::page_title_isTheGraphsName()
+{
+    Window window;
+    Open(window);
+    SetPrinter(window, Path("page.pdf"));
+    gpDraw->PrintGraph();
+    QCOMPARE(ReadTitle(Text(Path("page.pdf"))), QStringLiteral("a.plf"));
+    window->load(Text(directories->Write("größer.plf", Graph())));
+    gpDraw->cmdPrint();
+    QCOMPARE(ReadTitle(Text(Path("page.pdf"))), QString::fromUtf8("größer.plf"));
+}
+
+void TestPrinting::page_title_withoutAGraph_isTheProgramsName()
+{
+    Window window;
+    Open(window);
+    SetPrinter(window, Path("page.pdf"));
+    fixture::Box box;
+    fixture::ExpectBox(*dialogs, box);
+    window->load(Text(Path("none.plf"))); // which leaves the last short name
+    gpDraw->PrintGraph();
+    QCOMPARE(ReadTitle(Text(Path("page.pdf"))), QStringLiteral("KORVEL Viewer"));
 }
 
 void TestPrinting::page_isNotWrittenAsEpsToo()

@@ -9,7 +9,7 @@
 # Everything that the server keeps is in FOLDER, which must be new or empty. The line "ready" on the standard output
 # tells that it takes jobs; a program prints there when CUPS_SERVER names FOLDER/socket. The queues:
 #
-#   fileq      the default: a job arrives, as it was sent, as FOLDER/pages/NUMBER.pdf
+#   fileq      the default: a job arrives, as it was sent, as FOLDER/pages/NUMBER.pdf, its name as NUMBER.name
 #   stopped    takes jobs and keeps them
 #   refusing   takes no job
 #
@@ -87,6 +87,7 @@ write_backend() {
   cat >"$folder/programs/backend/pages" <<END
 #!/bin/sh
 [ \$# -ge 5 ] || exit 0
+printf '%s' "\$3" >'$folder/pages/'"\$1.name"
 cat -- "\${6:-/dev/stdin}" >'$folder/pages/part' && mv -- '$folder/pages/part' '$folder/pages/'"\$1.pdf"
 END
   chmod 700 "$folder/programs/backend/pages"

@@ -196,6 +196,12 @@ public:
         return QStringLiteral("%1/pages/%2.pdf").arg(folder).arg(job);
     }
 
+    // The name of a job whose page is there.
+    [[nodiscard]] QString Name(qsizetype job) const
+    {
+        return QString::fromUtf8(ReadFile(QStringLiteral("%1/pages/%2.name").arg(folder).arg(job)));
+    }
+
 private:
     QProcess process;
     QString folder;
@@ -560,6 +566,7 @@ void TestJobs::jobs_paperAndOrientation()
         Configure("printer_paper_type=" + paper + '\n');
     Open(Words(options));
     CheckPage(TakePage(), sheet, PrintedGraph(sheet));
+    QCOMPARE(server->Name(jobsBefore), QStringLiteral("graph.plf"));
     Quit();
 }
 
@@ -711,6 +718,7 @@ void TestJobs::print_accepted_printsWhatIsShown()
         PressKeys(QStringLiteral("Return"));
         QVERIFY(viewer->AwaitWindow(kGraphTitle));
         CheckPage(TakePage(), kA4Portrait, PrintedGraph(kA4Portrait));
+        QCOMPARE(server->Name(jobsBefore), QStringLiteral("graph.plf"));
     }
     QCOMPARE(PrintServer::Jobs(), jobsBefore);
     Quit();
