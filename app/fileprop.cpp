@@ -5,6 +5,7 @@
 #include "app/appwindow.h"
 #include "app/globals.h"
 #include "app/messages.h"
+#include "app/pathlabel.h"
 #include "support/paths.h"
 #include "support/text.h"
 
@@ -18,6 +19,12 @@ namespace {
 constexpr int kLabelHeight = 20;
 constexpr QSize kDialogSize(452, 158);
 
+// The two labels of names were made as such.
+void ShowName(QLabel* label, const char* name)
+{
+    static_cast<PathLabel*>(label)->ShowName(QString::fromLocal8Bit(name));
+}
+
 // A number with its unit, as "1,234 bytes".
 QString Amount(const char* format, unsigned long value)
 {
@@ -27,6 +34,15 @@ QString Amount(const char* format, unsigned long value)
 
 } // namespace
 
+template <typename Label> Label* FileProp::AddLabel(const char* name, int x, int y, int width)
+{
+    auto* label = new Label(groupBox1);
+    label->setObjectName(QLatin1StringView(name));
+    label->setTextFormat(Qt::PlainText); // values hold file names
+    label->setGeometry(x, y, width, kLabelHeight);
+    return label;
+}
+
 FileProp::FileProp(QWidget* parent, const char* name, bool modal, Qt::WindowFlags fl)
     : QDialog(parent, fl)
 {
@@ -35,14 +51,14 @@ FileProp::FileProp(QWidget* parent, const char* name, bool modal, Qt::WindowFlag
     groupBox1 = new QGroupBox(this);
     groupBox1->setObjectName(QStringLiteral("groupBox1"));
     groupBox1->setGeometry(10, 10, 430, 100);
-    textLabel2 = AddLabel("textLabel2", 20, 10, 100);
-    textLabel3 = AddLabel("textLabel3", 20, 30, 100);
-    textLabel4 = AddLabel("textLabel4", 20, 50, 100);
-    textLabel5 = AddLabel("textLabel5", 20, 70, 100);
-    textFilenameOrig = AddLabel("textFilenameOrig", 120, 10, 280);
-    textFilename = AddLabel("textFilename", 120, 30, 280);
-    textFilesize = AddLabel("textFilesize", 120, 50, 180);
-    textVectorcnt = AddLabel("textVectorcnt", 120, 70, 180);
+    textLabel2 = AddLabel<QLabel>("textLabel2", 20, 10, 100);
+    textLabel3 = AddLabel<QLabel>("textLabel3", 20, 30, 100);
+    textLabel4 = AddLabel<QLabel>("textLabel4", 20, 50, 100);
+    textLabel5 = AddLabel<QLabel>("textLabel5", 20, 70, 100);
+    textFilenameOrig = AddLabel<PathLabel>("textFilenameOrig", 120, 10, 280);
+    textFilename = AddLabel<PathLabel>("textFilename", 120, 30, 280);
+    textFilesize = AddLabel<QLabel>("textFilesize", 120, 50, 180);
+    textVectorcnt = AddLabel<QLabel>("textVectorcnt", 120, 70, 180);
     butOk = new QPushButton(this);
     butOk->setObjectName(QStringLiteral("butOk"));
     butOk->setGeometry(190, 120, 82, 26);
@@ -51,19 +67,10 @@ FileProp::FileProp(QWidget* parent, const char* name, bool modal, Qt::WindowFlag
     connect(butOk, &QPushButton::clicked, this, &FileProp::butOk_clicked);
 }
 
-QLabel* FileProp::AddLabel(const char* name, int x, int y, int width)
-{
-    auto* label = new QLabel(groupBox1);
-    label->setObjectName(QLatin1StringView(name));
-    label->setTextFormat(Qt::PlainText); // values hold file names
-    label->setGeometry(x, y, width, kLabelHeight);
-    return label;
-}
-
 void FileProp::Init()
 {
-    textFilenameOrig->setText(QString::fromLocal8Bit(gszPlffileOrig));
-    textFilename->setText(QString::fromLocal8Bit(gszPlffileName));
+    ShowName(textFilenameOrig, gszPlffileOrig);
+    ShowName(textFilename, gszPlffileName);
     textFilesize->setText(Amount(QT_TR_NOOP("%1 bytes"), gdwFilesize));
     textVectorcnt->setText(Amount(QT_TR_NOOP("%1 line segments"), gdwVectorCnt));
 }

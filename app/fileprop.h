@@ -46,5 +46,5 @@ protected:
     void changeEvent(QEvent* event) override;
 
 private:
-    QLabel* AddLabel(const char* name, int x, int y, int width);
+    template <typename Label> Label* AddLabel(const char* name, int x, int y, int width);
 };

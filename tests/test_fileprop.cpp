@@ -176,7 +176,7 @@ private slots:
     void init_sizes_areGrouped_data();
     void init_sizes_areGrouped();
     void init_1234567ByteFile_shows1234567GroupedByCommas();
-    void init_longestPath_isShownWhole();
+    void init_longestPath_isTheLabelsText();
     void init_nameWithMarkup_isShownAsItIs();
     void init_nameOutsideAscii_isShown();
     void init_readsTheValuesOnce();
@@ -412,7 +412,7 @@ void TestFileProp::init_1234567ByteFile_shows1234567GroupedByCommas()
     }
 }
 
-void TestFileProp::init_longestPath_isShownWhole()
+void TestFileProp::init_longestPath_isTheLabelsText()
 {
     const std::string path = '/' + std::string(kPathSize - 2, 'x');
     QVERIFY(CopyText(gszPlffileOrig, path.c_str()));
