@@ -23,7 +23,7 @@ const QByteArray kNotRecognized("File is not a recognized PLF graphic format.");
 // A file whose data begin with the given text at offset 100.
 QByteArray FileWithBackgrounds(const QByteArray& fromOffset100)
 {
-    return PlfHeader().leftJustified(static_cast<int>(kBackgroundScanStart), '0') + fromOffset100;
+    return PlfHeader().leftJustified(100, '0') + fromOffset100;
 }
 
 int BackgroundOf(const QByteArray& file)
@@ -162,20 +162,25 @@ private slots:
         QCOMPARE(BackgroundOf(FileWithBackgrounds("nothing")), kWhite);
     }
 
-    void background_matchInTheFirst100Bytes_isNeverSeen()
+    void background_onlyMatchesFromOffset100On_count_data()
     {
-        gbBkClrWhite = false;
-        QByteArray file = FileWithBackgrounds("RA14");
-        file.replace(90, 4, "RA19");
-        QCOMPARE(BackgroundOf(file), kWhite);
-        file.replace(97, 3, "RA1"); // ends just before offset 100
-        QCOMPARE(BackgroundOf(file), kWhite);
+        QTest::addColumn<int>("offset");
+        QTest::addColumn<int>("index");
+        QTest::newRow("90") << 90 << kWhite;
+        QTest::newRow("97, ends just before offset 100") << 97 << kWhite;
+        QTest::newRow("98") << 98 << kWhite;
+        QTest::newRow("99") << 99 << kWhite;
+        QTest::newRow("100") << 100 << 1;
+        QTest::newRow("101") << 101 << 1;
     }
 
-    void background_matchThatBeginsAtOffset100_counts()
+    // Of two matches, which must both count for the second one to name the background.
+    void background_onlyMatchesFromOffset100On_count()
     {
+        QFETCH(int, offset);
+        QFETCH(int, index);
         gbBkClrWhite = false;
-        QCOMPARE(BackgroundOf(FileWithBackgrounds("RA1RA14")), 1);
+        QCOMPARE(BackgroundOf(PlfHeader().leftJustified(offset, '0') + "RA10 RA14"), index);
     }
 
     void background_thirdMatch_isNotLookedAt()
