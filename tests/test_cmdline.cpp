@@ -8,7 +8,9 @@
 #include "support/settings.h"
 #include "tests/appfixture.h"
 
+#include <QFile>
 #include <QMap>
+#include <QRegularExpression>
 
 #include <type_traits>
 #include <vector>
@@ -62,7 +64,9 @@ constexpr Default kDefaults[] = {
     {"gdwLineClrFlag",        "0"},
     {"gwLineClrMap",          "0,1,2,3,4,5,6,7,8,9,10,11,12,13,14,15"},
     {"gdwDebug",              "1"},
+    {"gdwDrawMode",           "0"},
     {"gdwHpglNumPens",        "8"},
+    {"gwHpglClrMap",          "0,1,2,3,4,5,6,7,8,9,10,11,12,13,14,15"},
     {"gpPlfmembuf",           "null"},
     {"gdwFilesize",           "0"},
     {"gdwBkClrFile",          "0"},
@@ -157,7 +161,9 @@ Globals SettingGlobals()
         {QStringLiteral("gdwLineClrFlag"), ValueText(gdwLineClrFlag)},
         {QStringLiteral("gwLineClrMap"), ValueText(gwLineClrMap)},
         {QStringLiteral("gdwDebug"), ValueText(gdwDebug)},
+        {QStringLiteral("gdwDrawMode"), ValueText(gdwDrawMode)},
         {QStringLiteral("gdwHpglNumPens"), ValueText(gdwHpglNumPens)},
+        {QStringLiteral("gwHpglClrMap"), ValueText(gwHpglClrMap)},
     };
 }
 
@@ -181,6 +187,24 @@ Globals AllGlobals()
     all.insert(SettingGlobals());
     all.insert(ObjectGlobals());
     return all;
+}
+
+// The names that globals.h declares, sorted.
+QStringList DeclaredGlobals()
+{
+    static const QRegularExpression kDeclaration(QStringLiteral("^extern [^;]*;"),
+                                                 QRegularExpression::MultilineOption);
+    static const QRegularExpression kName(QStringLiteral("(\\w+)(\\[\\w+\\])?[,;]"));
+    QFile header(QFINDTESTDATA("../app/globals.h"));
+    if (!header.open(QIODevice::ReadOnly))
+        return {};
+    QStringList names;
+    for (const auto& declaration : kDeclaration.globalMatch(QString::fromUtf8(header.readAll()))) {
+        for (const auto& name : kName.globalMatch(declaration.captured()))
+            names.append(name.captured(1));
+    }
+    names.sort();
+    return names;
 }
 
 // "name=value" for every variable that is not what it was, sorted by name.
@@ -358,20 +382,26 @@ void TestCmdline::globals_atStart_haveDefaults()
 
 void TestCmdline::globals_atStart_areAllInTheTable()
 {
-    QCOMPARE(atStart.size(), static_cast<qsizetype>(std::size(kDefaults)));
+    QStringList table;
+    for (const Default& row : kDefaults)
+        table.append(QString::fromLatin1(row.name));
+    table.sort();
+    QCOMPARE(DeclaredGlobals(), table);
+    QCOMPARE(atStart.keys(), table);
 }
 
 void TestCmdline::globals_buffers_haveTheirSizes()
 {
-    QCOMPARE(sizeof gszPlffileOrig, size_t{1024});
-    QCOMPARE(sizeof gszPlffileName, size_t{1024});
-    QCOMPARE(sizeof gszCurdir, size_t{1024});
+    for (const size_t size :
+         {sizeof gszPlffileOrig, sizeof gszPlffileName, sizeof gszCurdir, sizeof gszExePath,
+          sizeof gszExename, sizeof gszHomedir, sizeof gszTmppath, sizeof gszCvtFilenameBase,
+          sizeof gszCvtFilename, sizeof gszCvtSavePath, sizeof gszKrvServerName})
+        QCOMPARE(size, size_t{1024});
     QCOMPARE(sizeof gszCurrentWorkingDir, size_t{2048});
-    QCOMPARE(sizeof gszCvtFilenameBase, size_t{1024});
-    QCOMPARE(sizeof gszKrvServerName, size_t{1024});
     QCOMPARE(sizeof gszVersion, size_t{10});
     QCOMPARE(sizeof gszFileVersion, size_t{10});
     QCOMPARE(sizeof gwLineClrMap, size_t{32});
+    QCOMPARE(sizeof gwHpglClrMap, size_t{32});
     QCOMPARE(sizeof grWinPos, size_t{48});
 }
 
