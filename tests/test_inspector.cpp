@@ -138,6 +138,10 @@ private slots:
     void damage_wholeGraph_hasNone();
     void summary_graph_hasWhatIsInIt();
     void summary_textWithSettings_hasThem();
+    void summary_textAttributes_areTwoBits_data();
+    void summary_textAttributes_areTwoBits();
+    void summary_textColor_isMappedLikeThatOfLines_data();
+    void summary_textColor_isMappedLikeThatOfLines();
     void summary_graphWithoutVectors_hasNoExtent();
     void summary_skippedBytes_areThoseWithoutEffect();
     void background_isFoundAsTheViewerFindsIt_data();
@@ -335,6 +339,51 @@ void TestInspector::summary_textWithSettings_hasThem()
     QVERIFY(one.isBold && one.isItalic);
     QCOMPARE(one.offset, static_cast<size_t>((settings + place).size()));
     QVERIFY(!summary.texts[1].isBold && !summary.texts[1].isItalic);
+}
+
+void TestInspector::summary_textAttributes_areTwoBits_data()
+{
+    QTest::addColumn<int>("attributes");
+    QTest::addColumn<bool>("isBold");
+    QTest::addColumn<bool>("isItalic");
+    QTest::newRow("plain") << 0 << false << false;
+    QTest::newRow("bold") << 1 << true << false;
+    QTest::newRow("italic") << 2 << false << true;
+    QTest::newRow("another bit") << 4 << false << false;
+}
+
+void TestInspector::summary_textAttributes_areTwoBits()
+{
+    QFETCH(int, attributes);
+    QFETCH(bool, isBold);
+    QFETCH(bool, isItalic);
+    const QByteArray command = Bytes(R"(ESC "ZA")") + IntegerBytes(attributes);
+    const Summary summary = Inspected(Graph("") + command + Bytes(R"(ESC "ZDtext" ESC BEL)"));
+    QCOMPARE(summary.texts.size(), 1U);
+    QCOMPARE(summary.texts[0].isBold, isBold);
+    QCOMPARE(summary.texts[0].isItalic, isItalic);
+}
+
+void TestInspector::summary_textColor_isMappedLikeThatOfLines_data()
+{
+    QTest::addColumn<int>("asked");
+    QTest::addColumn<int>("color");
+    QTest::newRow("-1") << -1 << 0;
+    QTest::newRow("0") << 0 << 0;
+    QTest::newRow("1") << 1 << 1;
+    QTest::newRow("16") << 16 << 16;
+    QTest::newRow("17") << 17 << 0;
+    QTest::newRow("far above") << 1'000'000 << 0;
+}
+
+void TestInspector::summary_textColor_isMappedLikeThatOfLines()
+{
+    QFETCH(int, asked);
+    QFETCH(int, color);
+    const QByteArray command = Bytes(R"(ESC "ZC")") + IntegerBytes(asked);
+    const Summary summary = Inspected(Graph("") + command + Bytes(R"(ESC "ZDtext" ESC BEL)"));
+    QCOMPARE(summary.texts.size(), 1U);
+    QCOMPARE(summary.texts[0].color, color);
 }
 
 void TestInspector::summary_graphWithoutVectors_hasNoExtent()
