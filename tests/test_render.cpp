@@ -299,6 +299,24 @@ private slots:
                                      QStringLiteral("line 4 3120 8 3120 #7f0000 2")}));
     }
 
+    // The map leads from 2 to 3, which is then current, and from 3 to 4.
+    void setColor_comparesTheMappedColorWithTheIndexAsItIs()
+    {
+        gdwLineClrFlag = 2;
+        gwLineClrMap[2] = 3;
+        gwLineClrMap[3] = 4;
+        LoadBytes(File(QStringLiteral(
+            "ESC \"TG142\" #240 #50 #100 ESC \"TG143\" #300 #50 #100 "
+            "ESC \"ML2\" GS @0,0 @4,0 ESC \"ML3\" @8,0 ESC \"ML1\" @12,0 ESC \"ML3\" @16,0 BEL")));
+        const QStringList drawn = Drawn(Record());
+        gwLineClrMap[2] = 2;
+        gwLineClrMap[3] = 3;
+        QCOMPARE(drawn, (QStringList{QStringLiteral("line 0 3120 4 3120 #007f7f 0"),
+                                     QStringLiteral("line 4 3120 8 3120 #007f7f 0"),
+                                     QStringLiteral("line 8 3120 12 3120 #000000 0"),
+                                     QStringLiteral("line 12 3120 16 3120 #7f0000 0")}));
+    }
+
     void text_endingInALineFeed_isDrawnWithoutIt()
     {
         Recorder recorder;
