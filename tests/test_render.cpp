@@ -334,7 +334,39 @@ private slots:
         QCOMPARE(recorder.Operations().size(), 1);
     }
 
-    void textFont_isWhatTheFileAsksFor_butTheTextStandsInThePaintersFont()
+    void textFont_isWhatTheFileAsksFor_data()
+    {
+        QTest::addColumn<int>("attributes");
+        QTest::addColumn<bool>("isBold");
+        QTest::addColumn<bool>("isItalic");
+        QTest::newRow("plain") << 0 << false << false;
+        QTest::newRow("bold") << 1 << true << false;
+        QTest::newRow("italic") << 2 << false << true;
+        QTest::newRow("both") << 3 << true << true;
+        QTest::newRow("another bit") << 4 << false << false;
+    }
+
+    void textFont_isWhatTheFileAsksFor()
+    {
+        QFETCH(int, attributes);
+        QFETCH(bool, isBold);
+        QFETCH(bool, isItalic);
+        LoadBytes(
+            File(QStringLiteral("ESC \"ZFCourier\" ESC \"ZS\" #41 ESC \"ZA\" #%1 ESC \"R!\" BEL")
+                     .arg(attributes)));
+        Rect zoom = {};
+        Rect full = MakeRect(0, 0, kPlfWidth, kPlfHeight);
+        char name[] = "";
+        CPlfMeta meta(name, nullptr, nullptr, 1.0, 0);
+        meta.DrawPlf(&zoom, &full);
+        const QFont font = meta.TextFont();
+        QCOMPARE(font.families(), QStringList(QStringLiteral("Courier")));
+        QCOMPARE(font.pointSize(), 41);
+        QCOMPARE(font.weight(), isBold ? QFont::Bold : QFont::Normal);
+        QCOMPARE(font.italic(), isItalic);
+    }
+
+    void text_standsInThePaintersFont_whateverTheFileAsksFor()
     {
         LoadBytes(File(QStringLiteral("ESC \"ZFCourier\" ESC \"ZS\" #40 ESC \"ZA3\" ESC "
                                       "\"ZP100,1000;ZDiii\" ESC \"R!\" BEL")));
