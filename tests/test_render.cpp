@@ -546,23 +546,35 @@ private slots:
         QCOMPARE(gdwVectorCnt, 2UL);
     }
 
-    void trace_atTheInterpretersLevel_logsConstructionAndDestruction()
+    void trace_atLevelTwoAlone_logsConstructionAndDestruction_data()
     {
+        QTest::addColumn<int>("level");
+        QTest::addColumn<QString>("lines");
+        const QString none;
+        const QString both =
+            QStringLiteral("CPlfMeta constructor, this=0x[0-9a-f]+, cvtflag=3, cvtfp=\\(nil\\)\n\n"
+                           "CPlfMeta destructor, this=0x[0-9a-f]+, cvtflag=3, cvtfp=\\(nil\\)\n\n");
+        QTest::newRow("below") << 1 << none;
+        QTest::newRow("at") << 2 << both;
+        QTest::newRow("above") << 3 << none;
+    }
+
+    void trace_atLevelTwoAlone_logsConstructionAndDestruction()
+    {
+        QFETCH(int, level);
+        QFETCH(QString, lines);
         QByteArray path = folder.filePath(QStringLiteral("trace.log")).toLocal8Bit();
         gpLog = new CLog(path.data(), 0);
-        char name[] = "";
-        for (const unsigned long level : {1UL, 2UL, 3UL}) {
-            gdwDebug = level;
+        gdwDebug = static_cast<unsigned long>(level);
+        {
+            char name[] = "";
             const CPlfMeta meta(name, nullptr, nullptr, 1.0, 3);
         }
         delete gpLog;
         gpLog = nullptr;
         QFile file(QString::fromLocal8Bit(path));
         QVERIFY(file.open(QIODevice::ReadOnly));
-        const QRegularExpression expected(QStringLiteral(
-            "^plotvw 1\\.0\\.1\n"
-            "CPlfMeta constructor, this=0x[0-9a-f]+, cvtflag=3, cvtfp=\\(nil\\)\n\n"
-            "CPlfMeta destructor, this=0x[0-9a-f]+, cvtflag=3, cvtfp=\\(nil\\)\n\n~\n$"));
+        const QRegularExpression expected(QStringLiteral("^plotvw 1\\.0\\.1\n%1~\n$").arg(lines));
         const QString text = QString::fromLatin1(file.readAll());
         QVERIFY2(expected.match(text).hasMatch(), qPrintable(text));
     }
