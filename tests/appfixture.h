@@ -26,6 +26,7 @@
 #include <QPointer>
 #include <QPushButton>
 #include <QRegion>
+#include <QStatusBar>
 #include <QTemporaryDir>
 #include <QTimer>
 #include <QtTest>
@@ -236,6 +237,23 @@ public:
 private:
     QPointer<AppWindow> window;
 };
+
+/// How long the text that the status bar shows was to stay when it came, milliseconds; 0 = until
+/// the next one. Nothing is waited for: the status bar keeps a timer while a text has a time.
+inline int StatusTime(const Window& window)
+{
+    const auto* timer = window->statusBar()->findChild<QTimer*>();
+    return timer != nullptr && timer->isActive() ? timer->interval() : 0;
+}
+
+/// Lets that time be over now.
+inline void EndStatusTime(const Window& window)
+{
+    auto* timer = window->statusBar()->findChild<QTimer*>();
+    QVERIFY(timer != nullptr && timer->isActive());
+    QTimerEvent end(timer->timerId());
+    QCoreApplication::sendEvent(timer, &end);
+}
 
 /// Lets everything happen that waits to happen: paints, timers that are due, deletions.
 inline void Settle()
