@@ -261,6 +261,7 @@ private slots:
     void load_pipe_isReportedAtOnce();
     void load_socket_isReported();
     void load_badFile_statusTextStays();
+    void load_badFile_titleChangesBeforeTheBox_statusTextAfterIt();
     void load_badFile_afterAGraph_leavesNoFile();
     void load_badFile_repaintsTheView();
     void load_badFile_keepsTheLastShortName();
@@ -890,6 +891,26 @@ void TestAppWindow::load_badFile_statusTextStays()
     window->load(Text(path));
     QCOMPARE(Status(window), QStringLiteral("Error reading ") + Text(path));
     QCOMPARE(fixture::StatusTime(window), 0);
+}
+
+void TestAppWindow::load_badFile_titleChangesBeforeTheBox_statusTextAfterIt()
+{
+    Window window;
+    QVERIFY(window.Show());
+    window->load(Text(directories->Write("a.plf", Graph())));
+    fixture::EndStatusTime(window);
+    QString title = QStringLiteral("no box");
+    QString status = title;
+    dialogs->Expect<QMessageBox>([&](QMessageBox& box) {
+        title = window->windowTitle();
+        status = Status(window);
+        box.accept();
+    });
+    const std::string path = directories->Path("none.plf");
+    window->load(Text(path));
+    QCOMPARE(title, QStringLiteral("KORVEL Viewer"));
+    QCOMPARE(status, QString());
+    QCOMPARE(Status(window), QStringLiteral("Error reading ") + Text(path));
 }
 
 void TestAppWindow::load_badFile_afterAGraph_leavesNoFile()
