@@ -104,6 +104,28 @@ private slots:
         QVERIFY(gpPlfmembuf == nullptr);
     }
 
+    void load_failure_leavesTheSizeOfTheFileThatWasMeasuredLast_data()
+    {
+        QTest::addColumn<QString>("path");
+        QTest::addColumn<int>("size");
+        QTest::newRow("missing") << folder.filePath(QStringLiteral("missing.plf")) << 20;
+        QTest::newRow("rejected") << Write("no graph.plf", "no graph") << 8;
+        QTest::newRow("rejected, longer than the header")
+            << Write("long.plf", QByteArray(30, 'x')) << 30;
+        QTest::newRow("empty") << Write("empty.plf", "") << 0;
+    }
+
+    void load_failure_leavesTheSizeOfTheFileThatWasMeasuredLast()
+    {
+        QFETCH(QString, path);
+        QFETCH(int, size);
+        LoadBytes(PlfHeader() + "0000");
+        char text[kLoadMessageSize];
+        QByteArray name = path.toLocal8Bit();
+        QCOMPARE(LoadPlfFile(name.data(), text), -1);
+        QCOMPARE(gdwFilesize, static_cast<unsigned long>(size));
+    }
+
     void load_biggerThanMemory_saysErrorOpening()
     {
         const QString path = Write("huge.plf", PlfHeader());
