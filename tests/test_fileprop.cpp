@@ -190,7 +190,8 @@ private slots:
     void menu_properties_showsTheDialog();
     void menu_properties_again_isANewDialog();
     void menu_properties_withoutAFile_showsEmptyValues();
-    void menu_properties_afterAFailedLoad_showsNoPath();
+    void menu_properties_afterAFailedLoad_showNoPathAndOldValues_data();
+    void menu_properties_afterAFailedLoad_showNoPathAndOldValues();
     void menu_properties_dialogIsGoneAfterwards();
     void vectorCount_isThatOfTheLatestRendering();
     void vectorCount_ofAZoomedView_countsEverySegment();
@@ -567,20 +568,36 @@ void TestFileProp::menu_properties_withoutAFile_showsEmptyValues()
     QCOMPARE(shown.vectors, QStringLiteral("0 line segments"));
 }
 
-void TestFileProp::menu_properties_afterAFailedLoad_showsNoPath()
+void TestFileProp::menu_properties_afterAFailedLoad_showNoPathAndOldValues_data()
 {
+    QTest::addColumn<QByteArray>("content"); // null = there is no such file
+    QTest::addColumn<QString>("size");
+    QTest::newRow("missing") << QByteArray() << QStringLiteral("%1 bytes").arg(Graph(3).size());
+    QTest::newRow("no graph") << QByteArray(1234, 'x') << QStringLiteral("1,234 bytes");
+}
+
+// The name and the lines are those of the last graph, the size is that of the last file that was
+// there to be measured.
+void TestFileProp::menu_properties_afterAFailedLoad_showNoPathAndOldValues()
+{
+    QFETCH(QByteArray, content);
+    QFETCH(QString, size);
+    if (!content.isNull())
+        static_cast<void>(directories->Write("bad.plf", content.toStdString()));
     Window window;
     window.AddViewOf(directories->Write("a.plf", Graph(3)));
     QVERIFY(window.Show());
+    Settle();
     Box box;
     fixture::ExpectBox(*dialogs, box);
-    window->load(Text(directories->Path("none.plf")));
+    window->load(Text(directories->Path("bad.plf")));
     QCOMPARE(box.shown, 1);
+    Settle();
     const Properties shown = ShowProperties(window);
     QCOMPARE(shown.path, QString());
-    QCOMPARE(shown.file, QString::fromLocal8Bit(gszPlffileName));
-    QVERIFY(shown.size.endsWith(QStringLiteral(" bytes")));
-    QVERIFY(shown.vectors.endsWith(QStringLiteral(" line segments")));
+    QCOMPARE(shown.file, QStringLiteral("a.plf"));
+    QCOMPARE(shown.size, size);
+    QCOMPARE(shown.vectors, QStringLiteral("3 line segments"));
 }
 
 void TestFileProp::menu_properties_dialogIsGoneAfterwards()
