@@ -6,8 +6,10 @@
 #include "hostlink/frame.h"
 #include "tests/appfixture.h"
 
+#include <QAbstractEventDispatcher>
 #include <QLocalServer>
 #include <QLocalSocket>
+#include <QRegularExpression>
 
 #include <optional>
 
@@ -117,6 +119,30 @@ private:
     bool closed = false;
 };
 
+// Counts how often events are let happen, and after how many times the view was painted first.
+class PassLog : public QObject
+{
+public:
+    explicit PassLog(const Window& window)
+    {
+        connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::awake, this,
+                [this] { ++passes; });
+        window->view->installEventFilter(this);
+    }
+    bool eventFilter(QObject* /*object*/, QEvent* event) override
+    {
+        if (event->type() == QEvent::Paint && paintPass == 0)
+            paintPass = passes;
+        return false;
+    }
+    [[nodiscard]] bool WasPainted() const { return paintPass != 0; }
+    [[nodiscard]] int PassesSincePaint() const { return passes - paintPass; }
+
+private:
+    int passes = 0;
+    int paintPass = 0;
+};
+
 } // namespace
 
 class TestHostCommands : public QObject
@@ -136,6 +162,7 @@ private slots:
     void command_nameOutsideAscii_isCarriedOut();
     void command_longerThanItsLengthCanTell_isCarriedOut();
     void command_whoseJobCannotBeDone_isAnswered();
+    void command_itsGraphIsDrawn_beforeItsJobsLetAnythingHappen();
     void command_withAPlaceAndNoFile_movesTheWindow();
     void command_withoutAPlace_leavesTheWindowAndWhatTheStartSaid();
     void command_thatBytesCannotHold_isRefusedWhole_data();
@@ -275,6 +302,18 @@ void TestHostCommands::command_whoseJobCannotBeDone_isAnswered()
     QTRY_COMPARE(host->Answers(), 2);
     QCOMPARE(box.title, QStringLiteral("Save failed"));
     QCOMPARE(giCmdArg, 0);
+}
+
+// They do so once before they begin, also when there are none.
+void TestHostCommands::command_itsGraphIsDrawn_beforeItsJobsLetAnythingHappen()
+{
+    Open(graph);
+    host->Send(QStringLiteral("other.plf"));
+    const PassLog log(*window);
+    Call(*window, "readData");
+    QCOMPARE(Text(gszPlffileOrig), other);
+    QVERIFY(log.WasPainted());
+    QVERIFY(log.PassesSincePaint() > 0);
 }
 
 void TestHostCommands::command_withAPlaceAndNoFile_movesTheWindow()
