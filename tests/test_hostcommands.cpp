@@ -44,6 +44,16 @@ void CloseSoon(const Window& window)
     QMetaObject::invokeMethod(window.Get(), "close", Qt::QueuedConnection);
 }
 
+// Calls AppWindow::writeData, which is private: nothing else does while the link is not open.
+void WriteData(AppWindow& window, const QString& message);
+template <auto writeData> struct Revealed {
+    friend void WriteData(AppWindow& window, const QString& message)
+    {
+        (window.*writeData)(message);
+    }
+};
+template struct Revealed<&AppWindow::writeData>;
+
 // The host's end of the link. It must be there before the window.
 class Host
 {
@@ -178,6 +188,7 @@ private slots:
     void readData_letsHappenWhatWaits_beforeItReads();
     void readData_withoutAMessage_returns();
     void readData_withoutALink_returns();
+    void writeData_withoutAServer_writesNothing();
     void deleteSocket_endsTheLink();
     void deleteSocket_whileACommandWaits_dropsIt();
 
@@ -480,6 +491,17 @@ void TestHostCommands::readData_withoutALink_returns()
     Settle();
     Call(*window, "readData");
     QCOMPARE(Text(gszPlffileOrig), Text(graph));
+}
+
+// Qt warns of each write to a socket that is not open.
+void TestHostCommands::writeData_withoutAServer_writesNothing()
+{
+    QTest::failOnWarning(QRegularExpression(QStringLiteral("not open")));
+    gszKrvServerName[0] = 0;
+    window.emplace();
+    WriteData(*window->Get(), kAccept);
+    Call(*window, "deleteSocket");
+    WriteData(*window->Get(), kAccept);
 }
 
 void TestHostCommands::deleteSocket_endsTheLink()
