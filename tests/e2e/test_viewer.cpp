@@ -56,6 +56,8 @@ private slots:
     void start_withAGraph_opensAtTheDefaultPlace();
     void start_withAGraph_drawsItWhereItsCoordinatesSay();
     void start_withoutAFile_asksForOne();
+    void start_withOptionsOfQt_leavesThemToQt_data();
+    void start_withOptionsOfQt_leavesThemToQt();
     void start_withHelpOption_showsTheUsageAndEnds();
     void start_withBadFile_saysWhy_data();
     void start_withBadFile_saysWhy();
@@ -180,6 +182,24 @@ void TestViewer::start_withoutAFile_asksForOne()
     QVERIFY(viewer->AwaitWindow(QStringLiteral("Open File")));
     TypeText(Path("graph.plf"));
     PressKeys(QStringLiteral("Return"));
+    QVERIFY(viewer->AwaitWindow(kGraphTitle));
+    ExpectMarks();
+    Quit();
+}
+
+void TestViewer::start_withOptionsOfQt_leavesThemToQt_data()
+{
+    QTest::addColumn<QString>("arguments");
+    QTest::newRow("in front") << QStringLiteral("-platform xcb -style fusion graph.plf");
+    QTest::newRow("behind") << QStringLiteral("graph.plf -style fusion -platform xcb");
+    QTest::newRow("with our own") << QStringLiteral("-wp=200,200 -style fusion graph.plf -name x");
+}
+
+// Taken for the program's own, "-platform" would print, and "fusion" would be the file.
+void TestViewer::start_withOptionsOfQt_leavesThemToQt()
+{
+    QFETCH(QString, arguments);
+    QVERIFY(viewer->Start(arguments.split(u' ')));
     QVERIFY(viewer->AwaitWindow(kGraphTitle));
     ExpectMarks();
     Quit();
