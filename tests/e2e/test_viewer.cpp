@@ -58,6 +58,8 @@ private slots:
     void start_withoutAFile_asksForOne();
     void start_withOptionsOfQt_leavesThemToQt_data();
     void start_withOptionsOfQt_leavesThemToQt();
+    void start_withAConfigurationBesideTheProgram_usesIt_data();
+    void start_withAConfigurationBesideTheProgram_usesIt();
     void start_withHelpOption_showsTheUsageAndEnds();
     void start_withBadFile_saysWhy_data();
     void start_withBadFile_saysWhy();
@@ -203,6 +205,31 @@ void TestViewer::start_withOptionsOfQt_leavesThemToQt()
     QVERIFY(viewer->AwaitWindow(kGraphTitle));
     ExpectMarks();
     Quit();
+}
+
+void TestViewer::start_withAConfigurationBesideTheProgram_usesIt_data()
+{
+    QTest::addColumn<bool>("homeHasOne");
+    QTest::addColumn<QByteArray>("scale");
+    QTest::newRow("none at home") << false << QByteArray("\n0.50 0.50 scale\n");
+    QTest::newRow("another at home") << true << QByteArray("\n0.75 0.75 scale\n");
+}
+
+void TestViewer::start_withAConfigurationBesideTheProgram_usesIt()
+{
+    QFETCH(bool, homeHasOne);
+    QFETCH(QByteArray, scale);
+    const QTemporaryDir folder;
+    const QString program = folder.filePath(QStringLiteral("plotvw"));
+    QVERIFY(QFile::copy(QStringLiteral(PLOTVW_PROGRAM), program));
+    QVERIFY(WriteFile(folder.filePath(QStringLiteral("plotvw.cfg")), "eps_scalefactor=0.5\n"));
+    if (homeHasOne)
+        QVERIFY(WriteFile(Path("plotvw.cfg"), "eps_scalefactor=0.75\n"));
+    viewer->SetProgram(program);
+    QVERIFY(viewer->Start({QStringLiteral("graph.plf"), QStringLiteral("-c=2")}));
+    QVERIFY(viewer->AwaitWindow(kGraphTitle));
+    Quit();
+    QVERIFY(ReadFile(Path("graph.eps")).contains(scale));
 }
 
 void TestViewer::start_withHelpOption_showsTheUsageAndEnds()

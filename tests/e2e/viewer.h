@@ -16,6 +16,8 @@ public:
     ~Viewer();
     Q_DISABLE_COPY_MOVE(Viewer)
 
+    /// Starts a copy of the program in place of the one that was built.
+    void SetProgram(const QString& path) { process.setProgram(path); }
     /// Adds a variable to the program's environment, before it starts.
     void SetEnvironment(const QString& name, const QString& value);
     /// Takes a variable out of it, before it starts.
