@@ -5,11 +5,17 @@
 // the screen shows.
 #include "tests/commalocale.h"
 #include "tests/e2e/marks.h"
+#include "tests/plfwriter.h"
 
 #include <QDir>
 #include <QDirIterator>
 #include <QFile>
 #include <QTemporaryDir>
+
+#include <fcntl.h>
+#include <sys/ioctl.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace {
 
@@ -42,6 +48,44 @@ QByteArray ReadFile(const QString& name)
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
+// A pipe that nobody reads until the test says so: a program that writes much into it stands still.
+class Pipe
+{
+public:
+    explicit Pipe(const QString& name)
+    {
+        const QByteArray path = name.toLocal8Bit();
+        if (mkfifo(path.constData(), 0600) == 0)
+            fd = open(path.constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    }
+    ~Pipe() { close(fd); }
+    Q_DISABLE_COPY_MOVE(Pipe)
+
+    /// Waits until a program has written something.
+    [[nodiscard]] bool AwaitBytes() const
+    {
+        return Await([this] {
+            int waiting = 0;
+            return ioctl(fd, FIONREAD, &waiting) == 0 && waiting > 0;
+        });
+    }
+
+    /// Reads until the program has written everything.
+    [[nodiscard]] bool AwaitEnd() const
+    {
+        return Await([this] {
+            char bytes[4096];
+            ssize_t count = 0;
+            while ((count = read(fd, bytes, sizeof bytes)) > 0) {
+            }
+            return count == 0;
+        });
+    }
+
+private:
+    int fd = -1;
+};
+
 } // namespace
 
 class TestViewer : public QObject
@@ -60,6 +104,7 @@ private slots:
     void start_withOptionsOfQt_leavesThemToQt();
     void start_withAConfigurationBesideTheProgram_usesIt_data();
     void start_withAConfigurationBesideTheProgram_usesIt();
+    void start_whoseWindowIsClosedDuringAJob_endsTheProgram();
     void start_withHelpOption_showsTheUsageAndEnds();
     void start_withBadFile_saysWhy_data();
     void start_withBadFile_saysWhy();
@@ -230,6 +275,31 @@ void TestViewer::start_withAConfigurationBesideTheProgram_usesIt()
     QVERIFY(viewer->AwaitWindow(kGraphTitle));
     Quit();
     QVERIFY(ReadFile(Path("graph.eps")).contains(scale));
+}
+
+// The event loop, which would end with the last window, begins only after the jobs. The viewer
+// stands still in one while the window manager tells it to close.
+void TestViewer::start_whoseWindowIsClosedDuringAJob_endsTheProgram()
+{
+    constexpr int kLines = 20'000; // their EPS is far larger than what a pipe holds
+    constexpr QPoint kMoved(31, 17);
+    std::string lines = plf::Start();
+    for (int i = 0; i < kLines; ++i)
+        lines += plf::Line(1000 + i % 1000, 1000, 3000, 3000);
+    QVERIFY(WriteFile(Path("lines.plf"), QByteArray::fromStdString(lines + plf::End())));
+    const Pipe eps(Path("lines.eps"));
+    QVERIFY(viewer->Start(
+        {QStringLiteral("lines.plf"), QStringLiteral("-tmp"), QStringLiteral("-c=2")}));
+    QVERIFY(viewer->AwaitWindow(QStringLiteral("KORVEL Viewer - lines.plf")));
+    QVERIFY(eps.AwaitBytes());
+    PressKeys(QStringLiteral("alt+F4"));
+    // It does one thing after the other: when the frame has moved, the viewer has been told.
+    RunTool(QStringLiteral("xdotool"), {QStringLiteral("windowmove"), viewer->Window(),
+                                        QString::number(kMoved.x()), QString::number(kMoved.y())});
+    QVERIFY(Await([&] { return viewer->Frame().topLeft() == kMoved; }));
+    QVERIFY(eps.AwaitEnd());
+    QCOMPARE(viewer->AwaitEnd(), 0);
+    QVERIFY2(!QFile::exists(Path("lines.plf")), "the window was not deleted");
 }
 
 void TestViewer::start_withHelpOption_showsTheUsageAndEnds()
