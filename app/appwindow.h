@@ -44,6 +44,7 @@ private:
     StatusText* status;             // child of the window
 
     void ConnectHost();
+    bool RunCommand(const QString& commandLine);
     void writeData(const QString& message);
     void checkDeleteTempFile();
     struct MenuRow;

@@ -4,6 +4,7 @@
 
 #include "app/globals.h"
 #include "app/messages.h"
+#include "support/paths.h"
 #include "support/scan.h"
 #include "support/text.h"
 
@@ -18,15 +19,6 @@ namespace {
 QString Tr(const char* text)
 {
     return QCoreApplication::translate("Cmdline", text);
-}
-
-// The buffer keeps what it held when the text does not fit.
-template <size_t size> bool Store(char (&buffer)[size], const char* text, const char* what)
-{
-    const bool fits = CopyText(buffer, text);
-    if (!fits)
-        ShowTooLong(nullptr, Tr(what), strlen(text), size - 1);
-    return fits;
 }
 
 int64_t WrapSum(int64_t a, int64_t b)
@@ -63,16 +55,6 @@ void Convert(const char* value)
         giCmdArg = kJobEps;
 }
 
-void ConvertName(const char* value)
-{
-    Store(gszCvtFilenameBase, value, "The name for exported files (-cf=)");
-}
-
-void ServerName(const char* value)
-{
-    Store(gszKrvServerName, value, "The server name (-svrname=)");
-}
-
 void Quit(const char* /*value*/)
 {
     gbCmdQuit = true;
@@ -83,23 +65,34 @@ void TemporaryFile(const char* /*value*/)
     gbIsTempFile = true;
 }
 
-void WorkingDirectory(const char* value)
+// The buffer that an option's text is copied to, and its name in an error box.
+struct Place {
+    char* buffer;
+    size_t size;
+    const char* name;
+};
+
+// Whether that many bytes fit. Shows a box if they do not.
+bool Fits(const Place& place, size_t length)
 {
-    Store(gszCurrentWorkingDir, value, "The working directory (-cwd=)");
+    if (length < place.size)
+        return true;
+    ShowTooLong(nullptr, Tr(place.name), length, place.size - 1);
+    return false;
 }
 
-// The last one wins, so one that does not fit leaves none: it must not let an earlier one through.
-void FileName(const char* name)
+// Leaves the buffer unchanged when the text does not fit.
+bool Store(const Place& place, const char* text)
 {
-    if (!Store(gszPlffileOrig, name, "The file name"))
-        gszPlffileOrig[0] = 0;
+    return Fits(place, strlen(text)) && CopyText(place.buffer, place.size, text);
 }
 
 // An option, and what it does with the text behind it. The text is taken as many characters from
 // the argument's start as the option is long, wherever in the argument the option stands.
 struct Option {
     const char* text;
-    void (*apply)(const char* value);
+    void (*apply)(const char* value); // null: the text is stored
+    Place place = {};
 };
 
 // Hosts rely on this order and on the search inside the whole argument: the first row that occurs
@@ -110,21 +103,46 @@ constexpr Option kOptions[] = {
     {"-po=", PrintOrientation},
     {"-p", Print},
     {"-c=", Convert},
-    {"-cf=", ConvertName},
-    {"-svrname=", ServerName},
+    {"-cf=", nullptr, {gszCvtFilenameBase, kPathSize, "The name for exported files (-cf=)"}},
+    {"-svrname=", nullptr, {gszKrvServerName, kPathSize, "The server name (-svrname=)"}},
     {"-q", Quit},
     {"-tmp", TemporaryFile},
-    {"-cwd=", WorkingDirectory},
+    {"-cwd=", nullptr, {gszCurrentWorkingDir, kWorkingDirSize, "The working directory (-cwd=)"}},
     {"-?", nullptr}, // shows the usage box and ends the parsing
 };
 
-const Option* FindOption(const char* argument)
+// An argument without an option in it.
+constexpr Option kFileName = {"", nullptr, {gszPlffileOrig, kPathSize, "The file name"}};
+
+const Option& FindOption(const char* argument)
 {
     for (const Option& option : kOptions) {
         if (strstr(argument, option.text) != nullptr)
-            return &option;
+            return option;
     }
-    return nullptr;
+    return kFileName;
+}
+
+bool IsUsage(const Option& option)
+{
+    return option.apply == nullptr && option.place.buffer == nullptr;
+}
+
+// The working directory is put before relative file names.
+size_t FullLength(const Option& option, const char* value)
+{
+    const bool isJoined = &option == &kFileName && value[0] != 0 && FilenameHasPath(value) == 0;
+    return strlen(value) + (isJoined ? strlen(gszCurdir) + 1 : 0);
+}
+
+// The last file name wins. One that does not fit clears the name, so that no earlier one is used
+// instead.
+void Apply(const Option& option, const char* value)
+{
+    if (option.apply != nullptr)
+        option.apply(value);
+    else if (!Store(option.place, value) && &option == &kFileName)
+        gszPlffileOrig[0] = 0;
 }
 
 void ShowUsage()
@@ -149,15 +167,25 @@ int ProcessCmdline(int argc, char** argv, int first)
     gszCurrentWorkingDir[0] = 0;
     gbIsTempFile = false;
     for (int i = first; i < argc; ++i) {
-        const Option* option = FindOption(argv[i]);
-        if (option == nullptr) {
-            FileName(argv[i]);
-        } else if (option->apply == nullptr) {
+        const Option& option = FindOption(argv[i]);
+        if (IsUsage(option)) {
             ShowUsage();
             return -1;
-        } else {
-            option->apply(argv[i] + strlen(option->text));
         }
+        Apply(option, argv[i] + strlen(option.text));
     }
     return 0;
+}
+
+bool CmdlineFits(int argc, char** argv, int first)
+{
+    for (int i = first; i < argc; ++i) {
+        const Option& option = FindOption(argv[i]);
+        if (IsUsage(option))
+            return true;
+        const char* value = argv[i] + strlen(option.text);
+        if (option.place.buffer != nullptr && !Fits(option.place, FullLength(option, value)))
+            return false;
+    }
+    return true;
 }

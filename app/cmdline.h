@@ -9,3 +9,9 @@
 /// stands inside an argument; a value that does not fit is refused with a message box.
 /// @return 0, or -1 when the usage box was shown; arguments behind "-?" are then not looked at
 int ProcessCmdline(int argc, char** argv, int first);
+
+/// Checks that every value of such a command line fits its buffer, and every file name also as a
+/// full path. Words after "-?" are not checked. Changes nothing; shows a message box for the first
+/// value that does not fit.
+/// @return whether all of them fit
+bool CmdlineFits(int argc, char** argv, int first);

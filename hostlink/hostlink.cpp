@@ -35,40 +35,48 @@ constexpr qint64 kMostWaiting = 1'048'576;
 // another character: either way a word would name another file, which "-tmp" then deletes.
 bool FitsIntoBytes(const QString& line)
 {
-    return !line.contains(QChar(u'\0')) && QString::fromLocal8Bit(line.toLocal8Bit()) == line;
-}
-
-// Like a command line that names nothing: what was set for the command before no longer counts.
-void RefuseCommand()
-{
-    ProcessCmdline(0, nullptr, 0);
+    if (!line.contains(QChar(u'\0')) && QString::fromLocal8Bit(line.toLocal8Bit()) == line)
+        return true;
     ShowError(nullptr, AppWindow::tr("Error"),
               AppWindow::tr("A command line from the host holds characters that no name can hold. "
                             "It is not used."));
+    return false;
 }
 
-// Applies the words of a command line, split at every blank: two blanks in a row give an empty
-// word, which is a file name like any other. There is no program name in front. Returns whether
-// the words place the window; that earlier ones did stays known.
-bool ApplyWords(const QString& commandLine)
+// The words of a command line, split at every blank: two blanks in a row give an empty word, which
+// is a file name like any other. There is no program name in front.
+class Words
 {
-    if (!FitsIntoBytes(commandLine)) {
-        RefuseCommand();
-        return false;
+public:
+    explicit Words(const QString& commandLine)
+    {
+        for (const QString& word : commandLine.split(u' '))
+            words.append(word.toLocal8Bit());
+        argv.reserve(static_cast<size_t>(words.size()));
+        for (QByteArray& word : words)
+            argv.push_back(word.data());
     }
-    const int placedBefore = std::exchange(gfCmdlineWndpos, 0);
+
+    /// Checks that all of them fit their buffers; shows a box if not.
+    bool Fit() { return CmdlineFits(Count(), argv.data(), 0); }
+
+    /// Returns whether the words place the window; gfCmdlineWndpos stays set if earlier ones did.
+    /// May show the usage box.
+    bool Apply()
+    {
+        const int placedBefore = std::exchange(gfCmdlineWndpos, 0);
+        ProcessCmdline(Count(), argv.data(), 0);
+        const bool places = gfCmdlineWndpos != 0;
+        gfCmdlineWndpos |= placedBefore;
+        return places;
+    }
+
+private:
+    [[nodiscard]] int Count() const { return static_cast<int>(argv.size()); }
+
     QList<QByteArray> words;
-    for (const QString& word : commandLine.split(u' '))
-        words.append(word.toLocal8Bit());
     std::vector<char*> argv;
-    argv.reserve(static_cast<size_t>(words.size()));
-    for (QByteArray& word : words)
-        argv.push_back(word.data());
-    ProcessCmdline(static_cast<int>(argv.size()), argv.data(), 0);
-    const bool places = gfCmdlineWndpos != 0;
-    gfCmdlineWndpos |= placedBefore;
-    return places;
-}
+};
 
 } // namespace
 
@@ -97,25 +105,40 @@ void AppWindow::readData()
     QString commandLine;
     if (!ReadFrame(socket, &blockSize, &commandLine))
         return;
-    checkDeleteTempFile();                       // the file of the command before
-    const bool places = ApplyWords(commandLine); // may show a box
-    if (self.isNull())
+    checkDeleteTempFile(); // the file of the command before
+    const bool isAnswered = RunCommand(commandLine);
+    if (self.isNull() || !isAnswered)
         return;
+    writeData(kAccept);
+    blockSize = 0;
+}
+
+// Runs a command line. Returns whether it is to be acknowledged.
+bool AppWindow::RunCommand(const QString& commandLine)
+{
+    Words words(commandLine);
+    // A command line is used whole or not at all: part of one could delete or overwrite a file that
+    // was not meant. Its file is not marked as temporary while the box is open either.
+    gbIsTempFile = false;
+    if (!FitsIntoBytes(commandLine) || !words.Fit())
+        return true;
+    const QPointer<AppWindow> self(this);
+    const bool places = words.Apply();
+    if (self.isNull())
+        return false;
     if (places)
         PlaceWindow();
-    // Without a file the length stays as it is, and the next frame's own is taken for the start of
-    // its string. Deliberate: hosts send no such command and expect no answer to one.
+    // Without a file there is no answer and the length stays as it is, so that the next frame's own
+    // is taken for the start of its string. Deliberate: hosts send no such command and expect no
+    // answer to one.
     if (gszPlffileOrig[0] == 0)
-        return;
+        return false;
     load(QString::fromLocal8Bit(gszPlffileOrig));
     if (!self.isNull())
         QCoreApplication::processEvents(); // draws the graph
     if (!self.isNull() && view != nullptr)
         view->PostCmdargDone(0);
-    if (self.isNull())
-        return;
-    writeData(kAccept);
-    blockSize = 0;
+    return true;
 }
 
 void AppWindow::writeData(const QString& message)

@@ -219,8 +219,9 @@ QStringList Changes(const Globals& before)
     return changes;
 }
 
-// Parses arguments behind a program name, as main does.
-int Parse(const std::vector<std::string>& arguments, int first = 1)
+// Calls a function with a program name and arguments, as main has them.
+template <typename Function>
+auto Call(Function function, const std::vector<std::string>& arguments, int first)
 {
     std::vector<std::string> texts = {"plotvw"};
     texts.insert(texts.end(), arguments.begin(), arguments.end());
@@ -229,7 +230,17 @@ int Parse(const std::vector<std::string>& arguments, int first = 1)
     for (std::string& text : texts)
         argv.push_back(text.data());
     argv.push_back(nullptr);
-    return ProcessCmdline(static_cast<int>(texts.size()), argv.data(), first);
+    return function(static_cast<int>(texts.size()), argv.data(), first);
+}
+
+int Parse(const std::vector<std::string>& arguments, int first = 1)
+{
+    return Call(ProcessCmdline, arguments, first);
+}
+
+bool Check(const std::vector<std::string>& arguments)
+{
+    return Call(CmdlineFits, arguments, 1);
 }
 
 std::vector<std::string> Split(const char* line)
@@ -332,6 +343,12 @@ private slots:
     void tooLongValue_isRefused();
     void tooLongFileName_leavesNoFile();
     void tooLongValue_doesNotEndTheParsing();
+    void check_longestValue_fits_data();
+    void check_longestValue_fits();
+    void check_tooLongValue_isTold_data();
+    void check_tooLongValue_isTold();
+    void check_fileNameThatIsTooLongAsAPath_isTold();
+    void check_behindTheUsageOption_looksAtNothing();
 
 private:
     void CheckChanges();
@@ -935,6 +952,57 @@ void TestCmdline::tooLongValue_doesNotEndTheParsing()
     QCOMPARE(box.shown, 1);
     QCOMPARE(Changes(before), QStringList({QStringLiteral("gbCmdQuit=true"),
                                            QStringLiteral("gszPlffileOrig=a.plf")}));
+}
+
+void TestCmdline::check_longestValue_fits_data()
+{
+    LimitRows();
+}
+
+void TestCmdline::check_longestValue_fits()
+{
+    QFETCH(QByteArray, option);
+    QFETCH(int, limit);
+    const QByteArray name = option.isEmpty() ? QByteArray("./") : QByteArray(); // is a path
+    QVERIFY(Check({(option + name + QByteArray(limit - name.size(), 'x')).toStdString(), "-q"}));
+    QCOMPARE(Changes(before), QStringList());
+}
+
+void TestCmdline::check_tooLongValue_isTold_data()
+{
+    LimitRows();
+}
+
+void TestCmdline::check_tooLongValue_isTold()
+{
+    QFETCH(QByteArray, option);
+    QFETCH(QString, what);
+    QFETCH(int, limit);
+    Box box;
+    fixture::ExpectBox(*dialogs, box);
+    const QByteArray name = option.isEmpty() ? QByteArray("./") : QByteArray();
+    QVERIFY(!Check(
+        {"-q", "a.plf", (option + name + QByteArray(limit + 1 - name.size(), 'x')).toStdString()}));
+    QCOMPARE(Changes(before), QStringList());
+    QCOMPARE(box.shown, 1);
+    QVERIFY2(box.text.startsWith(what + QStringLiteral(" is ")), qPrintable(box.text));
+}
+
+void TestCmdline::check_fileNameThatIsTooLongAsAPath_isTold()
+{
+    const std::string longest(kPathSize - 1 - strlen(gszCurdir) - 1, 'x');
+    QVERIFY(Check({longest}));
+    Box box;
+    fixture::ExpectBox(*dialogs, box);
+    QVERIFY(!Check({longest + 'x'}));
+    QCOMPARE(box.text, QStringLiteral("The file name is 1024 bytes long; at most 1023 fit. It is "
+                                      "not used."));
+    QVERIFY(Check({""}));
+}
+
+void TestCmdline::check_behindTheUsageOption_looksAtNothing()
+{
+    QVERIFY(Check({"a.plf", "-?", std::string(3000, 'x')}));
 }
 
 QTEST_MAIN(TestCmdline)

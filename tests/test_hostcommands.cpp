@@ -3,12 +3,10 @@
 //
 // Commands of a host while something else happens to the window: the host and the window are both
 // in this program, so that the test says when. Commands as such are tested with the real program.
-#include "hostlink/frame.h"
 #include "tests/appfixture.h"
+#include "tests/hostend.h"
 
 #include <QAbstractEventDispatcher>
-#include <QLocalServer>
-#include <QLocalSocket>
 #include <QRegularExpression>
 
 #include <optional>
@@ -16,12 +14,12 @@
 #include <unistd.h>
 
 using fixture::Box;
+using fixture::Host;
+using fixture::kAccept;
 using fixture::Settle;
 using fixture::Window;
 
 namespace {
-
-const QString kAccept = QStringLiteral("krv-accept-connect");
 
 std::string Graph()
 {
@@ -53,60 +51,6 @@ template <auto writeData> struct Revealed {
     }
 };
 template struct Revealed<&AppWindow::writeData>;
-
-// The host's end of the link. It must be there before the window.
-class Host
-{
-public:
-    explicit Host(const fixture::Directories& directories, const char* name = "socket")
-    {
-        const std::string path = directories.Path(name);
-        QVERIFY(server.listen(Text(path)));
-        QVERIFY(CopyText(gszKrvServerName, path.c_str()));
-    }
-
-    /// Takes the viewer's connection and its greeting.
-    [[nodiscard]] bool AwaitViewer()
-    {
-        if (!QTest::qWaitFor([this] { return server.hasPendingConnections(); }))
-            return false;
-        socket = server.nextPendingConnection();
-        return QTest::qWaitFor([this] { return Answers() == 1; });
-    }
-
-    void Send(const QString& message) { SendBytes(EncodeFrame(message)); }
-
-    void SendBytes(const QByteArray& bytes)
-    {
-        Write(bytes);
-        while (socket->bytesToWrite() > 0)
-            QVERIFY(socket->waitForBytesWritten());
-    }
-
-    /// Sends without waiting until the viewer takes it.
-    void Write(const QByteArray& bytes) { socket->write(bytes); }
-    /// Bytes that wait for the viewer to take them.
-    [[nodiscard]] qint64 NotTaken() const { return socket->bytesToWrite(); }
-
-    /// How often the viewer has sent its word; -1 when it sent anything else.
-    [[nodiscard]] qsizetype Answers()
-    {
-        received += socket->readAll();
-        const QByteArray answer = EncodeFrame(kAccept);
-        const qsizetype count = received.size() / answer.size();
-        return received == answer.repeated(count) ? count : -1;
-    }
-
-    [[nodiscard]] bool IsConnected() const
-    {
-        return socket->state() == QLocalSocket::ConnectedState;
-    }
-
-private:
-    QLocalServer server;
-    QLocalSocket* socket = nullptr; // the server's
-    QByteArray received;
-};
 
 // Closes the window when its view is painted.
 class ClosingPaint : public QObject
@@ -175,9 +119,11 @@ private slots:
     void command_itsGraphIsDrawn_beforeItsJobsLetAnythingHappen();
     void command_withAPlaceAndNoFile_movesTheWindow();
     void command_withoutAPlace_leavesTheWindowAndWhatTheStartSaid();
-    void command_thatBytesCannotHold_isRefusedWhole_data();
-    void command_thatBytesCannotHold_isRefusedWhole();
-    void command_afterOneThatWasRefused_isCarriedOut();
+    void command_thatCannotBeUsed_isRefusedWhole_data();
+    void command_thatCannotBeUsed_isRefusedWhole();
+    void command_whoseFileIsTooLongAsAPath_isRefused();
+    void command_thatWasRefused_endsTheTemporaryFileBeforeIt();
+    void command_thatWasRefused_bringsTheLinkIntoStep();
 
     void temporaryFile_whoseNameIsNoText_isDeletedUnderThatNameAlone();
     void temporaryFile_whoseNameDoesNotFit_isNotDeletedUnderAShorterOne_data();
@@ -361,54 +307,124 @@ void TestHostCommands::readData_letsHappenWhatWaits_beforeItReads()
 }
 
 // As a text of the program's own such a word would be another one: cut at its zero, or with another
-// character in the place of the half one.
-void TestHostCommands::command_thatBytesCannotHold_isRefusedWhole_data()
+// character in place of the half one. A word that is too long would be cut as well.
+void TestHostCommands::command_thatCannotBeUsed_isRefusedWhole_data()
 {
     QTest::addColumn<QString>("command");
+    QTest::addColumn<QString>("text");
     constexpr QChar kZero(u'\0');
     constexpr QChar kHalf(0xd800);
     const auto row = [](const char* name, QChar bad, QString command) {
-        QTest::newRow(name) << command.replace(u'#', bad);
+        QTest::newRow(name) << command.replace(u'#', bad)
+                            << QStringLiteral("A command line from the host holds characters that "
+                                              "no name can hold. It is not used.");
     };
     row("a zero behind a name", kZero, QStringLiteral("other.plf#x -tmp"));
     row("a zero at the end of a name", kZero, QStringLiteral("other.plf# -tmp"));
     row("a zero in an option", kZero, QStringLiteral("other.plf -tmp -cf=a#"));
     row("half a character in a name", kHalf, QStringLiteral("-tmp oth#er.plf"));
     row("half a character in an option", kHalf, QStringLiteral("other.plf -tmp -cf=#"));
+    row("half a character behind jobs", kHalf, QStringLiteral("-c=1 -p -cf=new -wp=1,2 -q -tmp #"));
+    const auto longRow = [](const char* name, const QString& option, int length, int limit,
+                            const QString& behind = {}) {
+        QTest::newRow(name) << QStringLiteral("-c=1 -p -tmp other.plf -wp=1,2 -q ") + option +
+                                   QString(length, u'x') + behind
+                            << QStringLiteral("at most %1 fit. It is not used.").arg(limit);
+    };
+    longRow("a long file", QString(), 5000, kPathSize - 1);
+    longRow("a file that is one too long", QString(), kPathSize, kPathSize - 1);
+    longRow("a long file in front of another", QString(), 5000, kPathSize - 1,
+            QStringLiteral(" other.plf"));
+    longRow("a long name for exports", QStringLiteral("-cf="), kPathSize, kPathSize - 1);
+    longRow("a long folder", QStringLiteral("-cwd="), kWorkingDirSize, kWorkingDirSize - 1);
 }
 
-void TestHostCommands::command_thatBytesCannotHold_isRefusedWhole()
+void TestHostCommands::command_thatCannotBeUsed_isRefusedWhole()
 {
     QFETCH(QString, command);
+    QFETCH(QString, text);
     Open(graph);
     // The name that a replaced character would make.
     const std::string replaced = directories->Write("work/oth\xef\xbf\xbd"
                                                     "er.plf",
                                                     Graph());
-    Box box;
-    fixture::ExpectBox(*dialogs, box);
+    const QRect place = (*window)->geometry();
+    dialogs->Expect<QMessageBox>([&](QMessageBox& box) {
+        QVERIFY2(box.text().contains(text), qPrintable(box.text()));
+        QCOMPARE(host->Answers(), 1);
+        QVERIFY(!gbIsTempFile); // closing the window now would delete the file
+        box.accept();
+    });
     host->Send(command);
-    QTRY_COMPARE(box.shown, 1);
-    QCOMPARE(box.text, QStringLiteral("A command line from the host holds characters that no name "
-                                      "can hold. It is not used."));
+    QTRY_COMPARE(host->Answers(), 2);
     Settle();
-    QCOMPARE(gszPlffileOrig[0], '\0');
+    QCOMPARE(Text(gszPlffileOrig), Text(graph));
+    QCOMPARE((*window)->windowTitle(), QStringLiteral("KORVEL Viewer - graph.plf"));
+    QVERIFY(gpPlfmembuf != nullptr);
     QCOMPARE(Text(gszCvtFilenameBase), Text(graph).chopped(4));
-    QVERIFY(!gbIsTempFile);
+    QCOMPARE(gszCurrentWorkingDir[0], '\0');
+    QCOMPARE((*window)->geometry(), place);
+    QCOMPARE(giCmdArg, 0);
+    QVERIFY(!gbCmdQuit);
+    // The next command works.
+    host->Send(QStringLiteral("other.plf"));
+    QTRY_COMPARE(host->Answers(), 3);
+    QCOMPARE(Text(gszPlffileOrig), other);
     window.reset();
-    QVERIFY(QFile::exists(other) && QFile::exists(Text(replaced)));
+    QVERIFY(QFile::exists(other) && QFile::exists(Text(replaced)) && QFile::exists(Text(graph)));
+    QVERIFY(!QFile::exists(Text(directories->Path("work/graph.jpg"))));
 }
 
-// Its length is kept, as that of every command without a file.
-void TestHostCommands::command_afterOneThatWasRefused_isCarriedOut()
+// A name that fits by itself, but not as a full path.
+void TestHostCommands::command_whoseFileIsTooLongAsAPath_isRefused()
 {
     Open(graph);
     Box box;
     fixture::ExpectBox(*dialogs, box);
-    host->Send(QStringLiteral("other.plf") + QChar(u'\0'));
-    QTRY_COMPARE(box.shown, 1);
-    host->SendBytes(EncodeFrame(QStringLiteral("other.plf")).sliced(kFrameLengthSize));
+    const size_t room = kPathSize - 1 - strlen(gszCurdir) - 1;
+    host->Send(QString(static_cast<qsizetype>(room + 1), u'x') + QStringLiteral(" -c=1"));
     QTRY_COMPARE(host->Answers(), 2);
+    QVERIFY2(box.text.contains(QStringLiteral("1024 bytes")), qPrintable(box.text));
+    QCOMPARE(Text(gszPlffileOrig), Text(graph));
+    QCOMPARE(giCmdArg, 0);
+    // One byte less fits; there is no such file.
+    fixture::ExpectBox(*dialogs, box);
+    host->Send(QString(static_cast<qsizetype>(room), u'x'));
+    QTRY_COMPARE(host->Answers(), 3);
+    QCOMPARE(box.text, QStringLiteral("Error opening file."));
+}
+
+// Every message deletes the previous command's temporary file. The graph is still shown, but a file
+// that is created under the same name later is not the viewer's to delete.
+void TestHostCommands::command_thatWasRefused_endsTheTemporaryFileBeforeIt()
+{
+    Open(graph);
+    host->Send(QStringLiteral("other.plf -tmp"));
+    QTRY_COMPARE(host->Answers(), 2);
+    Box box;
+    fixture::ExpectBox(*dialogs, box);
+    host->Send(QString(QChar(u'\0')));
+    QTRY_COMPARE(host->Answers(), 3);
+    QVERIFY(!QFile::exists(other));
+    QCOMPARE((*window)->windowTitle(), QStringLiteral("KORVEL Viewer - other.plf"));
+    QCOMPARE(Text(gszPlffileOrig), other);
+    QCOMPARE(Text(directories->Write("work/other.plf", "another")), other);
+    window.reset();
+    QVERIFY(QFile::exists(other));
+}
+
+// A command without a file has left the link out of step.
+void TestHostCommands::command_thatWasRefused_bringsTheLinkIntoStep()
+{
+    Open(graph);
+    host->Send(QStringLiteral("-po=l"));
+    QTRY_COMPARE(gszPlffileOrig[0], '\0');
+    Box box;
+    fixture::ExpectBox(*dialogs, box);
+    host->SendBytes(EncodeFrame(QString(QChar(u'\0'))).sliced(kFrameLengthSize));
+    QTRY_COMPARE(host->Answers(), 2);
+    host->Send(QStringLiteral("other.plf"));
+    QTRY_COMPARE(host->Answers(), 3);
     QCOMPARE(Text(gszPlffileOrig), other);
 }
 

@@ -257,7 +257,8 @@ private slots:
     void afterACommandWithoutAFile_theGraphIsGoneWhenTheWindowIsDrawn();
     void bytesThatAreNoFrame_areSurvived_data();
     void bytesThatAreNoFrame_areSurvived();
-    void tooLongName_isRefusedAndNotAnswered();
+    void commandThatCannotBeUsed_isRefusedAndAnswered_data();
+    void commandThatCannotBeUsed_isRefusedAndAnswered();
 
     void temporaryFile_isDeletedByTheNextMessage_whateverItHolds_data();
     void temporaryFile_isDeletedByTheNextMessage_whateverItHolds();
@@ -862,14 +863,34 @@ void TestHostLink::bytesThatAreNoFrame_areSurvived()
     Quit();
 }
 
-void TestHostLink::tooLongName_isRefusedAndNotAnswered()
+void TestHostLink::commandThatCannotBeUsed_isRefusedAndAnswered_data()
 {
+    QTest::addColumn<QString>("words");
+    QTest::newRow("too long a name") << QString(1024, u'x');
+    QTest::newRow("too long a name for exports")
+        << QStringLiteral("-tmp other.plf -c=2 -q -cf=") + QString(1024, u'x');
+    QTest::newRow("a zero") << QStringLiteral("-tmp other.plf -c=2 -q x") + QChar(u'\0');
+    QTest::newRow("half a character") << QStringLiteral("-tmp other.plf -q ") + QChar(0xd800);
+}
+
+// Nothing changes, and the next command works.
+void TestHostLink::commandThatCannotBeUsed_isRefusedAndAnswered()
+{
+    QFETCH(QString, words);
     Open();
-    host->Send(QString(1024, u'x'));
+    host->Send(words);
     CloseBox(QStringLiteral("Error"));
+    ExpectAnswers(1);
     ExpectStillAlive();
     ExpectTitle(QStringLiteral("graph.plf"));
+    QVERIFY(viewer->AwaitStillPicture());
+    const QColor middle = ScreenColor(viewer->Content().center());
+    QVERIFY2(middle.red() > 100 && middle.green() < 30, qPrintable(middle.name()));
+    Command(QStringLiteral("other.plf"));
+    ExpectTitle(QStringLiteral("other.plf"));
     Quit();
+    QVERIFY(Exists(QStringLiteral("other.plf")));
+    QVERIFY(!Exists(QStringLiteral("graph.eps")));
 }
 
 void TestHostLink::temporaryFile_isDeletedByTheNextMessage_whateverItHolds_data()
