@@ -80,8 +80,8 @@ private:
 
 } // namespace
 
-// The connection is not waited for: on this platform a local server that listens takes it at once.
-// Without one the viewer runs alone.
+// Does not wait for the connection: a listening server takes it immediately, or as soon as its
+// queue has room. Without a server the viewer runs alone.
 void AppWindow::ConnectHost()
 {
     socket = new QLocalSocket;
@@ -90,6 +90,8 @@ void AppWindow::ConnectHost()
     connect(socket, &QLocalSocket::readyRead, this, &AppWindow::readData);
     if (socket->isOpen())
         writeData(kAccept);
+    else
+        connect(socket, &QLocalSocket::connected, this, [this] { writeData(kAccept); });
 }
 
 // One frame a call. A second one that came with the first waits for the next signal.

@@ -9,8 +9,13 @@
 #include <QAbstractEventDispatcher>
 #include <QRegularExpression>
 
+#include <algorithm>
+#include <cerrno>
 #include <optional>
+#include <vector>
 
+#include <sys/socket.h>
+#include <sys/un.h>
 #include <unistd.h>
 
 using fixture::Box;
@@ -51,6 +56,70 @@ template <auto writeData> struct Revealed {
     }
 };
 template struct Revealed<&AppWindow::writeData>;
+
+// A host whose queue of connections is full.
+class BusyHost
+{
+public:
+    explicit BusyHost(const fixture::Directories& directories)
+    {
+        const std::string path = directories.Path("busy");
+        sockaddr_un address = {};
+        address.sun_family = AF_UNIX;
+        QVERIFY(CopyText(address.sun_path, path.c_str()) &&
+                CopyText(gszKrvServerName, path.c_str()));
+        const auto* where = reinterpret_cast<const sockaddr*>(&address);
+        server = NewSocket();
+        QCOMPARE(bind(server, where, sizeof address), 0);
+        QCOMPARE(listen(server, 0), 0);
+        do
+            others.push_back(NewSocket());
+        while (connect(others.back(), where, sizeof address) == 0);
+        QCOMPARE(errno, EAGAIN);
+    }
+    ~BusyHost()
+    {
+        close(server);
+        for (const int other : others)
+            close(other);
+    }
+    BusyHost(const BusyHost&) = delete;
+    BusyHost& operator=(const BusyHost&) = delete;
+
+    /// Empties the queue and accepts the viewer's connection.
+    void AwaitViewer()
+    {
+        for (size_t in = others.size() - 1; in > 0; --in) // the last one did not get in
+            others.push_back(accept(server, nullptr, nullptr));
+        QVERIFY(QTest::qWaitFor([this] {
+            viewer = accept(server, nullptr, nullptr);
+            return viewer >= 0;
+        }));
+        others.push_back(viewer);
+    }
+
+    /// Bytes received since the last call.
+    [[nodiscard]] QByteArray Received() const
+    {
+        QByteArray bytes(1000, '\0');
+        const ssize_t size =
+            recv(viewer, bytes.data(), static_cast<size_t>(bytes.size()), MSG_DONTWAIT);
+        return bytes.left(std::max<ssize_t>(size, 0));
+    }
+
+    void Send(const QString& message) const
+    {
+        const QByteArray frame = EncodeFrame(message);
+        QCOMPARE(write(viewer, frame.constData(), static_cast<size_t>(frame.size())), frame.size());
+    }
+
+private:
+    static int NewSocket() { return socket(AF_UNIX, SOCK_STREAM | SOCK_NONBLOCK, 0); }
+
+    int server = -1;
+    int viewer = -1;
+    std::vector<int> others;
+};
 
 // Closes the window when its view is painted.
 class ClosingPaint : public QObject
@@ -109,6 +178,8 @@ private slots:
     void cleanup();
 
     void constructor_greetsTheHost();
+    void constructor_hostWithoutRoom_isGreetedOnceWhenItHasSome();
+    void constructor_hostWithoutRoom_windowThatGoes_isSurvived();
     void constructor_serverNameOutsideAscii_isFound();
     void constructor_withoutAServer_isAlone_data();
     void constructor_withoutAServer_isAlone();
@@ -196,6 +267,34 @@ void TestHostCommands::constructor_greetsTheHost()
     window.emplace();
     QVERIFY(host->AwaitViewer());
     QCOMPARE(host->Answers(), 1);
+}
+
+void TestHostCommands::constructor_hostWithoutRoom_isGreetedOnceWhenItHasSome()
+{
+    BusyHost busy(*directories);
+    window.emplace();
+    window->AddViewOf(graph);
+    QVERIFY(window->Show());
+    busy.AwaitViewer();
+    const QByteArray answer = EncodeFrame(kAccept);
+    QByteArray received;
+    QTRY_VERIFY((received += busy.Received()).size() >= answer.size());
+    QCOMPARE(received, answer);
+    busy.Send(QStringLiteral("other.plf"));
+    QTRY_VERIFY((received += busy.Received()).size() >= 2 * answer.size());
+    QCOMPARE(Text(gszPlffileOrig), other);
+    QCOMPARE(received, answer.repeated(2));
+}
+
+// The socket outlives the window, and connects later.
+void TestHostCommands::constructor_hostWithoutRoom_windowThatGoes_isSurvived()
+{
+    BusyHost busy(*directories);
+    window.emplace();
+    window.reset();
+    busy.AwaitViewer();
+    Settle();
+    QCOMPARE(busy.Received(), QByteArray());
 }
 
 void TestHostCommands::constructor_serverNameOutsideAscii_isFound()
