@@ -4,6 +4,7 @@
 
 #include "app/drawview.h"
 #include "app/globals.h"
+#include "app/jobs.h"
 #include "app/messages.h"
 #include "app/statustext.h"
 #include "app/windowplace.h"
@@ -119,17 +120,18 @@ void AppWindow::load(const QString& name)
 void AppWindow::loadFile(const QByteArray& path, const QString& name)
 {
     const QPointer<AppWindow> self(this);
-    const bool fits = StoreFileName(path);
-    if (self.isNull())
+    const Turn turn = Turn::Begin();
+    const bool fits = StoreFileName(path); // may show a box
+    if (self.isNull() || turn.IsOver())
         return;
     setWindowTitle(tr("KORVEL Viewer"));
     char message[kPathSize] = "";
     if (!fits || LoadPlfFile(gszPlffileOrig, message) != 0) {
         if (fits)
             ShowError(this, tr("Error"), QString::fromLatin1(message));
-        if (self.isNull())
-            return;
-        ForgetDocument(fits ? QString::fromLocal8Bit(gszPlffileOrig) : name);
+        // A graph that the host sent while the box was open stays.
+        if (!self.isNull() && !turn.IsOver())
+            ForgetDocument(fits ? QString::fromLocal8Bit(gszPlffileOrig) : name);
         return;
     }
     CopyPath(gszPlffileName, GetFilenameNoPath(gszPlffileOrig));
@@ -162,8 +164,8 @@ bool AppWindow::StoreFileName(const QByteArray& name)
 }
 
 // After a failed load there is no current file; the view, which may still show the last one, is
-// painted again to say so. The properties keep the last short name and the numbers, deliberately:
-// their empty path says that these are of the past.
+// repainted to show it. The properties keep the last graph's short name and vector count, and show
+// the size of the rejected file, deliberately: their empty path says that there is no current file.
 void AppWindow::ForgetDocument(const QString& name)
 {
     status->Show(tr("Error reading ") + name);
@@ -221,6 +223,7 @@ void AppWindow::closeEvent(QCloseEvent* event)
     event->accept();
     if (giAutosave != 0)
         WriteSettingsFile();
+    giCmdArg = 0; // without a graph the remaining jobs would write empty pictures
     // The pointer goes with the memory: events that are still waiting may ask for a repaint.
     FreePlfBuffer();
 }

@@ -5,6 +5,7 @@
 #include "app/appwindow.h"
 #include "app/drawview.h"
 #include "app/globals.h"
+#include "app/jobs.h"
 #include "app/messages.h"
 #include "app/savedialog.h"
 #include "app/statustext.h"
@@ -93,7 +94,9 @@ QByteArray ExportName(AppWindow& window, const ExportKind& kind, bool asJob)
         .toLocal8Bit();
 }
 
-// Names the file, calls write and, when the export is a job, goes on with the others.
+// Names the file, calls write and, when the export is a job, continues with the remaining jobs. A
+// box may be shown; if a host's command arrives while it is open, that command must not run this
+// job again, and the remaining jobs are no longer ours to run.
 template <typename Write> void Export(AppWindow& window, const ExportKind& kind, Write write)
 {
     const bool asJob = (giCmdArg & kind.job) != 0;
@@ -103,11 +106,14 @@ template <typename Write> void Export(AppWindow& window, const ExportKind& kind,
     if (name.isEmpty())
         return; // a job without a name stays pending, deliberately
     AppendFileExt(name, kind.extension);
-    const QPointer<DrawView> view(window.view); // the window may be closed while a message stands
+    const QPointer<DrawView> view(window.view); // the window may be closed while a box is open
+    const Turn turn;
+    MarkDone(asJob ? kind.job : 0);
     if (CompleteExportName(&window, name.toLatin1()))
         write();
-    if (asJob && !view.isNull())
+    if (asJob && !view.isNull() && !turn.IsOver())
         view->PostCmdargDone(kind.done);
+    ClearDone(kind.job);
 }
 
 } // namespace

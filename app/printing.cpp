@@ -1,14 +1,13 @@
 // SPDX-License-Identifier: MIT
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 //
-// Printing, and the chain of jobs that a command line asks for.
+// Printing.
 #include "app/appwindow.h"
 #include "app/drawview.h"
 #include "app/globals.h"
 #include "app/printpaper.h"
 #include "support/files.h"
 
-#include <QCoreApplication>
 #include <QPageLayout>
 #include <QPageSize>
 #include <QPointer>
@@ -94,25 +93,4 @@ void DrawView::PrintGraph()
         return;
     drawIt(&painter, true, 0);
     painter.end();
-}
-
-void DrawView::PostCmdargDone(int iNotval)
-{
-    // The user may close the window in the events that are processed, or during a job.
-    const QPointer<DrawView> self(this);
-    QCoreApplication::processEvents(); // paints the window before anything else happens
-    if (iNotval > 0)
-        giCmdArg &= ~(1 << (iNotval - 1));
-    // Outside the event loop the toolkit ignores the request; it is made all the same.
-    if (giCmdArg == 0 && gbCmdQuit)
-        QCoreApplication::quit();
-    // Each job ends in a call of this function that clears its bit and runs the rest, so every
-    // test reads giCmdArg afresh.
-    const auto isPending = [&self](int job) { return !self.isNull() && (giCmdArg & job) != 0; };
-    if (isPending(kJobPrint))
-        cmdPrint();
-    if (isPending(kJobJpeg))
-        gpMainwnd->ExportJpeg();
-    if (isPending(kJobEps))
-        gpMainwnd->ExportEPS();
 }

@@ -7,6 +7,7 @@
 #include "app/cmdline.h"
 #include "app/drawview.h"
 #include "app/globals.h"
+#include "app/jobs.h"
 #include "app/messages.h"
 #include "hostlink/frame.h"
 
@@ -124,6 +125,7 @@ bool AppWindow::RunCommand(const QString& commandLine)
     gbIsTempFile = false;
     if (!FitsIntoBytes(commandLine) || !words.Fit())
         return true;
+    BeginCommand();
     const QPointer<AppWindow> self(this);
     const bool places = words.Apply();
     if (self.isNull())
@@ -133,8 +135,10 @@ bool AppWindow::RunCommand(const QString& commandLine)
     // Without a file there is no answer and the length stays as it is, so that the next frame's own
     // is taken for the start of its string. Deliberate: hosts send no such command and expect no
     // answer to one.
-    if (gszPlffileOrig[0] == 0)
+    if (gszPlffileOrig[0] == 0) {
+        Turn::LeaveJobs();
         return false;
+    }
     load(QString::fromLocal8Bit(gszPlffileOrig));
     if (!self.isNull())
         QCoreApplication::processEvents(); // draws the graph

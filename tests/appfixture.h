@@ -138,17 +138,24 @@ public:
     [[nodiscard]] QStringList Strangers() const { return strangers; }
 
 private:
+    // Answers from an event of its own, so that another dialog can open meanwhile.
     void Look()
     {
-        QPointer<QDialog> dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
-        if (dialog.isNull() || !dialog->isVisible() || dialog == inHand)
+        const QPointer<QDialog> dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+        if (dialog.isNull() || !dialog->isVisible() || inHand.contains(dialog))
             return;
-        inHand = dialog;
-        if (!Answer(*dialog))
+        inHand.append(dialog);
+        QMetaObject::invokeMethod(
+            &timer, [this, dialog] { Deal(dialog); }, Qt::QueuedConnection);
+    }
+
+    void Deal(const QPointer<QDialog>& dialog)
+    {
+        if (!dialog.isNull() && dialog->isVisible() && !Answer(*dialog))
             strangers.append(Describe(*dialog));
         if (!dialog.isNull() && dialog->isVisible())
             dialog->reject();
-        inHand.clear();
+        inHand.removeAll(dialog);
     }
 
     bool Answer(QDialog& dialog)
@@ -168,7 +175,7 @@ private:
 
     QTimer timer;
     std::deque<std::function<bool(QDialog&)>> expected;
-    QPointer<QDialog> inHand;
+    QList<QPointer<QDialog>> inHand;
     QStringList strangers;
 };
 

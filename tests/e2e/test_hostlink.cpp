@@ -128,12 +128,19 @@ public:
 
     [[nodiscard]] bool AwaitViewer()
     {
-        if (!Await([this] { return server.hasPendingConnections(); }))
+        if (!Await([this] { return socket != nullptr || server.hasPendingConnections(); }))
             return false;
-        socket = server.nextPendingConnection();
-        QObject::connect(socket, &QLocalSocket::readyRead, &server, [this] { Take(); });
-        Take(); // the greeting may have come already
+        TakeViewer();
         return true;
+    }
+
+    /// Sends a command line as soon as the viewer connects.
+    void GreetWith(const QString& words)
+    {
+        QObject::connect(&server, &QLocalServer::newConnection, &server, [this, words] {
+            TakeViewer();
+            Send(words);
+        });
     }
 
     [[nodiscard]] bool HasViewer() const { return server.hasPendingConnections(); }
@@ -199,6 +206,15 @@ public:
     }
 
 private:
+    void TakeViewer()
+    {
+        if (socket != nullptr)
+            return;
+        socket = server.nextPendingConnection();
+        QObject::connect(socket, &QLocalSocket::readyRead, &server, [this] { Take(); });
+        Take(); // the greeting may have come already
+    }
+
     void Take()
     {
         if (reading)
@@ -260,6 +276,11 @@ private slots:
     void commandThatCannotBeUsed_isRefusedAndAnswered_data();
     void commandThatCannotBeUsed_isRefusedAndAnswered();
 
+    void graphThatComesWhileABoxStands_staysWhenTheBoxIsAnswered();
+    void jobOfTheStartThatFails_isNotDoneAgain();
+    void commandAtTheGreeting_hasTheJobOfTheStartDoneWithItsGraph();
+    void quitAtTheGreeting_isAnsweredAndCountsWithTheNextFile();
+
     void temporaryFile_isDeletedByTheNextMessage_whateverItHolds_data();
     void temporaryFile_isDeletedByTheNextMessage_whateverItHolds();
     void temporaryFile_ofTheOwnCommandLine_isDeletedByTheFirstMessage();
@@ -286,6 +307,7 @@ private:
     QString Path(const QString& name) const { return home->filePath(name); }
     bool Exists(const QString& name) const { return QFile::exists(Path(name)); }
     void Start(const QStringList& arguments);
+    void StartWithCommand(const QStringList& arguments, const QString& words);
     void Open(const QStringList& more = {});
     void PressInWindow(const QString& keys);
     void Quit();
@@ -365,6 +387,16 @@ void TestHostLink::Start(const QStringList& arguments)
     QVERIFY(viewer->Start(
         QStringList{QStringLiteral("-svrname=") + Path(QStringLiteral("socket"))} + arguments));
     QVERIFY(host->AwaitViewer());
+    ExpectAnswers(1);
+}
+
+// The same with a command that arrives before the viewer first processes events, which it does
+// before its first job: reading the slow configuration file takes longer than sending.
+void TestHostLink::StartWithCommand(const QStringList& arguments, const QString& words)
+{
+    QVERIFY(WriteFile(Path(QStringLiteral("plotvw.cfg")), SlowConfiguration()));
+    host->GreetWith(words);
+    Start(arguments);
     ExpectAnswers(1);
 }
 
@@ -891,6 +923,65 @@ void TestHostLink::commandThatCannotBeUsed_isRefusedAndAnswered()
     Quit();
     QVERIFY(Exists(QStringLiteral("other.plf")));
     QVERIFY(!Exists(QStringLiteral("graph.eps")));
+}
+
+// The user has not closed the error box of the first graph when the host sends the next one.
+void TestHostLink::graphThatComesWhileABoxStands_staysWhenTheBoxIsAnswered()
+{
+    Start({QStringLiteral("text.plf")});
+    QVERIFY(viewer->AwaitWindow(QStringLiteral("Error")));
+    Command(QStringLiteral("-tmp other.plf"));
+    PressKeys(QStringLiteral("Return"));
+    ExpectTitle(QStringLiteral("other.plf"));
+    QVERIFY(viewer->AwaitStillPicture());
+    const QColor middle = ScreenColor(viewer->Content().center());
+    QVERIFY2(middle.green() > 100 && middle.red() < 30, qPrintable(middle.name()));
+    Command(QStringLiteral("graph.plf -c=2 -cf=out"));
+    QVERIFY(!Exists(QStringLiteral("other.plf")));
+    QVERIFY(Exists(QStringLiteral("out.eps")));
+    Quit();
+}
+
+void TestHostLink::jobOfTheStartThatFails_isNotDoneAgain()
+{
+    Start({QStringLiteral("graph.plf"), QStringLiteral("-c=1"),
+           QStringLiteral("-cf=") + Path(QStringLiteral("none/first"))});
+    QVERIFY(viewer->AwaitWindow(QStringLiteral("Save failed")));
+    Command(QStringLiteral("other.plf")); // a second box would delay the answer
+    CloseBox(QStringLiteral("Save failed"));
+    ExpectTitle(QStringLiteral("other.plf"));
+    ExpectStillAlive();
+    Quit();
+}
+
+// The viewer runs a command that has arrived before its first start-up job, which then exports the
+// command's graph.
+void TestHostLink::commandAtTheGreeting_hasTheJobOfTheStartDoneWithItsGraph()
+{
+    StartWithCommand({QStringLiteral("graph.plf"), QStringLiteral("-c=1"),
+                      QStringLiteral("-cf=") + Path(QStringLiteral("first"))},
+                     QStringLiteral("other.plf"));
+    ExpectTitle(QStringLiteral("other.plf"));
+    const QImage picture(Path(QStringLiteral("first.jpg")));
+    QVERIFY(!picture.isNull());
+    const QColor middle = picture.pixelColor(picture.rect().center());
+    QVERIFY2(middle.green() > 100 && middle.red() < 30, qPrintable(middle.name()));
+    // The job is not run again.
+    QVERIFY(QFile::remove(Path(QStringLiteral("first.jpg"))));
+    Command(QStringLiteral("graph.plf"));
+    QVERIFY(!Exists(QStringLiteral("first.jpg")));
+    Quit();
+}
+
+// Qt ignores the request before the event loop runs, but the viewer keeps the option.
+void TestHostLink::quitAtTheGreeting_isAnsweredAndCountsWithTheNextFile()
+{
+    StartWithCommand({QStringLiteral("graph.plf")}, QStringLiteral("other.plf -q"));
+    ExpectTitle(QStringLiteral("other.plf"));
+    ExpectStillAlive();
+    ExpectTitle(QStringLiteral("other.plf"));
+    Command(QStringLiteral("graph.plf"));
+    QCOMPARE(viewer->AwaitEnd(), 0);
 }
 
 void TestHostLink::temporaryFile_isDeletedByTheNextMessage_whateverItHolds_data()

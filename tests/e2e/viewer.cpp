@@ -4,6 +4,8 @@
 
 #include <QFile>
 
+#include <csignal>
+
 namespace {
 
 constexpr int kStillGrabs = 10; // equal pictures in a row that count as still
@@ -11,6 +13,15 @@ constexpr int kStillGrabs = 10; // equal pictures in a row that count as still
 constexpr int kEdge = 2;
 
 } // namespace
+
+std::string SlowConfiguration()
+{
+    constexpr size_t kManyLines = 10'000'000;
+    std::string lines(2 * kManyLines, '#');
+    for (size_t i = 1; i < lines.size(); i += 2)
+        lines[i] = '\n';
+    return lines;
+}
 
 Viewer::Viewer(const QString& home)
 {
@@ -107,6 +118,30 @@ int Viewer::AwaitEnd()
 {
     const bool ended = Await([this] { return process.state() == QProcess::NotRunning; });
     return ended && process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
+}
+
+bool Viewer::AwaitCrash()
+{
+    return Await([this] { return process.state() == QProcess::NotRunning; }) &&
+           process.exitStatus() == QProcess::CrashExit;
+}
+
+void Viewer::Signal(int number) const
+{
+    kill(static_cast<pid_t>(process.processId()), number);
+}
+
+// SigCgt is a hexadecimal bit mask of the caught signals; the lowest bit is signal 1.
+bool Viewer::AwaitHandler(int number, bool handled) const
+{
+    return Await([this, number, handled] {
+        QFile status(QStringLiteral("/proc/%1/status").arg(process.processId()));
+        if (!status.open(QIODevice::ReadOnly))
+            return false;
+        const QByteArray text = status.readAll();
+        const QByteArray caught = text.mid(text.indexOf("SigCgt:") + 7).left(17).trimmed();
+        return ((caught.toULongLong(nullptr, 16) >> (number - 1) & 1) != 0) == handled;
+    });
 }
 
 bool Viewer::Choose(const QString& menu, const QString& item)

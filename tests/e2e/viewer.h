@@ -8,6 +8,12 @@
 
 #include <QProcess>
 
+#include <string>
+
+/// A configuration file that takes so long to read that a test can do something between the start
+/// of the program and its first graph.
+std::string SlowConfiguration();
+
 class Viewer
 {
 public:
@@ -22,6 +28,8 @@ public:
     void SetEnvironment(const QString& name, const QString& value);
     /// Takes a variable out of it, before it starts.
     void UnsetEnvironment(const QString& name);
+    /// Sets what the child process does before it executes the program.
+    void BeforeStart(void (*action)()) { process.setChildProcessModifier(action); }
     /// Starts the program. Returns whether it came up.
     [[nodiscard]] bool Start(const QStringList& arguments);
 
@@ -36,6 +44,12 @@ public:
     [[nodiscard]] bool AwaitStillPicture() const;
     /// Waits for the program's end. Returns its exit code, or -1 when it did not end or crashed.
     [[nodiscard]] int AwaitEnd();
+
+    /// Waits until a signal has killed the program. Returns whether one has.
+    [[nodiscard]] bool AwaitCrash();
+    void Signal(int number) const;
+    /// Waits until the program handles a signal, or no longer does.
+    [[nodiscard]] bool AwaitHandler(int number, bool handled) const;
 
     /// Opens a menu and chooses one of its items with the mouse. Texts are as in the menu, with
     /// '&'.

@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: MIT
+// SPDX-FileCopyrightText: 2026 plotvw contributors
+//
+// Keeps track of loads, commands and jobs that overlap: while a message box is open, the host may
+// send the next command, and code that runs after the box must not undo it.
+#pragma once
+
+/// Each load and each command from the host starts a new turn. A Turn object remembers the turn in
+/// which it was created, for example before a box is shown.
+class Turn
+{
+public:
+    Turn();
+    /// Starts a new turn.
+    static Turn Begin();
+    /// Leaves all pending jobs to the next command that names a file.
+    static void LeaveJobs();
+
+    /// Another turn has started since.
+    [[nodiscard]] bool IsOver() const;
+    /// LeaveJobs() was called since.
+    [[nodiscard]] bool JobsWait() const;
+
+private:
+    unsigned long number;
+    unsigned long left;
+};
+
+/// Marks jobs as done while their bits of giCmdArg are still set, so that a command that arrives
+/// before ClearDone() does not run them again.
+/// @param jobs  bits of giCmdArg
+void MarkDone(int jobs);
+
+/// Clears the bits of jobs that are marked as done. Bits that a command has set since stay.
+void ClearDone(int jobs);
+
+/// Starts the turn of a command from the host; to be called before its words are applied.
+void BeginCommand();
