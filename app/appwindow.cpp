@@ -52,6 +52,12 @@ void CopyPath(char (&buffer)[kPathSize], const char* path)
     Q_ASSERT(fits);
 }
 
+void SaveOnClosing()
+{
+    if (giAutosave != 0)
+        WriteSettingsFile();
+}
+
 } // namespace
 
 AppWindow::AppWindow() : status(new StatusText(this))
@@ -218,11 +224,16 @@ void AppWindow::resizeEvent(QResizeEvent* event)
     moveEvent(nullptr);
 }
 
+void AppWindow::LeaveFiles()
+{
+    SaveOnClosing();
+    checkDeleteTempFile();
+}
+
 void AppWindow::closeEvent(QCloseEvent* event)
 {
     event->accept();
-    if (giAutosave != 0)
-        WriteSettingsFile();
+    SaveOnClosing();
     giCmdArg = 0; // without a graph the remaining jobs would write empty pictures
     // The pointer goes with the memory: events that are still waiting may ask for a repaint.
     FreePlfBuffer();

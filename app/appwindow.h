@@ -32,6 +32,10 @@ public:
     /// The texts of the status bar, which all go through it.
     StatusText* statusText() const { return status; }
 
+    /// Writes and deletes the files that closing the window would: the settings if autosave is on,
+    /// the host's temporary file. For a program that ends without closing it.
+    void LeaveFiles();
+
     DrawView* view = nullptr; // set by the view's own constructor
 
 private:

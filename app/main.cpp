@@ -3,6 +3,7 @@
 #include "app/appwindow.h"
 #include "app/cmdline.h"
 #include "app/drawview.h"
+#include "app/endsignals.h"
 #include "app/filedrop.h"
 #include "app/globals.h"
 #include "support/paths.h"
@@ -10,6 +11,8 @@
 
 #include <QApplication>
 #include <QPointer>
+
+#include <cstdlib>
 
 #include <unistd.h>
 
@@ -29,6 +32,13 @@ void ReadExePath()
                       kPathSize - 1);
 }
 
+// Qt calls exit() when the connection to the window system breaks.
+void LeaveInOrder()
+{
+    if (gpMainwnd != nullptr)
+        gpMainwnd->LeaveFiles();
+}
+
 } // namespace
 
 // The order of the steps is part of the program's behaviour: the command line is read before the
@@ -40,19 +50,25 @@ int main(int argc, char** argv)
     SetRect(&grWinPos, 200, 200, 840, 687);
     QApplication application(argc, argv);
     gpAppMain = &application;
+    const EndSignals endSignals;
     ReadExePath();
     GetHomeDir(gszHomedir);
     if (ProcessCmdline(argc, argv, 1) == -1)
         return 0;
     // Both objects go when the window is closed.
     gpMainwnd = new AppWindow;
+    atexit(LeaveInOrder);
     new FileDrop(gpMainwnd);
     gpDraw = new DrawView(gpMainwnd);
     gpMainwnd->setCentralWidget(gpDraw);
-    gpMainwnd->show();
-    gpDraw->show();
     const QPointer<AppWindow> window(gpMainwnd);
-    gpDraw->PostCmdargDone(0);
+    if (EndSignals::HaveCome()) {
+        gpMainwnd->close();
+    } else {
+        gpMainwnd->show();
+        gpDraw->show();
+        gpDraw->PostCmdargDone(0);
+    }
     // A window that was closed meanwhile no longer ends an event loop that begins now.
     if (window.isNull() || !window->isVisible()) {
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
