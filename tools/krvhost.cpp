@@ -17,9 +17,9 @@
 #include <QLocalSocket>
 #include <QProcess>
 #include <QRandomGenerator>
-#include <QRegularExpression>
 #include <QTemporaryFile>
 
+#include <algorithm>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
@@ -37,7 +37,8 @@ enum ExitCode {
 
 constexpr char kExitCodes[] =
     "Exit codes: 0 every command was acknowledged, 1 wrong usage, 2 no server, viewer, script or "
-    "temporary copy, 3 no greeting in time, 4 no acknowledgement in time, 5 the viewer went away.";
+    "temporary copy, 3 no greeting in time, 4 no acknowledgement in time or no end after -q, 5 the "
+    "viewer went away.";
 
 // What the viewer sends: its greeting and each acknowledgement.
 const QString kAccept = QStringLiteral("krv-accept-connect");
@@ -46,6 +47,9 @@ constexpr int kDefaultTimeout = 30;    // seconds
 constexpr int kLongestTimeout = 86400; // seconds
 constexpr int kMillisecondsPerSecond = 1000;
 constexpr int kEndTime = 5000; // milliseconds until a viewer that was asked to end is killed
+// Milliseconds that a viewer gets to quit before it is asked again. Asking too early only shows the
+// file once more.
+constexpr int kQuitTime = 500;
 
 struct Options {
     QString viewer;
@@ -76,6 +80,13 @@ public:
     {
         socket->write(EncodeFrame(message));
         socket->flush();
+    }
+
+    // Waits for the viewer to close the connection. Returns whether it has.
+    bool AwaitEnd(int milliseconds)
+    {
+        return socket->state() == QLocalSocket::UnconnectedState ||
+               socket->waitForDisconnected(milliseconds);
     }
 
     // Waits for one frame. Returns kOk, kNoAnswer after the time, or kViewerGone.
@@ -115,13 +126,52 @@ private:
     QByteArray received;
 };
 
-// Whether a command line can name that file: its words end at blanks, and the viewer takes a word
-// for an option wherever in it that stands.
+// The viewer's options, in the order in which it looks for them anywhere in a word.
+constexpr const char* kViewerOptions[] = {
+    "-wp=", "-po=", "-p", "-c=", "-cf=", "-svrname=", "-q", "-tmp", "-cwd=", "-?"};
+
+// The option that the viewer takes a word for; empty if it is a file name.
+QLatin1StringView OptionIn(const QString& word)
+{
+    for (const char* option : kViewerOptions) {
+        if (word.contains(QLatin1StringView(option)))
+            return QLatin1StringView(option);
+    }
+    return {};
+}
+
+// The words of a command line that the viewer looks at.
+QStringList UsedWords(const QString& command)
+{
+    QStringList words = command.split(u' ');
+    const auto isUsage = [](const QString& word) { return OptionIn(word) == QLatin1String("-?"); };
+    words.erase(std::find_if(words.begin(), words.end(), isUsage), words.end());
+    return words;
+}
+
+bool HasOption(const QString& command, const char* option)
+{
+    const QStringList words = UsedWords(command);
+    return std::any_of(words.begin(), words.end(), [option](const QString& word) {
+        return OptionIn(word) == QLatin1StringView(option);
+    });
+}
+
+// The file that a command line names: the last one counts.
+QString FileIn(const QString& command)
+{
+    QString file;
+    for (const QString& word : UsedWords(command)) {
+        if (OptionIn(word).isEmpty())
+            file = word;
+    }
+    return file;
+}
+
+// Whether a command line can name that file: its words end at blanks.
 bool IsFileName(const QString& name)
 {
-    static const QRegularExpression other(
-        QStringLiteral(" |-(wp=|p|c=|cf=|svrname=|q|tmp|cwd=|\\?)"));
-    return !name.contains(other);
+    return !name.contains(u' ') && OptionIn(name).isEmpty();
 }
 
 // Copies of files, for the viewer to delete.
@@ -223,10 +273,53 @@ private:
         QElapsedTimer timer;
         timer.start();
         viewer.Send(command);
-        if (answered)
-            return AwaitAnswer(command, timer);
+        if (answered) {
+            const int result = AwaitAnswer(command, timer);
+            return result == kOk && HasOption(command, "-q") ? AwaitQuit(command) : result;
+        }
         printf("sent            %s\n", qPrintable(command));
         return kOk;
+    }
+
+    // A viewer that is still starting acknowledges "-q" but cannot quit yet; it quits after the
+    // next file. So the same file is sent again, without the jobs.
+    int AwaitQuit(QString command)
+    {
+        const QDeadlineTimer deadline(options.timeout);
+        while (!viewer.AwaitEnd(kQuitTime)) {
+            if (deadline.hasExpired())
+                return Fail(kNoAnswer, QStringLiteral("the viewer does not quit: %1").arg(command));
+            command = Again(command);
+            if (command.isEmpty() && !viewer.AwaitEnd(kQuitTime))
+                return Fail(kNotSetUp, QStringLiteral("cannot make a temporary copy."));
+            if (!command.isEmpty() && !SendAgain(command, deadline))
+                return Fail(kNoAnswer,
+                            QStringLiteral("no acknowledgement in time: %1").arg(command));
+        }
+        copies.RemoveRest(); // a copy that the viewer did not read any more
+        return kOk;
+    }
+
+    // The same file with "-q". The viewer deletes a temporary file when the next command arrives,
+    // so that one is copied first. Empty if there is nothing to copy.
+    QString Again(const QString& command)
+    {
+        const QString file = FileIn(command);
+        const QString request = file + QStringLiteral(" -q");
+        if (!HasOption(command, "-tmp"))
+            return request;
+        const QString copy = copies.HandOver(request);
+        return FileIn(copy) == file ? QString() : copy;
+    }
+
+    // Returns false if the viewer neither answers nor quits.
+    bool SendAgain(const QString& command, const QDeadlineTimer& deadline)
+    {
+        printf("again           %s\n", qPrintable(command));
+        viewer.Send(command);
+        QString message;
+        const auto left = static_cast<int>(deadline.remainingTime());
+        return viewer.Receive(left, &message) != kNoAnswer;
     }
 
     int AwaitAnswer(const QString& command, const QElapsedTimer& timer)

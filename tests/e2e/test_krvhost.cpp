@@ -97,6 +97,9 @@ private slots:
     void tmp_withoutAPlaceForCopies_isCode2();
     void tmp_inADirectoryThatNoCommandCanName_isCode2_data();
     void tmp_inADirectoryThatNoCommandCanName_isCode2();
+    void quit_thatTheViewerForgets_isSentAgain_data();
+    void quit_thatTheViewerForgets_isSentAgain();
+    void quit_thatNeverCounts_isCode4();
     void stay_waitsForTheUser();
     void hostThatIsKilled_leavesItsViewer();
 
@@ -436,6 +439,48 @@ void TestKrvHost::tmp_inADirectoryThatNoCommandCanName_isCode2()
     QCOMPARE(AwaitEnd(krvhost), 2);
     QVERIFY(krvhost.readAllStandardError().contains("krvhost: cannot make a temporary copy.\n"));
     QCOMPARE(QDir(Path(directory)).entryList(QDir::Files), QStringList());
+}
+
+void TestKrvHost::quit_thatTheViewerForgets_isSentAgain_data()
+{
+    QTest::addColumn<QString>("arguments");
+    QTest::addColumn<QString>("again"); // what is sent then
+    QTest::addColumn<bool>("otherStays");
+    QTest::newRow("a file") << QStringLiteral("other.plf -q") << QStringLiteral("other\\.plf -q")
+                            << true;
+    QTest::newRow("a job") << QStringLiteral("--|-q other.plf -c=2 -cf=out -p")
+                           << QStringLiteral("other\\.plf -q") << true;
+    QTest::newRow("copies") << QStringLiteral("--tmp|other.plf -q")
+                            << QStringLiteral("-tmp \\S+/krvhost_\\w+\\.plf -q") << true;
+    QTest::newRow("a temporary file") << QStringLiteral("other.plf -tmp -q")
+                                      << QStringLiteral("-tmp \\S+/krvhost_\\w+\\.plf -q") << false;
+}
+
+// The first request arrives before the viewer's event loop runs, thanks to the slow configuration
+// file.
+void TestKrvHost::quit_thatTheViewerForgets_isSentAgain()
+{
+    QFETCH(QString, arguments);
+    QFETCH(QString, again);
+    QFETCH(bool, otherStays);
+    QVERIFY(WriteFile(Path(QStringLiteral("plotvw.cfg")), SlowConfiguration()));
+    const HostRun run = RunHost(QStringLiteral("--stay|--arg|graph.plf|") + arguments);
+    QVERIFY2(!run.errors.contains(QStringLiteral("krvhost: ")), qPrintable(run.errors));
+    QCOMPARE(run.code, 0);
+    const QRegularExpression lines(
+        QStringLiteral("^greeting .*\nack .*\n(again           %1\n)+$").arg(again));
+    QVERIFY2(lines.match(run.output).hasMatch(), qPrintable(run.output));
+    QCOMPARE(Exists(QStringLiteral("other.plf")), otherStays);
+    QCOMPARE(Copies(), QStringList());
+}
+
+// The viewer's first file dialog is open and nobody closes it.
+void TestKrvHost::quit_thatNeverCounts_isCode4()
+{
+    const HostRun run = RunHost(QStringLiteral("--timeout|2|other.plf -q"));
+    QCOMPARE(run.code, 4);
+    QVERIFY2(run.errors.contains(QStringLiteral("krvhost: the viewer does not quit: other.plf -q")),
+             qPrintable(run.errors));
 }
 
 void TestKrvHost::stay_waitsForTheUser()
