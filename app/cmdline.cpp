@@ -4,12 +4,12 @@
 
 #include "app/globals.h"
 #include "app/messages.h"
+#include "app/widebox.h"
 #include "support/paths.h"
 #include "support/scan.h"
 #include "support/text.h"
 
 #include <QCoreApplication>
-#include <QMessageBox>
 
 #include <cstdint>
 #include <cstring>
@@ -147,14 +147,14 @@ void Apply(const Option& option, const char* value)
 
 void ShowUsage()
 {
-    QMessageBox box(QMessageBox::NoIcon, Tr("PLOTVW Usage"),
-                    Tr("plotvw plffile [-wp=x,y,wid,ht] [-p] [-po=orientation] [-?] [-h]\n\n"
-                       "-wp=x,y,wid,ht:\twindow position\n"
-                       "-p:\t\tprint graph\n"
-                       "-q:\t\tquit after cmd processing is complete"
-                       "-po=[l,p]:\tprint orientaton, l=landscape (default), p=portrait\n"
-                       "[-?,-h]:\t\tprint this help\n"),
-                    QMessageBox::Ok, nullptr, Qt::Dialog | Qt::MSWindowsFixedSizeDialogHint);
+    WideBox box(QMessageBox::NoIcon, Tr("PLOTVW Usage"),
+                Tr("plotvw plffile [-wp=x,y,wid,ht] [-p] [-po=orientation] [-?] [-h]\n\n"
+                   "-wp=x,y,wid,ht:\twindow position\n"
+                   "-p:\t\tprint graph\n"
+                   "-q:\t\tquit after cmd processing is complete"
+                   "-po=[l,p]:\tprint orientaton, l=landscape (default), p=portrait\n"
+                   "[-?,-h]:\t\tprint this help\n"),
+                QMessageBox::Ok, nullptr, Qt::Dialog | Qt::MSWindowsFixedSizeDialogHint);
     box.setTextFormat(Qt::PlainText);
     box.exec();
 }

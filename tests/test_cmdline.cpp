@@ -9,8 +9,10 @@
 #include "tests/appfixture.h"
 
 #include <QFile>
+#include <QLabel>
 #include <QMap>
 #include <QRegularExpression>
+#include <QScreen>
 
 #include <type_traits>
 #include <vector>
@@ -274,6 +276,33 @@ QColor Rgb(int red, int green, int blue)
     return {red, green, blue, 255};
 }
 
+// What the box's label shows, and a plain label of its size with the same text.
+struct ShownText {
+    QImage shown;
+    QImage plain;
+    bool isWhole = false; // in the label, and the label in the box
+    bool isOnScreen = false;
+};
+
+ShownText Look(const QMessageBox& box)
+{
+    auto* label = box.findChild<QLabel*>(QStringLiteral("qt_msgbox_label"));
+    QLabel plain(box.text(), label->parentWidget());
+    plain.setTextFormat(Qt::PlainText);
+    plain.setAlignment(label->alignment());
+    plain.setIndent(label->indent());
+    plain.setTextInteractionFlags(label->textInteractionFlags());
+    plain.setWordWrap(label->wordWrap());
+    plain.setGeometry(label->geometry());
+    const QSize needed =
+        plain.wordWrap() ? QSize(0, plain.heightForWidth(label->width())) : plain.sizeHint();
+    plain.setWordWrap(false);
+    return {label->grab().toImage(), plain.grab().toImage(),
+            box.rect().contains(label->geometry()) && needed.width() <= label->width() &&
+                needed.height() <= label->height(),
+            box.width() <= box.screen()->availableGeometry().width()};
+}
+
 } // namespace
 
 class TestCmdline : public QObject
@@ -333,6 +362,8 @@ private slots:
     void fileName_inLocalBytes_isKeptAsItIs();
 
     void usageBox_hasItsTextAndOneButton();
+    void usageBox_breaksLinesWhereItsTextDoes_data();
+    void usageBox_breaksLinesWhereItsTextDoes();
     void usageBox_endsTheParsing();
     void usageBox_anyAnswer_isTheSame_data();
     void usageBox_anyAnswer_isTheSame();
@@ -851,6 +882,35 @@ void TestCmdline::usageBox_hasItsTextAndOneButton()
     QCOMPARE(box.parent, nullptr);
     QCOMPARE(box.flags & Qt::WindowType_Mask, Qt::WindowFlags(Qt::Dialog));
     QVERIFY(box.flags.testFlag(Qt::MSWindowsFixedSizeDialogHint));
+}
+
+void TestCmdline::usageBox_breaksLinesWhereItsTextDoes_data()
+{
+    QTest::addColumn<int>("points");
+    QTest::addColumn<bool>("fits"); // the longest line, on the screen
+    QTest::newRow("small letters") << 6 << true;
+    QTest::newRow("letters too large for the screen") << 12 << false;
+}
+
+void TestCmdline::usageBox_breaksLinesWhereItsTextDoes()
+{
+    QFETCH(int, points);
+    QFETCH(bool, fits);
+    const QFont usual = QApplication::font();
+    QFont font = usual;
+    font.setPointSize(points);
+    QApplication::setFont(font);
+    ShownText text;
+    dialogs->Expect<QMessageBox>([&](QMessageBox& box) {
+        text = Look(box);
+        box.reject();
+    });
+    const int result = Parse({"-?"});
+    QApplication::setFont(usual);
+    QCOMPARE(result, -1);
+    QVERIFY(text.isWhole);
+    QVERIFY(text.isOnScreen);
+    QCOMPARE(text.shown == text.plain, fits);
 }
 
 void TestCmdline::usageBox_endsTheParsing()

@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: MIT
+// SPDX-FileCopyrightText: 2026 plotvw contributors
+#include "app/widebox.h"
+
+#include <QCoreApplication>
+#include <QEvent>
+#include <QLabel>
+#include <QLayout>
+#include <QScreen>
+
+// In these events the box gives itself a size. The name of the label that holds the text is Qt's
+// own; where it is another one, the box is a plain one.
+bool WideBox::event(QEvent* event)
+{
+    const bool result = QMessageBox::event(event);
+    auto* label = findChild<QLabel*>(QStringLiteral("qt_msgbox_label"));
+    if (label == nullptr ||
+        (event->type() != QEvent::Show && event->type() != QEvent::LayoutRequest))
+        return result;
+    const int before = width();
+    Widen(*label);
+    if (event->type() == QEvent::Show) // it has just been centered
+        move(x() - (width() - before) / 2, y());
+    return result;
+}
+
+// On a screen that is too narrow the box keeps the lines that it made. The changes here must not
+// make it begin again.
+void WideBox::Widen(QLabel& label)
+{
+    const bool isWrapped = label.wordWrap();
+    label.setWordWrap(false);
+    const QSize whole = layout()->totalMinimumSize();
+    if (whole.width() <= screen()->availableGeometry().width())
+        setFixedSize(whole);
+    else
+        label.setWordWrap(isWrapped);
+    QCoreApplication::removePostedEvents(this, QEvent::LayoutRequest);
+}
