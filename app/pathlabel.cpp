@@ -15,6 +15,10 @@
 
 namespace {
 
+// Longest line of a tooltip, characters: Qt does not break lines of plain text, and the longest
+// path is wider than any screen.
+constexpr qsizetype kTipWidth = 100;
+
 // A name is one line, whatever it holds.
 QString OneLine(QString name)
 {
@@ -26,10 +30,27 @@ QString OneLine(QString name)
     return name;
 }
 
+// The start of a text that makes the next line of a tooltip. Breaks follow slashes, where there
+// are.
+QString NextTipLine(QStringView rest)
+{
+    if (rest.size() <= kTipWidth)
+        return rest.toString();
+    const QStringView line = rest.first(kTipWidth);
+    const qsizetype slash = line.lastIndexOf(u'/');
+    if (slash > 0)
+        return line.first(slash + 1).toString();
+    return line.chopped(line.back().isHighSurrogate() ? 1 : 0).toString();
+}
+
 // Qt takes a tooltip that looks like markup for markup.
 QString AsToolTip(const QString& name)
 {
-    return Qt::mightBeRichText(name) ? Qt::convertFromPlainText(name) : name;
+    QStringList lines;
+    for (qsizetype at = 0; at < name.size(); at += lines.constLast().size())
+        lines.append(NextTipLine(QStringView(name).mid(at)));
+    const QString tip = lines.join(u'\n');
+    return Qt::mightBeRichText(tip) ? Qt::convertFromPlainText(tip) : tip;
 }
 
 } // namespace

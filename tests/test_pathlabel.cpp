@@ -16,7 +16,7 @@ namespace {
 
 const QString kShort = QStringLiteral("/home/user/a.plf");
 const QString kLong = QStringLiteral("/home/user/measurements/") +
-                      QStringLiteral("a folder/").repeated(8) + QStringLiteral("result.plf");
+                      QStringLiteral("a folder/").repeated(6) + QStringLiteral("result.plf");
 
 QImage PictureOf(QWidget& widget)
 {
@@ -63,6 +63,8 @@ private slots:
     void lineBreaks_areShownAsBlanks();
     void longName_isItsTooltip_data() { LabelRows(); }
     void longName_isItsTooltip();
+    void longestName_tooltipHasLines_data();
+    void longestName_tooltipHasLines();
     void nameThatFits_hasNoTooltip();
     void nameWithMarkup_isPlainInItsTooltip();
     void longName_clicked_isCopiedWhole_data() { LabelRows(); }
@@ -174,6 +176,31 @@ void TestPathLabel::longName_isItsTooltip()
     QCOMPARE(Show(kLong, label).toolTip(), kLong);
 }
 
+void TestPathLabel::longestName_tooltipHasLines_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<int>("lines");
+    const QString folder = QStringLiteral("a folder/");
+    QTest::newRow("100 characters") << u'/' + QString(99, u'x') << 1;
+    QTest::newRow("101 characters") << u'/' + QString(100, u'x') << 2;
+    QTest::newRow("folders") << u'/' + folder.repeated(22) << 2; // the first line has eleven
+    QTest::newRow("longest") << u'/' + QString(1022, u'x') << 11;
+    QTest::newRow("beyond 16 bits") << u'/' + QStringLiteral(u"\U0001F4C8").repeated(60) << 2;
+}
+
+void TestPathLabel::longestName_tooltipHasLines()
+{
+    QFETCH(QString, name);
+    QFETCH(int, lines);
+    const QString tip = Show(name).toolTip();
+    QCOMPARE(QString(tip).remove(u'\n'), name);
+    QCOMPARE(tip.count(u'\n') + 1, lines);
+    for (const QString& line : tip.split(u'\n')) {
+        QVERIFY(line.size() <= 100);
+        QCOMPARE(QString::fromUtf8(line.toUtf8()), line); // no character is torn
+    }
+}
+
 void TestPathLabel::nameThatFits_hasNoTooltip()
 {
     QCOMPARE(Show(kShort).toolTip(), QString());
@@ -186,7 +213,7 @@ void TestPathLabel::nameWithMarkup_isPlainInItsTooltip()
     QVERIFY(Qt::mightBeRichText(tip));
     QTextDocument document;
     document.setHtml(tip);
-    QCOMPARE(document.toPlainText(), name);
+    QCOMPARE(document.toPlainText().remove(u'\n'), name);
 }
 
 void TestPathLabel::longName_clicked_isCopiedWhole()
