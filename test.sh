@@ -6,9 +6,9 @@
 #
 #   ./test.sh            g++, warnings are errors: all tests, at the end those in an X server of their own
 #   ./test.sh asan       clang++ with the address and undefined-behaviour sanitizers: the same tests
-#   ./test.sh lint [changed]
+#   ./test.sh lint [changed|quick]
 #                        what formatters, validators and analyzers say about the sources; clang-tidy looks at all of
-#                        them, or at those that have changed since the last release
+#                        them, at those that have changed since the last release, or at none
 #   ./test.sh release    a release with warnings as errors and the benchmarks, installed into a folder and tried
 #   ./test.sh all        these four
 #   ./test.sh fuzz SECONDS [TARGET...]
@@ -22,14 +22,15 @@ root=$(cd -- "$(dirname -- "${BASH_SOURCE[0]}")" && pwd)
 source "$root/packaging/packages.sh"
 cd -- "$root"
 
-# build_and_test PRESET TEST_PRESET PACKAGE...
+# build_and_test PRESET TEST_PRESET PACKAGE...     with the options of ctest in "selection".
+selection=()
 build_and_test() {
   local preset=$1 tests=$2
   install_packages "${build_packages[@]}" "${test_packages[@]}" "${@:3}"
   echo "Building in build/$preset ..."
   quietly cmake --preset "$preset"
   quietly cmake --build --preset "$preset"
-  ctest --preset "$tests"
+  ctest --preset "$tests" "${selection[@]}"
 }
 
 # Apart from build/release, which is the user's.
@@ -57,6 +58,7 @@ case ${1-} in
 asan) build_and_test asan asan "${sanitizer_packages[@]}" ;;
 lint)
   export PLOTVW_LINT=${2:-all}
+  [[ $PLOTVW_LINT != quick ]] || selection=(--label-exclude tidy)
   build_and_test dev lint "${lint_packages[@]}"
   ;;
 release) build_and_install ;;
@@ -68,7 +70,7 @@ all)
   "$0" release
   ;;
 *)
-  echo 'usage: ./test.sh [asan|lint [changed]|release|all|fuzz SECONDS [TARGET...]]' >&2
+  echo 'usage: ./test.sh [asan|lint [changed|quick]|release|all|fuzz SECONDS [TARGET...]]' >&2
   exit 2
   ;;
 esac
