@@ -132,21 +132,26 @@ public:
         });
     }
 
+    /// From now on the next expected dialog may open while the handler of the last one still runs.
+    void AnswerNested() { isNested = true; }
+
     /// Dialogs that were expected and have not come.
     [[nodiscard]] int Pending() const { return static_cast<int>(expected.size()); }
     /// Titles and texts of the dialogs that nobody expected.
     [[nodiscard]] QStringList Strangers() const { return strangers; }
 
 private:
-    // Answers from an event of its own, so that another dialog can open meanwhile.
     void Look()
     {
         const QPointer<QDialog> dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
         if (dialog.isNull() || !dialog->isVisible() || inHand.contains(dialog))
             return;
         inHand.append(dialog);
-        QMetaObject::invokeMethod(
-            &timer, [this, dialog] { Deal(dialog); }, Qt::QueuedConnection);
+        if (isNested)
+            QMetaObject::invokeMethod(
+                &timer, [this, dialog] { Deal(dialog); }, Qt::QueuedConnection);
+        else
+            Deal(dialog);
     }
 
     void Deal(const QPointer<QDialog>& dialog)
@@ -176,6 +181,7 @@ private:
     QTimer timer;
     std::deque<std::function<bool(QDialog&)>> expected;
     QList<QPointer<QDialog>> inHand;
+    bool isNested = false;
     QStringList strangers;
 };
 

@@ -99,7 +99,8 @@ private:
     std::optional<Window> window;
     std::string graph;
     QString other;
-    QString bad; // no graph
+    QString bad;    // no graph
+    QString before; // the working directory
     qsizetype answers = 0;
 };
 
@@ -113,9 +114,13 @@ void TestBoxes::init()
 {
     directories = std::make_unique<fixture::Directories>();
     dialogs = std::make_unique<fixture::Dialogs>();
+    dialogs->AnswerNested();
     graph = directories->Write("work/graph.plf", Graph());
     other = Text(directories->Write("work/other.plf", Graph(kPenWidth)));
     bad = Text(directories->Write("work/bad.plf", "no graph"));
+    // Commands name files in it: the full path may hold an option.
+    before = QDir::currentPath();
+    QVERIFY(QDir::setCurrent(Path("work")));
     host.emplace(*directories);
     window.emplace();
     answers = 1;
@@ -126,6 +131,7 @@ void TestBoxes::cleanup()
 {
     window.reset();
     host.reset();
+    QVERIFY(QDir::setCurrent(before));
     QCOMPARE(giCmdArg, 0);
     QCOMPARE(dialogs->Strangers(), QStringList());
     QCOMPARE(dialogs->Pending(), 0);
@@ -292,7 +298,7 @@ void TestBoxes::jobsBox_whileTheSameJobIsAskedFor_leavesItToTheNextFile()
     QVERIFY(CopyText(gszCvtFilenameBase, "/nowhere/first"));
     const QString jpeg = Path("work/second.jpg");
     ExpectBox(QStringLiteral("Export failed"), [&] {
-        host->Send(QStringLiteral("-c=1 -cf=") + jpeg.chopped(4));
+        host->Send(QStringLiteral("-c=1 -cf=second"));
         QTRY_COMPARE(gszPlffileOrig[0], '\0');
     });
     (*window)->view->PostCmdargDone(0);
@@ -309,7 +315,7 @@ void TestBoxes::jobsBox_whileAnotherJobIsAskedFor_leavesItToTheNextFile()
     QVERIFY(CopyText(gszCvtFilenameBase, "/nowhere/first"));
     const QString eps = Path("work/second.eps");
     ExpectBox(QStringLiteral("Export failed"), [&] {
-        host->Send(QStringLiteral("-c=2 -cf=") + eps.chopped(4));
+        host->Send(QStringLiteral("-c=2 -cf=second"));
         QTRY_COMPARE(gszPlffileOrig[0], '\0');
     });
     (*window)->view->PostCmdargDone(0);
@@ -343,8 +349,7 @@ void TestBoxes::job_requestedAgainDuringIt_waitsForTheNextFile()
     Open(graph);
     giCmdArg = kJobJpeg;
     const QString jpeg = Path("work/second.jpg");
-    const OnPaint sending((*window)->view,
-                          [&] { host->Send(QStringLiteral("-c=1 -cf=") + jpeg.chopped(4)); });
+    const OnPaint sending((*window)->view, [&] { host->Send(QStringLiteral("-c=1 -cf=second")); });
     (*window)->view->PostCmdargDone(0);
     QTRY_COMPARE(gszPlffileOrig[0], '\0');
     QCOMPARE(giCmdArg, int{kJobJpeg});
@@ -358,7 +363,7 @@ void TestBoxes::startUpJob_whenACommandWithoutAFileComesFirst_waitsForTheNextFil
 {
     Open(graph);
     giCmdArg = kJobEps;
-    host->Send(QStringLiteral("-c=1 -cf=") + Path("work/second"));
+    host->Send(QStringLiteral("-c=1 -cf=second"));
     (*window)->view->PostCmdargDone(0);
     QTRY_COMPARE(gszPlffileOrig[0], '\0');
     QCOMPARE(giCmdArg, int{kJobJpeg}); // replaces the other job
@@ -372,7 +377,7 @@ void TestBoxes::startUpJob_whenAGraphComesFirst_isDoneWithThatGraph()
 {
     const QString eps = Path("work/first.eps");
     Open(graph);
-    Send(QStringLiteral("other.plf -c=2 -cf=") + eps.chopped(4));
+    Send(QStringLiteral("other.plf -c=2 -cf=first"));
     const QByteArray ofOther = ReadFile(eps);
     (*window)->load(Text(graph));
     Settle();
