@@ -347,6 +347,14 @@ inline void TypeName(QFileDialog& dialog, const QString& name)
     QTest::keyClick(edit, Qt::Key_Enter);
 }
 
+/// Agrees to the question whether a file may be replaced, if one stands there.
+inline void AgreeToReplace()
+{
+    auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+    if (box != nullptr && box->button(QMessageBox::Yes) != nullptr)
+        box->button(QMessageBox::Yes)->click();
+}
+
 /// What a view that is not zoomed shows.
 constexpr QRect kWholeArea(0, 0, 4096, 3120);
 

@@ -189,21 +189,13 @@ private:
     QTimer timer;
 };
 
-// Agrees to the question whether a file may be replaced, if one stands there.
-void AgreeToReplace()
-{
-    auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-    if (box != nullptr && box->button(QMessageBox::Yes) != nullptr)
-        box->button(QMessageBox::Yes)->click();
-}
-
 // Puts a name into the file dialog and confirms it.
 void TypeName(QFileDialog& dialog, const std::string& name)
 {
     auto* edit = dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
     QVERIFY(edit != nullptr);
     edit->setText(Text(name)); // typed, it would open a list of completions on top
-    QTimer::singleShot(0, &dialog, AgreeToReplace);
+    QTimer::singleShot(0, &dialog, fixture::AgreeToReplace);
     QTest::keyClick(edit, Qt::Key_Enter);
 }
 

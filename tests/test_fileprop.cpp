@@ -532,6 +532,7 @@ void TestFileProp::menu_properties_showsTheDialog()
     Window window;
     window.AddViewOf(path);
     QVERIFY(window.Show());
+    Settle(); // the first paint of the view is an empty one
     const Properties shown = ShowProperties(window);
     QCOMPARE(shown.name, QStringLiteral("testdlg"));
     QCOMPARE(shown.kind, QStringLiteral("FileProp"));

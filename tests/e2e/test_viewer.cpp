@@ -222,7 +222,7 @@ void TestViewer::start_withoutAFile_asksForOne()
     QVERIFY(viewer->AwaitWindow(QStringLiteral("Open File")));
     QVERIFY(viewer->AwaitWindowCount(1));
     PressKeys(QStringLiteral("Escape"));
-    QVERIFY(viewer->AwaitWindow(QStringLiteral("plotvw")));
+    QVERIFY(viewer->AwaitWindow(kTitle));
     QCOMPARE(viewer->Content().size(), QSize(640, 487));
     // The window without a document opens one all the same.
     PressKeys(QStringLiteral("ctrl+f"));
