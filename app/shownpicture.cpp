@@ -6,13 +6,17 @@
 #include <QPaintEngine>
 #include <QPainter>
 #include <QWidget>
+#include <QWindow>
 
 #include <cmath>
 
+// Before the window system shows the window, its backing store has no device yet, and Qt crashes on
+// asking for it where pixels are scaled.
 bool ShownPicture::IsScreen(const QPainter& painter) const
 {
+    const QWindow* window = widget->window()->windowHandle();
     QBackingStore* store = widget->backingStore();
-    return store != nullptr && painter.isActive() &&
+    return store != nullptr && window != nullptr && window->isExposed() && painter.isActive() &&
            painter.paintEngine()->paintDevice() == store->paintDevice();
 }
 
