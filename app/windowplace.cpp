@@ -3,6 +3,7 @@
 #include "app/windowplace.h"
 
 #include <QPoint>
+#include <QRegion>
 #include <QSize>
 
 #include <algorithm>
@@ -50,6 +51,15 @@ bool IsReachable(const QRect& window, const QList<QRect>& screens)
     });
 }
 
+// Also when it is larger than each of them.
+bool IsWhollySeen(const QRect& window, const QList<QRect>& screens)
+{
+    QRegion rest(window);
+    for (const QRect& screen : screens)
+        rest -= screen;
+    return rest.isEmpty();
+}
+
 // How far a point is from the nearest one of a rectangle, one way and the other added up.
 int Distance(const QPoint& point, const QRect& area)
 {
@@ -87,7 +97,7 @@ QRect UsableWindow(const Rect& wanted, bool isStored, const QList<QRect>& screen
         return window;
     const QRect screen = NearestScreen(window, screens);
     const QSize fitting = window.size().boundedTo(screen.size());
-    const bool isTooLarge = isStored && fitting != window.size();
+    const bool isTooLarge = isStored && fitting != window.size() && !IsWhollySeen(window, screens);
     if (isTooLarge)
         window.setSize(fitting);
     if (isTooLarge || !IsReachable(window, screens))

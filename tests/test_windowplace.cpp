@@ -50,6 +50,7 @@ private slots:
     void size_hasLimits();
     void storedSize_fitsOnItsScreen_data();
     void storedSize_fitsOnItsScreen();
+    void storedSize_onSeveralScreens_staysAsGiven();
     void size_onTheCommandLine_mayExceedTheScreen();
     void absurdRectangle_becomesUsable_data();
     void absurdRectangle_becomesUsable();
@@ -165,6 +166,16 @@ void TestWindowPlace::storedSize_fitsOnItsScreen()
     QFETCH(QRect, wanted);
     QFETCH(QRect, window);
     QCOMPARE(UsableWindow(Wanted(wanted), true, kTwoScreens), window);
+}
+
+// Seen whole, it was made that large on purpose.
+void TestWindowPlace::storedSize_onSeveralScreens_staysAsGiven()
+{
+    const QRect window(100, 300, 3100, 724);
+    QCOMPARE(UsableWindow(Wanted(window), true, kTwoScreens), window);
+    // A row of pixels of the first part is below its screen.
+    QCOMPARE(UsableWindow(Wanted(window.adjusted(0, 0, 0, 1)), true, kTwoScreens).width(),
+             kTwoScreens[0].width());
 }
 
 void TestWindowPlace::size_onTheCommandLine_mayExceedTheScreen()
