@@ -7,8 +7,11 @@
 #include <QSocketNotifier>
 #include <QWidget>
 
+#include <atomic>
 #include <cerrno>
 #include <csignal>
+#include <cstdint>
+#include <ctime>
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -17,7 +20,13 @@ namespace {
 
 constexpr int kSignals[] = {SIGTERM, SIGINT, SIGHUP};
 
-volatile sig_atomic_t hasCome = 0;
+// Signals that come together are one request: "timeout" sends its own twice, a session that ends
+// sends TERM and HUP, and a terminal that closes may send HUP along with its shell. Milliseconds.
+constexpr int64_t kTogether = 500;
+
+// When the first one came, milliseconds; 0 = none has. Any thread may get a signal.
+std::atomic<int64_t> firstCame = 0;
+static_assert(std::atomic<int64_t>::is_always_lock_free);
 // A signal handler may do very little: it writes to this pipe, which the event loop reads.
 int pipeEnds[2] = {-1, -1};
 
@@ -38,12 +47,24 @@ void RestoreDefaults()
     }
 }
 
-extern "C" void OnEndSignal(int /*signalNumber*/)
+int64_t Now()
+{
+    timespec now = {};
+    clock_gettime(CLOCK_MONOTONIC, &now);
+    return int64_t{now.tv_sec} * 1000 + now.tv_nsec / 1'000'000;
+}
+
+extern "C" void OnEndSignal(int signalNumber)
 {
     const int errorBefore = errno;
-    hasCome = 1;
-    RestoreDefaults();
-    [[maybe_unused]] const ssize_t written = write(pipeEnds[1], "", 1);
+    const int64_t now = Now();
+    int64_t first = 0;
+    if (firstCame.compare_exchange_strong(first, now)) {
+        [[maybe_unused]] const ssize_t written = write(pipeEnds[1], "", 1);
+    } else if (now - first >= kTogether) {
+        RestoreDefaults();
+        raise(signalNumber);
+    }
     errno = errorBefore;
 }
 
@@ -91,7 +112,7 @@ EndSignals::~EndSignals()
 
 bool EndSignals::HaveCome()
 {
-    return hasCome != 0;
+    return firstCame != 0;
 }
 
 // Queued: a dialog that is being shown has not started its event loop yet.

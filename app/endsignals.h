@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 //
-// Handles SIGTERM, SIGINT and SIGHUP: the first one ends the program as File, Quit does, a second
-// one kills it.
+// Handles SIGTERM, SIGINT and SIGHUP: the first one ends the program as File, Quit does. When that
+// takes long, a later one kills it.
 #pragma once
 
 #include <QObject>

@@ -18,6 +18,8 @@
 
 namespace {
 
+constexpr int kWidestLine = 800; // takes long to draw
+
 QString TitleOf(const QString& name)
 {
     return QStringLiteral("KORVEL Viewer - ") + name;
@@ -55,7 +57,8 @@ private slots:
     void signal_atTheStart_endsTheViewer();
     void signal_duringAHostsBox_endsTheViewer();
     void signal_whileTheFilesOfTheStartAreRead_endsTheViewer();
-    void secondSignal_endsTheViewerAtOnce();
+    void signalsThatComeTogether_areOne();
+    void laterSignal_endsTheViewerAtOnce();
     void ignoredSignal_staysIgnored();
     void killedViewer_leavesWhatThereIs();
     void xServerThatGoes_leavesNothingOfTheHosts();
@@ -218,15 +221,33 @@ void TestSignals::signal_duringAHostsBox_endsTheViewer()
     CheckOrderlyEnd();
 }
 
-// While the viewer is busy and cannot do anything about the first one.
-void TestSignals::secondSignal_endsTheViewerAtOnce()
+// As at the end of a session. The viewer is busy and has not begun to close.
+void TestSignals::signalsThatComeTogether_areOne()
 {
-    QVERIFY(plf::WriteFile(Path(QStringLiteral("plotvw.cfg")).toStdString(), SlowConfiguration()));
+    constexpr int kMany = 100;
+    QVERIFY(plf::WriteFile(Path(QStringLiteral("plotvw.cfg")).toStdString(),
+                           SlowConfiguration() + "autosave=yes\n"));
     QVERIFY(viewer->Start({QStringLiteral("graph.plf"), QStringLiteral("-tmp")}));
-    QVERIFY(viewer->AwaitHandler(SIGINT, true));
-    viewer->Signal(SIGINT);
-    QVERIFY(viewer->AwaitHandler(SIGTERM, false));
-    viewer->Signal(SIGTERM);
+    QVERIFY(viewer->AwaitHandler(SIGHUP));
+    for (int i = 0; i < kMany; ++i)
+        viewer->Signal(i % 2 == 0 ? SIGTERM : SIGHUP);
+    CheckOrderlyEnd();
+}
+
+// While the viewer is busy and cannot do anything about the first one.
+void TestSignals::laterSignal_endsTheViewerAtOnce()
+{
+    constexpr int kManyLines = 100'000;
+    std::string graph = plf::Start() + plf::Width(kWidestLine);
+    for (int i = 0; i < kManyLines; ++i)
+        graph += plf::Line(0, 0, 4095, 3119);
+    QVERIFY(plf::WriteFile(Path(QStringLiteral("graph.plf")).toStdString(), graph + plf::End()));
+    Open({});
+    QVERIFY(Await([this] {
+        if (!viewer->HasEnded())
+            viewer->Signal(SIGINT);
+        return viewer->HasEnded();
+    }));
     QVERIFY(viewer->AwaitCrash());
     QVERIFY(Exists(QStringLiteral("graph.plf")));
 }
@@ -238,7 +259,7 @@ void TestSignals::signal_whileTheFilesOfTheStartAreRead_endsTheViewer()
                            SlowConfiguration() + "autosave=yes\n"));
     QVERIFY(viewer->Start({QStringLiteral("graph.plf"), QStringLiteral("-tmp"),
                            QStringLiteral("-c=2"), QStringLiteral("-cf=out")}));
-    QVERIFY(viewer->AwaitHandler(SIGHUP, true));
+    QVERIFY(viewer->AwaitHandler(SIGHUP));
     viewer->Signal(SIGTERM);
     CheckOrderlyEnd();
     QVERIFY(!Exists(QStringLiteral("out.eps")));

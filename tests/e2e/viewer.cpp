@@ -114,16 +114,20 @@ bool Viewer::AwaitStillPicture() const
     });
 }
 
+bool Viewer::HasEnded() const
+{
+    return process.state() == QProcess::NotRunning;
+}
+
 int Viewer::AwaitEnd()
 {
-    const bool ended = Await([this] { return process.state() == QProcess::NotRunning; });
+    const bool ended = Await([this] { return HasEnded(); });
     return ended && process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
 }
 
 bool Viewer::AwaitCrash()
 {
-    return Await([this] { return process.state() == QProcess::NotRunning; }) &&
-           process.exitStatus() == QProcess::CrashExit;
+    return Await([this] { return HasEnded(); }) && process.exitStatus() == QProcess::CrashExit;
 }
 
 void Viewer::Signal(int number) const
@@ -132,15 +136,15 @@ void Viewer::Signal(int number) const
 }
 
 // SigCgt is a hexadecimal bit mask of the caught signals; the lowest bit is signal 1.
-bool Viewer::AwaitHandler(int number, bool handled) const
+bool Viewer::AwaitHandler(int number) const
 {
-    return Await([this, number, handled] {
+    return Await([this, number] {
         QFile status(QStringLiteral("/proc/%1/status").arg(process.processId()));
         if (!status.open(QIODevice::ReadOnly))
             return false;
         const QByteArray text = status.readAll();
         const QByteArray caught = text.mid(text.indexOf("SigCgt:") + 7).left(17).trimmed();
-        return ((caught.toULongLong(nullptr, 16) >> (number - 1) & 1) != 0) == handled;
+        return (caught.toULongLong(nullptr, 16) >> (number - 1) & 1) != 0;
     });
 }
 

@@ -42,14 +42,15 @@ public:
     [[nodiscard]] bool AwaitText(const QString& text) const;
     /// Waits until the program has been idle and the window's picture the same for a while.
     [[nodiscard]] bool AwaitStillPicture() const;
+    [[nodiscard]] bool HasEnded() const;
     /// Waits for the program's end. Returns its exit code, or -1 when it did not end or crashed.
     [[nodiscard]] int AwaitEnd();
 
     /// Waits until a signal has killed the program. Returns whether one has.
     [[nodiscard]] bool AwaitCrash();
     void Signal(int number) const;
-    /// Waits until the program handles a signal, or no longer does.
-    [[nodiscard]] bool AwaitHandler(int number, bool handled) const;
+    /// Waits until the program handles a signal.
+    [[nodiscard]] bool AwaitHandler(int number) const;
 
     /// Opens a menu and chooses one of its items with the mouse. Texts are as in the menu, with
     /// '&'.
