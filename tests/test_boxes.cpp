@@ -392,14 +392,14 @@ void TestBoxes::startUpJob_whenAGraphComesFirst_isDoneWithThatGraph()
 void TestBoxes::closing_dropsPendingJobs()
 {
     const QString jpeg = Path("work/graph.jpg");
-    const QByteArray before("a picture of before");
-    QVERIFY(plf::WriteFile(jpeg.toStdString(), before.toStdString()));
+    const QByteArray older("a picture of before");
+    QVERIFY(plf::WriteFile(jpeg.toStdString(), older.toStdString()));
     Open(graph);
     giCmdArg = kJobJpeg;
     QMetaObject::invokeMethod(window->Get(), "close", Qt::QueuedConnection);
     (*window)->view->PostCmdargDone(0);
     QVERIFY(!(*window)->isVisible());
-    QCOMPARE(ReadFile(jpeg), before);
+    QCOMPARE(ReadFile(jpeg), older);
 }
 
 QTEST_MAIN(TestBoxes)
