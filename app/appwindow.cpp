@@ -147,7 +147,7 @@ void AppWindow::loadFile(const QByteArray& path, const QString& name)
                    QString(file).replace(QStringLiteral("[*]"), QStringLiteral("[*][*]")));
     if (view != nullptr)
         view->update();
-    status->Show(tr("Loaded document ") + name, kSuccessTime);
+    status->ShowBeforePass(tr("Loaded document ") + name, kSuccessTime);
 }
 
 // Writes the full path of a document into gszPlffileOrig; relative names stand in the directory at

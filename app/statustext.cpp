@@ -16,8 +16,14 @@ void StatusText::Show(const QString& newText, int milliseconds)
     text = newText;
     time = milliseconds;
     isUnseen = !window->isVisible();
-    isFresh = true;
+    isFresh = isUnseen;
     Restart();
+}
+
+void StatusText::ShowBeforePass(const QString& newText, int milliseconds)
+{
+    Show(newText, milliseconds);
+    isFresh = true;
 }
 
 void StatusText::Restart()

@@ -28,8 +28,11 @@ public:
     /// @param milliseconds  how long; 0 = until the next text
     void Show(const QString& newText, int milliseconds = 0);
 
-    /// To be called at the end of each pass that paints the view. The screen shows nothing new
-    /// during a pass: the time of a text that came before it starts again.
+    /// The same for a text whose view is about to be painted anew. The screen shows nothing new
+    /// during the pass: when it ends, the text's time starts again.
+    void ShowBeforePass(const QString& newText, int milliseconds);
+
+    /// To be called at the end of each pass that paints the view.
     void PassEnded();
 
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -41,5 +44,5 @@ private:
     QString text;
     int time = 0;          // milliseconds; 0 = no end
     bool isUnseen = false; // the window was not visible when the text came
-    bool isFresh = false;  // no pass has ended since the text came
+    bool isFresh = false;  // the pass that comes with the text has not ended
 };

@@ -5,6 +5,7 @@
 // around the rubber band. Graphs with wide lines take long to draw, so that a pass too many is a
 // program that seems dead.
 #include "app/drawview.h"
+#include "app/statustext.h"
 #include "meta/palette.h"
 #include "meta/passwatch.h"
 #include "support/log.h"
@@ -145,6 +146,21 @@ protected:
     }
 };
 
+constexpr int kUsedUp = 1500; // milliseconds, of 2000
+
+// Waits until that is left of a status text's time. No event is handled, as in a pass. Returns the
+// text's timer, or null when there is none.
+const QTimer* UseUpStatusTime(const View& view)
+{
+    const auto* timer = view.window->statusBar()->findChild<QTimer*>();
+    if (timer == nullptr || !timer->isActive())
+        return nullptr;
+    const QDeadlineTimer patience(10000);
+    while (timer->remainingTime() > kUsedUp && !patience.hasExpired())
+        QThread::yieldCurrentThread();
+    return timer;
+}
+
 } // namespace
 
 Q_DECLARE_METATYPE(Qt::MouseButton)
@@ -174,6 +190,7 @@ private slots:
     void firstPaint_isOfAnEmptyView();
     void waitCursor_comesInALongPassAndGoes();
     void statusText_beforeAPass_hasItsTimeAfterIt();
+    void statusText_withoutAPass_isNotProlongedByOne();
 
 private:
     std::string Wide() { return directories->Write("wide.plf", WideFile()); }
@@ -422,16 +439,27 @@ void TestBand::waitCursor_comesInALongPassAndGoes()
 // Until the pass has ended, the screen shows nothing new.
 void TestBand::statusText_beforeAPass_hasItsTimeAfterIt()
 {
-    constexpr int kUsedUp = 1500; // of 2000 ms
     const View view(Wide());
-    auto* timer = view.window->statusBar()->findChild<QTimer*>();
     view.window->load(QString::fromStdString(Wide()));
-    QVERIFY(timer != nullptr && timer->isActive());
-    const QDeadlineTimer patience(10000);
-    while (timer->remainingTime() > kUsedUp && !patience.hasExpired())
-        QThread::yieldCurrentThread(); // as in a pass, no event is handled
+    const QTimer* timer = UseUpStatusTime(view);
+    QVERIFY(timer != nullptr);
     Settle();
     QVERIFY(timer->remainingTime() > kUsedUp);
+}
+
+// It has been seen all the while.
+void TestBand::statusText_withoutAPass_isNotProlongedByOne()
+{
+    const View view(Wide());
+    view.window->statusText()->Show(QStringLiteral("a text"), kSuccessTime);
+    Settle();
+    const QTimer* timer = UseUpStatusTime(view);
+    QVERIFY(timer != nullptr);
+    passes->Take();
+    view->updateIt();
+    Settle();
+    QCOMPARE(passes->Take(), 1);
+    QVERIFY(timer->remainingTime() <= kUsedUp);
 }
 
 QTEST_MAIN(TestBand)

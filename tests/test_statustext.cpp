@@ -109,7 +109,7 @@ void TestStatusText::timedText_afterALongPass_isSeenForItsTime()
 {
     Window window;
     QVERIFY(window.Show());
-    window->statusText()->Show(kSuccess, kTime);
+    window->statusText()->ShowBeforePass(kSuccess, kTime);
     RunLongPass();
     window->statusText()->PassEnded();
     QCoreApplication::processEvents();
@@ -122,7 +122,7 @@ void TestStatusText::timedText_isRestartedOnce()
 {
     Window window;
     QVERIFY(window.Show());
-    window->statusText()->Show(kSuccess, kTime);
+    window->statusText()->ShowBeforePass(kSuccess, kTime);
     window->statusText()->PassEnded();
     RunLongPass();
     window->statusText()->PassEnded();
@@ -158,7 +158,7 @@ void TestStatusText::lastText_ofALongPass_isKept()
 {
     Window window;
     QVERIFY(window.Show());
-    window->statusText()->Show(kSuccess, kTime);
+    window->statusText()->ShowBeforePass(kSuccess, kTime);
     window->statusText()->Show(kFailure);
     RunLongPass();
     window->statusText()->PassEnded();
