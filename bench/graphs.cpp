@@ -5,7 +5,6 @@
 #include "meta/plfbuffer.h"
 
 #include <QFile>
-#include <QTemporaryFile>
 
 #include <cstdio>
 #include <cstdlib>
@@ -25,11 +24,9 @@ void Load(std::string path)
 
 void LoadBytes(const std::string& graph)
 {
-    QTemporaryFile file;
-    const auto size = static_cast<qint64>(graph.size());
-    if (!file.open() || file.write(graph.data(), size) != size || !file.flush())
-        Fail(file.fileName().toStdString(), "cannot be written.");
-    Load(QFile::encodeName(file.fileName()).toStdString());
+    char message[kLoadMessageSize];
+    if (LoadPlfBytes(graph, message) != 0)
+        Fail("graph", message);
 }
 
 std::string ReadBytes(const std::string& path)

@@ -15,7 +15,7 @@ class QPainter;
 
 /// Loads a graph from a file.
 void Load(std::string path);
-/// Loads a graph from memory, by way of a temporary file.
+/// Loads a graph from memory.
 void LoadBytes(const std::string& graph);
 /// The bytes of a file.
 std::string ReadBytes(const std::string& path);

@@ -139,10 +139,8 @@ void ResetGlobals()
 
 bool LoadGraph(const uint8_t* data, size_t size)
 {
-    static MemoryFile file;
-    file.Replace(data, size);
     char message[kLoadMessageSize] = "";
-    const bool loaded = LoadPlfFile(file.Path(), message) == 0;
+    const bool loaded = LoadPlfBytes({reinterpret_cast<const char*>(data), size}, message) == 0;
     Require(loaded == (gpPlfmembuf != nullptr), "a refused file leaves no graph");
     Require(loaded || message[0] != 0, "a refusal is explained");
     return loaded;

@@ -8,7 +8,6 @@
 #include "tests/recorder.h"
 
 #include <QPainter>
-#include <QTemporaryFile>
 #include <QTest>
 
 QByteArray PlfHeader()
@@ -18,13 +17,9 @@ QByteArray PlfHeader()
 
 void LoadBytes(const QByteArray& file)
 {
-    QTemporaryFile temporary;
-    QVERIFY(temporary.open());
-    QCOMPARE(temporary.write(file), file.size());
-    temporary.close();
     char message[kLoadMessageSize] = "";
-    QByteArray path = temporary.fileName().toLocal8Bit();
-    QVERIFY2(LoadPlfFile(path.data(), message) == 0, message);
+    QVERIFY2(LoadPlfBytes({file.constData(), static_cast<size_t>(file.size())}, message) == 0,
+             message);
 }
 
 QStringList Record(const Pass& pass)

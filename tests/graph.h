@@ -19,7 +19,7 @@ struct Pass {
 /// The header that every file begins with.
 QByteArray PlfHeader();
 
-/// Makes the bytes the loaded file, through a temporary file. Fails the test when that fails.
+/// Makes the bytes the loaded graph. Fails the test when that fails.
 void LoadBytes(const QByteArray& file);
 
 /// Draws the loaded file onto a recording device.

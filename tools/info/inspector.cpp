@@ -19,7 +19,7 @@ Background FileBackground()
     gbBkClrWhite = false; // as the file wants it
     Background background;
     background.index = GetPlfBackGroundColor(gpPlfmembuf);
-    if (const char* named = FindPlfBackGround(gpPlfmembuf))
+    if (const char* named = FindPlfBackGround(LoadedPlf()))
         background.offset = static_cast<size_t>(named - gpPlfmembuf);
     return background;
 }

@@ -1,0 +1,162 @@
+// SPDX-License-Identifier: MIT
+// SPDX-FileCopyrightText: 2026 plotvw contributors
+#include "meta/plfgraph.h"
+
+#include "meta/palette.h"
+#include "support/files.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <iterator>
+#include <utility>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+// As a command this is the color map entry 0 with hue, lightness and saturation 0, followed by
+// the start of entry 1.
+const char gszPlfhdr[kPlfHeaderSize] = {'\x1b', 'T',    'G', '1', '4', '0', '0', '0',
+                                        '0',    '\x1b', 'T', 'G', '1', '4', '1', '0'};
+
+const int gBkClrEsc[] = {' ', '4', '3', '5', '2', '6', '8', '?',
+                         '>', ';', '9', ':', '=', '<', '7', '1'};
+static_assert(std::size(gBkClrEsc) == kPaletteSize);
+
+const char kCannotOpenGraph[] = "Error opening file.";
+const char kNotAGraph[] = "File is not a recognized PLF graphic format.";
+const char kNoBytes[] = "is empty";
+
+namespace {
+
+// A pipe or a device has no size and could keep its reader waiting for ever.
+bool IsRegularFile(FILE* file)
+{
+    struct stat info = {};
+    return fstat(fileno(file), &info) == 0 && S_ISREG(info.st_mode);
+}
+
+bool MeasureFile(FILE* file, unsigned long* size)
+{
+    if (fseek(file, 0, SEEK_END) != 0)
+        return false;
+    const long end = ftell(file);
+    if (end < 0 || fseek(file, 0, SEEK_SET) != 0)
+        return false;
+    *size = static_cast<unsigned long>(end);
+    return true;
+}
+
+} // namespace
+
+PlfGraph PlfGraph::Allocate(size_t size)
+{
+    PlfGraph graph;
+    graph.size = size;
+    if (graph.Grow(size))
+        graph.ClearTail();
+    return graph;
+}
+
+// To so many bytes and the tail.
+bool PlfGraph::Grow(size_t capacity)
+{
+    void* grown = realloc(block.get(), capacity + kPlfTailSize);
+    if (grown == nullptr)
+        return false;
+    static_cast<void>(block.release()); // realloc freed or kept it
+    block.reset(static_cast<char*>(grown));
+    return true;
+}
+
+// Whole, the byte directly behind the data included, so that nothing left in memory is ever decoded
+// as data.
+void PlfGraph::ClearTail()
+{
+    memset(block.get() + size, 0, kPlfTailSize);
+}
+
+// A graph shorter than the header meets the tail here, which differs.
+PlfGraph PlfGraph::Checked(PlfGraph graph, const char** problem)
+{
+    if (memcmp(graph.block.get(), gszPlfhdr, kPlfHeaderSize) == 0)
+        return graph;
+    *problem = kNotAGraph;
+    return {};
+}
+
+PlfGraph PlfGraph::FromBytes(std::string_view bytes, const char** problem)
+{
+    PlfGraph graph = Allocate(bytes.size());
+    if (!graph.IsLoaded() || bytes.empty()) {
+        *problem = kCannotOpenGraph;
+        return {};
+    }
+    memcpy(graph.block.get(), bytes.data(), bytes.size());
+    return Checked(std::move(graph), problem);
+}
+
+PlfGraph PlfGraph::FromFile(const char* path, const char** problem, unsigned long* measured)
+{
+    unsigned long ignored = 0;
+    unsigned long* size = measured == nullptr ? &ignored : measured;
+    const FilePtr file(OpenForReading(path));
+    if (file != nullptr && IsRegularFile(file.get()) && MeasureFile(file.get(), size)) {
+        PlfGraph graph = Allocate(*size);
+        // An empty file fails here: nothing is read.
+        if (graph.IsLoaded() && fread(graph.block.get(), *size, 1, file.get()) == 1)
+            return Checked(std::move(graph), problem);
+    }
+    *problem = kCannotOpenGraph;
+    return {};
+}
+
+bool PlfGraph::ReadAll(int descriptor)
+{
+    size_t capacity = size_t{64} * 1024;
+    ssize_t count = 1;
+    while (count > 0 && Grow(capacity)) {
+        while (size < capacity &&
+               (count = read(descriptor, block.get() + size, capacity - size)) > 0)
+            size += static_cast<size_t>(count);
+        capacity *= 2;
+    }
+    return count == 0;
+}
+
+PlfGraph PlfGraph::FromStream(int descriptor, const char** problem)
+{
+    PlfGraph graph;
+    if (!graph.ReadAll(descriptor)) {
+        *problem = strerror(errno);
+        return {};
+    }
+    if (graph.size == 0) {
+        *problem = kNoBytes;
+        return {};
+    }
+    graph.ClearTail();
+    return Checked(std::move(graph), problem);
+}
+
+const char* FindPlfBackGround(const PlfBytes& graph)
+{
+    if (graph.data == nullptr || graph.size < kBackgroundScanStart)
+        return nullptr;
+    // Only the second match counts.
+    const char* match = strstr(graph.data + kBackgroundScanStart, "RA1");
+    if (match != nullptr)
+        match = strstr(match + 3, "RA1");
+    return match == nullptr ? nullptr : match + 3;
+}
+
+int NamedBackground(const PlfBytes& graph)
+{
+    const char* named = FindPlfBackGround(graph);
+    if (named == nullptr)
+        return kWhite;
+    const auto* found = std::find(std::begin(gBkClrEsc), std::end(gBkClrEsc), *named);
+    return found == std::end(gBkClrEsc) ? kNoBackground
+                                        : static_cast<int>(found - std::begin(gBkClrEsc));
+}
