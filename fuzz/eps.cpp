@@ -3,11 +3,9 @@
 //
 // Input: a graph file. It is written as EPS, the way that its last byte chooses, and compared with
 // what the plain interpreter of the tests writes.
-#include "app/globals.h"
 #include "fuzz/target.h"
-#include "meta/palette.h"
-#include "meta/plfmeta.h"
-#include "support/text.h"
+#include "meta/bytesink.h"
+#include "meta/pass.h"
 #include "tests/reference/reference.h"
 
 #include <iterator>
@@ -34,38 +32,29 @@ const Way kWays[] = {
     {{true, -3.0, 3000, 2500, 100, 200}, {-0.5, 0, false, true, 15}},
 };
 
-void SetOptions(const Way& way)
+PlfPass PassOf(const PlfBytes& graph, const Way& way)
 {
-    gbBkClrWhite = way.view.whiteBackground;
-    gdEpsCvtScale = way.options.scale;
-    giEpsMinLineWidth = way.options.minLineWidth;
-    gfEpsCvt2Blk = way.options.linesToBlack ? 1 : 0;
-    gfEpsUseBkClr = way.options.fillBackground ? 1 : 0;
-    gdwBackClrEPS = way.options.backgroundIndex;
-}
-
-QByteArray Eps(const Way& way)
-{
-    static fuzz::MemoryFile output;
-    SetOptions(way);
-    fuzz::Require(CopyText(gszCvtFilename, output.Path()), "a short path fits");
-    Rect zoom = {};
-    SetRect(&zoom, static_cast<int>(way.view.zoomLeft), static_cast<int>(way.view.zoomTop),
+    PlfPass pass;
+    pass.graph = graph;
+    SetRect(&pass.zoom, static_cast<int>(way.view.zoomLeft), static_cast<int>(way.view.zoomTop),
             static_cast<int>(way.view.zoomRight), static_cast<int>(way.view.zoomBottom));
-    Rect whole = fuzz::WholeArea();
-    char name[] = "fuzz.plf";
-    CPlfMeta meta(name, nullptr, nullptr, way.view.widthScale, kConvertEps);
-    meta.DrawPlf(&zoom, &whole);
-    return output.Contents();
+    pass.whiteBackground = way.view.whiteBackground;
+    pass.widthScale = way.view.widthScale;
+    const reference::EpsOptions& options = way.options;
+    pass.eps = {options.scale, options.minLineWidth, options.linesToBlack, options.fillBackground,
+                options.backgroundIndex};
+    return pass;
 }
 
-void Compare(const std::string& graph)
+void Compare(const PlfBytes& graph)
 {
-    const Way& way = kWays[static_cast<uint8_t>(graph.back()) % std::size(kWays)];
-    const QByteArray eps = Eps(way);
-    fuzz::Require(static_cast<size_t>(eps.size()) <= kEpsHead + kEpsBytes * graph.size(),
+    const std::string bytes(graph.data, graph.size);
+    const Way& way = kWays[static_cast<uint8_t>(bytes.back()) % std::size(kWays)];
+    StringSink eps;
+    WriteEps(PassOf(graph, way), eps);
+    fuzz::Require(eps.Text().size() <= kEpsHead + kEpsBytes * bytes.size(),
                   "the EPS is as long as the graph explains");
-    fuzz::Require(eps.toStdString() == reference::DrawEps(graph, way.view, way.options),
+    fuzz::Require(eps.Text() == reference::DrawEps(bytes, way.view, way.options),
                   "the EPS is that of the plain interpreter");
 }
 
@@ -74,16 +63,16 @@ void Compare(const std::string& graph)
 extern "C" int LLVMFuzzerInitialize(int* /*argc*/, char*** /*argv*/)
 {
     fuzz::PrepareToolkit();
-    initGraphics();
     return 0;
 }
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
 {
-    if (fuzz::LoadGraph(data, size))
-        Compare(std::string(data, data + size));
-    fuzz::ResetGlobals();
-    giEpsMinLineWidth = 5;
-    gdwBackClrEPS = 0;
+    const char* problem = nullptr;
+    const PlfGraph graph =
+        PlfGraph::FromBytes({reinterpret_cast<const char*>(data), size}, &problem);
+    fuzz::Require(graph.IsLoaded() == (problem == nullptr), "a refusal is explained");
+    if (graph.IsLoaded())
+        Compare(graph.Bytes());
     return 0;
 }

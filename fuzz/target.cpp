@@ -100,12 +100,6 @@ MemoryFile::~MemoryFile()
     close(fd);
 }
 
-void MemoryFile::Replace(const uint8_t* data, size_t size) const
-{
-    Require(ftruncate(fd, 0) == 0 && pwrite(fd, data, size, 0) == static_cast<ssize_t>(size),
-            "a file in memory can be written to");
-}
-
 QByteArray MemoryFile::Contents() const
 {
     struct stat info = {};

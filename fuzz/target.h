@@ -58,7 +58,6 @@ public:
 
     /// What opens it for others; stays the same.
     [[nodiscard]] char* Path() { return path.data(); }
-    void Replace(const uint8_t* data, size_t size) const;
     [[nodiscard]] QByteArray Contents() const;
 
 private:

@@ -2,9 +2,9 @@
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 #include "meta/epswriter.h"
 
-#include "app/globals.h"
+#include "meta/bytesink.h"
 #include "meta/palette.h"
-#include "meta/plfmeta.h"
+#include "meta/plfarea.h"
 #include "support/numbers.h"
 
 #include <algorithm>
@@ -75,10 +75,10 @@ inline char* Append(char* at, const char (&word)[8])
     return at + sizeof word - 1;
 }
 
-// The colour of a palette index; any without a row is white, as on screen.
+// The color of a palette index; any without a row is white, as on screen.
 const double* EpsColor(unsigned long index)
 {
-    return EpsRgbColors[std::min<unsigned long>(index, kWhite)];
+    return kPaletteFractions[std::min<unsigned long>(index, kWhite)].data();
 }
 
 int Upward(int y)
@@ -88,16 +88,10 @@ int Upward(int y)
 
 } // namespace
 
-std::unique_ptr<EpsWriter> EpsWriter::Open(const char* path)
+EpsWriter::EpsWriter(ByteSink& output, const EpsOptions& epsOptions, int backgroundIndex)
+    : sink(output), options(epsOptions), background(backgroundIndex)
 {
-    FilePtr file(OpenForWriting(path));
-    if (file == nullptr)
-        return nullptr;
-    setvbuf(file.get(), nullptr, _IONBF, 0); // the writer has its own buffer
-    return std::unique_ptr<EpsWriter>(new EpsWriter(std::move(file)));
 }
-
-EpsWriter::EpsWriter(FilePtr output) : file(std::move(output)) {}
 
 EpsWriter::~EpsWriter()
 {
@@ -111,23 +105,23 @@ void EpsWriter::Header(const Rect& area, bool zoomed)
          "%%Title:   KORVEL-generated file\n");
     BoundingBox(area, zoomed);
     Text("/DeviceRGB setcolorspace 0 setlinecap 0 setlinejoin 30 setmiterlimit\n");
-    Integer(giEpsMinLineWidth);
+    Integer(options.minLineWidth);
     Text(" setlinewidth\n");
-    Decimal(gdEpsCvtScale);
+    Decimal(options.scale);
     Text(" ");
-    Decimal(gdEpsCvtScale);
+    Decimal(options.scale);
     Text(" scale\n");
-    Color(EpsColor(gdwBackClrEPS));
+    Color(EpsColor(options.backgroundIndex));
     Text(" setcolor\n");
-    if (gfEpsUseBkClr != 0)
+    if (options.fillsBackground)
         Background(area);
 }
 
 // In points; every value is truncated toward zero.
 void EpsWriter::BoundingBox(const Rect& area, bool zoomed)
 {
-    const auto scaled = [](int64_t value) {
-        return TruncToInt(static_cast<double>(value) * gdEpsCvtScale);
+    const auto scaled = [this](int64_t value) {
+        return TruncToInt(static_cast<double>(value) * options.scale);
     };
     const int64_t bottom = zoomed ? kPlfHeight - area.bottom : 0;
     const int64_t top = zoomed ? kPlfHeight - area.top : area.bottom;
@@ -161,14 +155,14 @@ void EpsWriter::Background(const Rect& area)
 void EpsWriter::LineWidth(int width)
 {
     Text(" stroke ");
-    Integer(std::max(giEpsMinLineWidth, width));
+    Integer(std::max(options.minLineWidth, width));
     Text(" setlinewidth ");
 }
 
 void EpsWriter::LineColor(int index)
 {
-    const bool whiteOnWhite = gdwBkClrFile == kWhite && index == kWhite;
-    const bool black = gfEpsCvt2Blk != 0 || whiteOnWhite;
+    const bool whiteOnWhite = background == kWhite && index == kWhite;
+    const bool black = options.allBlack || whiteOnWhite;
     Text("\nstroke ");
     Color(black ? kBlack : EpsColor(static_cast<unsigned long>(index)));
     Text(" setcolor\n");
@@ -204,7 +198,6 @@ void EpsWriter::Finish()
 {
     Text("\nstroke\n");
     Flush();
-    file.reset();
 }
 
 void EpsWriter::Point(int x, int y)
@@ -247,10 +240,8 @@ void EpsWriter::Decimal(double value)
                                buffer);
 }
 
-// A failed write is not reported, like every write error of this file.
 void EpsWriter::Flush()
 {
-    if (file != nullptr)
-        fwrite(buffer, 1, used, file.get());
+    sink.Write(buffer, used);
     used = 0;
 }

@@ -5,21 +5,23 @@
 // always with a decimal point; the format of every line is fixed, as hosts compare files.
 #pragma once
 
-#include "support/files.h"
+#include "meta/pass.h"
 #include "support/rect.h"
 
 #include <cstddef>
-#include <memory>
 #include <string_view>
 
-/// An open EPS file. Coordinates are drawing units, y downward; the file has them in units of the
-/// metafile, y upward. Write errors are not checked.
+class ByteSink;
+
+/// An EPS under way. Coordinates are drawing units, y downward; the output has them in units of the
+/// metafile, y upward.
 class EpsWriter
 {
 public:
-    /// Creates the file (or empties it).
-    /// @return null when it cannot be opened
-    static std::unique_ptr<EpsWriter> Open(const char* path);
+    /// @param output      outlives the writer
+    /// @param options     outlive the writer
+    /// @param background  palette index of the pass, on which white lines are black
+    EpsWriter(ByteSink& output, const EpsOptions& options, int background);
     ~EpsWriter();
     EpsWriter(const EpsWriter&) = delete;
     EpsWriter& operator=(const EpsWriter&) = delete;
@@ -28,21 +30,20 @@ public:
     /// @param area    what is drawn
     /// @param zoomed  the area is a part of the file, so that the box does not begin at 0
     void Header(const Rect& area, bool zoomed);
-    /// Ends the path and sets the line width; thinner ones than giEpsMinLineWidth become that.
+    /// Ends the path and sets the line width; thinner ones than the options' become that.
     void LineWidth(int width);
-    /// Ends the path and sets the colour of a palette index, or black when gfEpsCvt2Blk is set.
+    /// Ends the path and sets the color of a palette index, or black when all lines are.
     void LineColor(int index);
     /// Continues the path to a point.
     void LineTo(int x, int y);
     /// Starts a new path at one point and continues it to another.
     void MoveAndLineTo(int x1, int y1, int x2, int y2);
-    /// Ends a line of the file.
+    /// Ends a line of the output.
     void EndLine();
-    /// Ends the path and the file.
+    /// Ends the path and hands on what is left.
     void Finish();
 
 private:
-    explicit EpsWriter(FilePtr output);
     void BoundingBox(const Rect& area, bool zoomed);
     void Background(const Rect& area);
     void Point(int x, int y);
@@ -60,7 +61,9 @@ private:
     // Large enough that a write call costs nothing beside the formatting of what it holds.
     static constexpr size_t kBufferSize = size_t{256} * 1024;
 
-    FilePtr file;
+    ByteSink& sink;
+    const EpsOptions& options;
+    int background;
     size_t used = 0;
     char buffer[kBufferSize];
 };

@@ -35,7 +35,7 @@ struct PlfText {
 /// How an integer was read.
 enum class PlfInteger {
     kWhole,
-    kComma,     // a comma stands for this colour component and the next
+    kComma,     // a comma stands for this color component and the next
     kUnfinished // a control character or the end of the data ended it, or stood in its place
 };
 
@@ -82,4 +82,23 @@ public:
     virtual void DroppedCommand(size_t begin) = 0;
     /// The pass is over. offset is that of the byte that ended it, or the size of the file.
     virtual void End(size_t offset, PlfEnd reason) = 0;
+};
+
+/// Nobody follows: told as any other observer is, so that nobody has to ask whether there is one.
+/// Observers of a few things only inherit the rest.
+class NoObserver : public PlfObserver
+{
+public:
+    void Integer(int /*value*/, PlfInteger /*kind*/) override {}
+    void String(std::string_view /*text*/, bool /*isWhole*/) override {}
+    void Position(int /*x*/, int /*y*/, bool /*isClosed*/) override {}
+    void Command(PlfSpan /*span*/, std::string_view /*letters*/, bool /*isKnown*/) override {}
+    void Move(PlfSpan /*span*/, int /*x*/, int /*y*/) override {}
+    void Vector(PlfSpan /*span*/, const PlfVector& /*vector*/) override {}
+    void NextMoves(PlfSpan /*span*/) override {}
+    void Text(const PlfText& /*text*/) override {}
+    void BrokenAddress(size_t /*begin*/) override {}
+    void DroppedAddress(size_t /*begin*/) override {}
+    void DroppedCommand(size_t /*begin*/) override {}
+    void End(size_t /*offset*/, PlfEnd /*reason*/) override {}
 };

@@ -2,14 +2,31 @@
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 #include "meta/palette.h"
 
+#include <algorithm>
 #include <iterator>
 
-const int iIbmRgbColors[kPaletteSize][3] = {
+constexpr int iIbmRgbColors[kPaletteSize][3] = {
     {0, 0, 0},     {0, 0, 127},     {0, 127, 0},   {0, 127, 127},   {127, 0, 0}, {127, 0, 127},
     {127, 127, 0}, {127, 127, 127}, {63, 63, 63},  {0, 0, 255},     {0, 255, 0}, {0, 255, 255},
     {255, 0, 0},   {255, 0, 255},   {255, 255, 0}, {255, 255, 255},
 };
 static_assert(std::size(iIbmRgbColors) == kPaletteSize);
+
+namespace {
+
+constexpr PaletteFractions MakeFractions()
+{
+    PaletteFractions fractions = {};
+    for (size_t i = 0; i < kPaletteSize; ++i) {
+        for (size_t c = 0; c < 3; ++c)
+            fractions[i][c] = iIbmRgbColors[i][c] / 255.0;
+    }
+    return fractions;
+}
+
+} // namespace
+
+constexpr PaletteFractions kPaletteFractions = MakeFractions();
 
 double EpsRgbColors[kPaletteSize][3];
 // The palette pens are made before gdotpen and destroyed after it.
@@ -26,12 +43,11 @@ QColor PaletteColor(long index)
 
 void initGraphics()
 {
-    for (int i = 0; i < kPaletteSize; ++i) {
-        ghpenIbmClr[i].setColor(PaletteColor(i));
+    for (size_t i = 0; i < kPaletteSize; ++i) {
+        ghpenIbmClr[i].setColor(PaletteColor(static_cast<long>(i)));
         ghpenIbmClr[i].setStyle(Qt::SolidLine);
         ghpenIbmClr[i].setWidth(1);
-        for (int c = 0; c < 3; ++c)
-            EpsRgbColors[i][c] = iIbmRgbColors[i][c] / 255.0;
+        std::copy(kPaletteFractions[i].begin(), kPaletteFractions[i].end(), EpsRgbColors[i]);
     }
     gdotpen.setColor(QColor(0, 0, 0, 255));
     gdotpen.setStyle(Qt::DotLine);

@@ -1,11 +1,13 @@
 // SPDX-License-Identifier: MIT
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 //
-// The 16 fixed colours, in the forms that the screen, the paper and PostScript need.
+// The 16 fixed colors, in the forms that the screen, the paper and PostScript need.
 #pragma once
 
 #include <QColor>
 #include <QPen>
+
+#include <array>
 
 /// Number of palette rows.
 constexpr int kPaletteSize = 16;
@@ -14,7 +16,10 @@ constexpr int kWhite = 15;
 
 /// Red, green and blue of each palette index, 0..255.
 extern const int iIbmRgbColors[kPaletteSize][3];
-/// Red, green and blue of each palette index, 0..1; filled by initGraphics.
+/// The same as fractions, 0..1.
+using PaletteFractions = std::array<std::array<double, 3>, kPaletteSize>;
+extern const PaletteFractions kPaletteFractions;
+/// The same fractions again; filled by initGraphics. Drawing does not use them.
 extern double EpsRgbColors[kPaletteSize][3];
 /// One solid pen of width 1 per palette index; filled by initGraphics. Drawing does not use them.
 extern QPen ghpenIbmClr[kPaletteSize];
@@ -24,6 +29,6 @@ extern QPen gdotpen;
 /// Gives EpsRgbColors, the palette pens and gdotpen their values. Called once, by the main window.
 void initGraphics();
 
-/// The opaque colour of a palette index. Any index without a row, such as 16 (a background
-/// character that names no colour), is white.
+/// The opaque color of a palette index. Any index without a row, such as 16 (a background
+/// character that names no color), is white.
 QColor PaletteColor(long index);

@@ -1,27 +1,64 @@
 // SPDX-License-Identifier: MIT
 // SPDX-FileCopyrightText: 2026 plotvw contributors
-//
-// The interpreter's construction and one drawing pass.
 #include "meta/plfmeta.h"
 
-#include "meta/epswriter.h"
+#include "app/globals.h"
+#include "meta/decoder.h"
+#include "meta/epssink.h"
+#include "meta/paintersink.h"
 #include "meta/plfbuffer.h"
+#include "meta/plftext.h"
+#include "meta/printerdpi.h"
 #include "support/log.h"
 #include "support/text.h"
 
-#include <QtGlobal>
-
-#include <cstring>
+#include <algorithm>
+#include <cstddef>
+#include <iterator>
 
 namespace {
 
 // The level of the interpreter's own trace messages; they are written when gdwDebug is just this.
 constexpr unsigned long kTraceLevel = 2;
 
+LineColors ColorsFromSettings(bool isPrinting)
+{
+    LineColors colors;
+    colors.whiteToBlack = isPrinting && gfPrtWht2Blk != 0;
+    colors.rule = gdwLineClrFlag;
+    std::copy(std::begin(gwLineClrMap), std::end(gwLineClrMap), colors.map.begin());
+    return colors;
+}
+
+PrintedPage PageFromSettings(const QPrinter* printer)
+{
+    const Resolution dpi = PrinterResolution(printer);
+    return {dpi.x, dpi.y, giPageX, giPageY, gdPageSizeX, gdPageSizeY, giPrtMinLineWidth};
+}
+
+EpsOptions EpsFromSettings()
+{
+    return {gdEpsCvtScale, giEpsMinLineWidth, gfEpsCvt2Blk != 0, gfEpsUseBkClr != 0, gdwBackClrEPS};
+}
+
 } // namespace
 
+// Hosts know the members in this order.
+struct CPlfMeta::Order {
+    static constexpr size_t kOffsets[] = {
+        offsetof(CPlfMeta, pen),         offsetof(CPlfMeta, szFileName),
+        offsetof(CPlfMeta, text),        offsetof(CPlfMeta, input),
+        offsetof(CPlfMeta, dWidthScale), offsetof(CPlfMeta, rDraw),
+        offsetof(CPlfMeta, cvtflag),     offsetof(CPlfMeta, line),
+        offsetof(CPlfMeta, fZoomed),     offsetof(CPlfMeta, cvtfp),
+        offsetof(CPlfMeta, beam),        offsetof(CPlfMeta, pPainter),
+        offsetof(CPlfMeta, pPrinter),    offsetof(CPlfMeta, address),
+        offsetof(CPlfMeta, nEpsItems)};
+    static_assert(kOffsets[0] == 0 && std::is_sorted(std::begin(kOffsets), std::end(kOffsets)));
+};
+
 CPlfMeta::CPlfMeta(char* name, QPainter* painter, QPrinter* printer, double widthScale, int cvtmode)
-    : cvtflag(cvtmode), pPainter(painter), pPrinter(printer), lines(painter)
+    : cvtflag(cvtmode), pPainter(painter), pPrinter(printer)
 {
     Init(name, widthScale);
     TraceObject("constructor");
@@ -38,63 +75,145 @@ void CPlfMeta::Init(char* name, double widthScale)
         szFileName[0] = 0;
     dWidthScale = widthScale;
     fZoomed = 0;
-    iColor = -1;
-    iWidth = -1;
+    line = {};
     cvtfp.reset();
-    fMoveNext = 0;
-    fCommaOk = 0;
+    input.fMoveNext = 0;
+    input.fCommaOk = 0;
     address = {};
     nEpsItems = 1;
-    ClearTextState();
+    text = {};
 }
 
-int CPlfMeta::DrawPlf(Rect* zoom, Rect* full)
+// What the program's settings say now.
+PlfPass CPlfMeta::MakePass(const Rect& zoom, const Rect& full) const
 {
-    pCur = gpPlfmembuf;
-    pEnd = gpPlfmembuf == nullptr ? nullptr : gpPlfmembuf + gdwFilesize;
-    gdwBkClrFile = static_cast<unsigned long>(GetPlfBackGroundColor(gpPlfmembuf));
-    MapWindow(*zoom, *full);
-    FillBackground(*full);
-    CopyRect(&rDraw, zoom->width > 0 ? zoom : full);
-    gdwVectorCnt = 0;
-    iWidth = -1;
-    nTextsRefused = 0;
-    OpenEps();
-    SetPenWidth(0);
-    iColor = -1;
-    SetColor(0);
-    ClearTextState();
-    const int result = Plf2Screen();
-    lines.Flush();
-    CloseEps();
-    if (nTextsRefused > 0)
-        qWarning("plotvw: %d texts or font names of more than %zu bytes are not drawn.",
-                 nTextsRefused, kTextSize - 1);
-    return result;
+    PlfPass pass;
+    pass.graph = LoadedPlf();
+    pass.zoom = zoom;
+    pass.full = full;
+    pass.whiteBackground = gbBkClrWhite;
+    pass.widthScale = dWidthScale;
+    pass.colors = ColorsFromSettings(pPrinter != nullptr);
+    if (pPrinter != nullptr)
+        pass.page = PageFromSettings(pPrinter);
+    pass.eps = EpsFromSettings();
+    pass.watch = watch;
+    return pass;
 }
 
 // A file that cannot be opened leaves cvtfp empty, and the pass writes no EPS at all.
-void CPlfMeta::OpenEps()
+int CPlfMeta::DrawPlf(Rect* zoom, Rect* full)
 {
-    if (cvtflag != kConvertEps)
-        return;
-    cvtfp = EpsWriter::Open(gszCvtFilename);
-    if (cvtfp != nullptr)
-        cvtfp->Header(rDraw, fZoomed != 0);
-}
-
-void CPlfMeta::CloseEps()
-{
-    if (cvtfp == nullptr)
-        return;
-    cvtfp->Finish();
+    const PlfPass pass = MakePass(*zoom, *full);
+    fZoomed = pass.IsZoomed() ? 1 : 0;
+    rDraw = pass.Area();
+    if (cvtflag == kConvertEps)
+        cvtfp = FileSink::Open(gszCvtFilename);
+    const int result = Plf2Screen(pass);
     cvtfp.reset();
+    return result;
 }
 
-void CPlfMeta::ClearTextState()
+// Sends the decoder's work to where it goes.
+int CPlfMeta::Plf2Screen(const PlfPass& pass)
 {
-    memset(szFontName, 0, sizeof szFontName);
-    iFontSize = iTextColor = iTextX = iTextY = iTextZo = dwTextAttr = 0;
+    const int background = pass.Background();
+    if (pPainter == nullptr && cvtfp == nullptr) {
+        NoSink nowhere;
+        return RunInto(nowhere, pass, background);
+    }
+    if (cvtfp == nullptr) {
+        PainterSink painting(*pPainter, pass, background, pen);
+        return RunInto(painting, pass, background);
+    }
+    EpsSink writing(*cvtfp, pass, background, nEpsItems);
+    if (pPainter == nullptr)
+        return RunInto(writing, pass, background);
+    PainterSink painting(*pPainter, pass, background, pen);
+    BothSinks both(painting, writing);
+    return RunInto(both, pass, background);
+}
+
+template <class Sink> int CPlfMeta::RunInto(Sink& sink, const PlfPass& pass, int background)
+{
+    NoReport nobody;
+    PlfResult result;
+    result.vectors = Decoder<Sink, NoReport>(pass, State(), sink, nobody).Run();
+    result.textsRefused = input.nTextsRefused;
+    gdwVectorCnt = result.vectors;
+    gdwBkClrFile = static_cast<unsigned long>(background);
+    TellRefusedTexts(result);
+    return 1;
+}
+
+// Does outside a pass what the decoder does in one: on the painter, if there is one.
+template <class Action> void CPlfMeta::Act(Action action)
+{
+    const PlfPass pass = MakePass({}, kWholeArea);
+    NoReport nobody;
+    if (pPainter == nullptr) {
+        NoSink nowhere;
+        Decoder decoder(pass, State(), nowhere, nobody);
+        action(decoder);
+    } else {
+        PainterSink painting(*pPainter, pass, static_cast<int>(gdwBkClrFile), pen);
+        Decoder decoder(pass, State(), painting, nobody);
+        action(decoder);
+    }
+}
+
+int CPlfMeta::MapColor(int index) const
+{
+    return ColorsFromSettings(pPrinter != nullptr).Map(index);
+}
+
+void CPlfMeta::SetPen(int index)
+{
+    if (pPainter == nullptr)
+        return;
+    const PlfPass pass = MakePass({}, kWholeArea);
+    PainterSink(*pPainter, pass, static_cast<int>(gdwBkClrFile), pen).SetPen(index, line.iWidth);
+}
+
+void CPlfMeta::SetPenWidth(int width)
+{
+    Act([width](auto& decoder) { decoder.SetPenWidth(width); });
+}
+
+void CPlfMeta::SetColor(int index)
+{
+    Act([index](auto& decoder) { decoder.SetColor(index); });
+}
+
+void CPlfMeta::Draw(int x1, int y1, int x2, int y2)
+{
+    DrawVector(true, x1, y1, x2, y2);
+}
+
+void CPlfMeta::MoveAndDraw(int x1, int y1, int x2, int y2)
+{
+    DrawVector(false, x1, y1, x2, y2);
+}
+
+void CPlfMeta::DrawVector(bool continues, int x1, int y1, int x2, int y2)
+{
+    Act([=](auto& decoder) { decoder.Draw(continues, x1, y1, x2, y2); });
+    ++gdwVectorCnt;
+}
+
+void CPlfMeta::DrawTextKorvel(char* drawn)
+{
+    Act([drawn](auto& decoder) { decoder.DrawTextKorvel(drawn); });
+}
+
+QFont CPlfMeta::TextFont() const
+{
+    QFont font(TextFromFile(text.szFontName));
+    if (text.iFontSize > 0)
+        font.setPointSize(text.iFontSize);
+    font.setWeight((text.dwTextAttr & kBold) != 0 ? QFont::Bold : QFont::Normal);
+    font.setItalic((text.dwTextAttr & kItalic) != 0);
+    return font;
 }
 
 void CPlfMeta::TraceObject(const char* what) const

@@ -1,14 +1,10 @@
 // SPDX-License-Identifier: MIT
 // SPDX-FileCopyrightText: 2026 plotvw contributors
-//
-// What the decoder tells its observer. Apart from the parameters, a pass that nobody follows calls
-// none of this.
-#include "meta/observer.h"
-#include "meta/plfbuffer.h"
-#include "meta/plfmeta.h"
-#include "support/numbers.h"
+#include "meta/report.h"
 
-#include <algorithm>
+#include "meta/commands.h"
+#include "meta/plfarea.h"
+#include "support/numbers.h"
 
 namespace {
 
@@ -18,73 +14,65 @@ constexpr ptrdiff_t kTwoLetters = 2;
 
 } // namespace
 
-// Readers of parameters may stand in the zero bytes behind the data.
-size_t CPlfMeta::OffsetOf(const char* at) const
+void ObserverReport::Address(const Walk& walk, bool wasMove, const BeamState& from)
 {
-    return static_cast<size_t>(std::min<const char*>(at, pEnd) - gpPlfmembuf);
-}
-
-int CPlfMeta::ReportInteger(int value, PlfInteger kind)
-{
-    if (observer != nullptr)
-        observer->Integer(value, kind);
-    return value;
-}
-
-void CPlfMeta::ReportString(const char* begin, const char* end, bool isWhole)
-{
-    if (observer == nullptr)
-        return;
-    const size_t at = OffsetOf(begin);
-    observer->String({gpPlfmembuf + at, std::max(at, OffsetOf(end)) - at}, isWhole);
-}
-
-// x and y are where the beam stood before, in drawing units.
-void CPlfMeta::ReportAddress(const Walk& walk, bool isMove, int x, int y)
-{
-    const PlfSpan span = {OffsetOf(walk.begin), OffsetOf(pCur - 1)};
-    if (isMove)
-        observer->Move(span, xCur, kPlfHeight - yCur);
+    const PlfSpan span = {OffsetOf(walk.begin), OffsetOf(state.input.pCur - 1)};
+    const int x = state.beam.xCur;
+    const int y = kPlfHeight - state.beam.yCur;
+    if (wasMove)
+        observer.Move(span, x, y);
     else
-        observer->Vector(span, {x, kPlfHeight - y, xCur, kPlfHeight - yCur, iColor, iWidth});
+        observer.Vector(
+            span, {from.xCur, kPlfHeight - from.yCur, x, y, state.line.iColor, state.line.iWidth});
 }
 
-void CPlfMeta::ReportControl(const Walk& walk, int c)
+void ObserverReport::Escape(const Walk& walk)
 {
     if (walk.count > 0)
-        observer->BrokenAddress(OffsetOf(walk.begin));
+        observer.DroppedAddress(OffsetOf(walk.begin));
+}
+
+void ObserverReport::Control(const Walk& walk, int c)
+{
+    const char* end = state.input.pCur;
+    if (walk.count > 0)
+        observer.BrokenAddress(OffsetOf(walk.begin));
     else if (c == kGs)
-        observer->NextMoves({OffsetOf(pCur - 1), OffsetOf(pCur)});
+        observer.NextMoves({OffsetOf(end - 1), OffsetOf(end)});
 }
 
 // A pending character belongs to what comes next, unless it only stands for the end of the data.
-void CPlfMeta::ReportEscape(const Walk& walk)
+void ObserverReport::Command(const Walk& walk)
 {
-    const char* end = chPending != 0 && !bTextOpen ? pCur - 1 : pCur;
+    const InputState& input = state.input;
+    const char* end = input.chPending != 0 && !input.bTextOpen ? input.pCur - 1 : input.pCur;
     const PlfSpan span = {OffsetOf(walk.begin), OffsetOf(end)};
     const char* letters = walk.szSeq.data();
     if (walk.count >= kTwoLetters)
-        observer->Command(span, letters, IsKnown(letters));
-    else if (walk.szSeq[0] == kGs)
-        observer->NextMoves(span);
+        observer.Command(span, letters, IsKnownCommand(letters));
+    else if (letters[0] == kGs)
+        observer.NextMoves(span);
 }
 
-void CPlfMeta::ReportText(std::string_view text)
+void ObserverReport::Text(std::string_view text)
 {
-    if (observer != nullptr)
-        observer->Text({text, iTextX, WrapSubtract(kPlfHeight, iTextY), szFontName, iFontSize,
-                        iTextColor, (dwTextAttr & kBold) != 0, (dwTextAttr & kItalic) != 0});
+    const TextState& set = state.text;
+    observer.Text({text, set.iTextX, WrapSubtract(kPlfHeight, set.iTextY), set.szFontName,
+                   set.iFontSize, set.iTextColor, (set.dwTextAttr & kBold) != 0,
+                   (set.dwTextAttr & kItalic) != 0});
 }
 
-void CPlfMeta::ReportEnd(const Walk& walk, int last)
+void ObserverReport::End(const Walk& walk, int last)
 {
+    const InputState& input = state.input;
     // Behind a text an escape stands in front of the BEL, and means no command.
     if (walk.inEscape && (walk.count > 0 || last == 0))
-        observer->DroppedCommand(OffsetOf(walk.begin));
+        observer.DroppedCommand(OffsetOf(walk.begin));
     else if (!walk.inEscape && walk.count != 0)
-        observer->DroppedAddress(OffsetOf(walk.begin));
+        observer.DroppedAddress(OffsetOf(walk.begin));
     if (last == 0)
-        observer->End(OffsetOf(pCur), pCur < pEnd ? PlfEnd::kZeroByte : PlfEnd::kEndOfFile);
+        observer.End(OffsetOf(input.pCur),
+                     input.pCur < input.pEnd ? PlfEnd::kZeroByte : PlfEnd::kEndOfFile);
     else
-        observer->End(OffsetOf(pCur - 1), last == kBel ? PlfEnd::kBel : PlfEnd::kByte255);
+        observer.End(OffsetOf(input.pCur - 1), last == kBel ? PlfEnd::kBel : PlfEnd::kByte255);
 }

@@ -5,8 +5,8 @@
 #include "tools/info/inspector.h"
 
 #include "app/globals.h"
+#include "meta/pass.h"
 #include "meta/plfbuffer.h"
-#include "meta/plfmeta.h"
 #include "tests/graph.h"
 #include "tests/recorder.h"
 #include "tests/reference/reference.h"
@@ -55,14 +55,14 @@ QStringList Dumped(const QByteArray& file)
     QStringList lines;
     Inspector([&lines](const Item& item) {
         lines += QString::fromUtf8(DumpLine(item)).chopped(1);
-    }).Inspect();
+    }).Inspect(LoadedPlf());
     return lines;
 }
 
 Summary Inspected(const QByteArray& file)
 {
     LoadBytes(file);
-    return Inspector().Inspect();
+    return Inspector().Inspect(LoadedPlf());
 }
 
 // The kinds, offsets and counts of the damage, as "unknown command" has them in words.
@@ -78,16 +78,15 @@ DamageMap DamageOf(const QByteArray& file)
 
 QStringList Draw(PlfObserver* observer)
 {
-    gbBkClrWhite = false;
+    PlfPass pass;
+    pass.graph = LoadedPlf();
+    pass.whiteBackground = false;
     Recorder recorder;
     QPainter painter(&recorder);
-    Rect unzoomed = {};
-    Rect whole = {};
-    SetRect(&whole, 0, 0, kPlfWidth, kPlfHeight);
-    char name[] = "graph.plf";
-    CPlfMeta meta(name, &painter, nullptr, 1.0, 0);
-    meta.Observe(observer);
-    meta.DrawPlf(&unzoomed, &whole);
+    if (observer == nullptr)
+        PaintGraph(pass, painter);
+    else
+        FollowGraph(pass, *observer, &painter);
     return recorder.Operations();
 }
 
@@ -424,6 +423,7 @@ void TestInspector::background_isFoundAsTheViewerFindsIt()
     const Background background = Inspected(file).background;
     QCOMPARE(background.index, index);
     QCOMPARE(background.offset ? static_cast<int>(*background.offset) : -1, offset);
+    Record({.whiteBackground = false});
     QCOMPARE(static_cast<int>(gdwBkClrFile), index);
 }
 

@@ -4,7 +4,6 @@
 // The converter's parts: what its options mean, how pictures are named, how files get their names,
 // and what becomes of workers that die.
 #include "tools/convert/arguments.h"
-#include "tools/convert/epspipe.h"
 #include "tools/convert/names.h"
 #include "tools/convert/naming.h"
 #include "tools/convert/options.h"
@@ -14,7 +13,6 @@
 #include "tools/convert/report.h"
 #include "tools/convert/workers.h"
 
-#include <QBuffer>
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
@@ -525,23 +523,6 @@ private slots:
         QVERIFY(QFile::exists(unfinished));
         RemoveLeftovers(job, 3, {.token = "token"});
         QVERIFY(!QFile::exists(unfinished));
-    }
-
-    void epsPipe_passesOnWhatIsWrittenToItsName()
-    {
-        const QByteArray text(1000000, 'e');
-        QBuffer buffer;
-        buffer.open(QIODevice::WriteOnly);
-        EpsPipe pipe(&buffer);
-        QVERIFY(pipe.IsUsable());
-        {
-            const FilePtr file(OpenForWriting(pipe.Name().constData()));
-            QVERIFY(file != nullptr);
-            QCOMPARE(fwrite(text.constData(), 1, static_cast<size_t>(text.size()), file.get()),
-                     static_cast<size_t>(text.size()));
-        }
-        pipe.Finish();
-        QCOMPARE(buffer.data(), text);
     }
 
     void workers_doEveryJob_data()

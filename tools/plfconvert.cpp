@@ -2,7 +2,6 @@
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 //
 // Converts graphs into pictures, without a display.
-#include "meta/palette.h"
 #include "tools/convert/arguments.h"
 #include "tools/convert/convert.h"
 #include "tools/convert/names.h"
@@ -107,7 +106,6 @@ std::shared_ptr<void> StartToolkit(char** argv)
     SetDefault("XDG_RUNTIME_DIR", "/dev/null"); // or the toolkit makes one in /tmp
     static int count = 1;
     auto application = std::make_shared<QGuiApplication>(count, argv);
-    initGraphics();
     return application;
 }
 

@@ -99,7 +99,7 @@ public:
 private:
     void Tell(const QString& graph);
     void TellFailure(const QString& graph, const QString& problem);
-    void Dump(const QByteArray& name) const;
+    void Dump(const QByteArray& name, const PlfBytes& graph) const;
 
     const Options& options;
     QJsonArray objects;
@@ -121,17 +121,18 @@ int Call::Run()
 
 void Call::Tell(const QString& graph)
 {
-    const QString problem = LoadGraph(EncodeName(graph));
+    PlfGraph loaded;
+    const QString problem = LoadGraph(EncodeName(graph), &loaded);
     if (!problem.isEmpty()) {
         TellFailure(graph, problem);
         return;
     }
     const QByteArray name = VisibleName(EncodeName(graph));
     if (options.asDump) {
-        Dump(name);
+        Dump(name, loaded.Bytes());
         return;
     }
-    const Summary summary = Inspector().Inspect();
+    const Summary summary = Inspector().Inspect(loaded.Bytes());
     if (!options.asJson) {
         Write(SummaryText(name, summary));
         return;
@@ -150,14 +151,14 @@ void Call::TellFailure(const QString& graph, const QString& problem)
                                {QStringLiteral("error"), problem}};
 }
 
-void Call::Dump(const QByteArray& name) const
+void Call::Dump(const QByteArray& name, const PlfBytes& graph) const
 {
     if (options.graphs.size() > 1)
         Write("# " + name + '\n');
-    Inspector([](const Item& item) { Write(DumpLine(item)); }).Inspect();
+    Inspector([](const Item& item) { Write(DumpLine(item)); }).Inspect(graph);
 }
 
-// What the interpreter says of long texts is among the damage.
+// What Qt may say of a system without fonts is of no use here.
 void SayNothing(QtMsgType /*type*/, const QMessageLogContext& /*context*/, const QString& /*text*/)
 {
 }

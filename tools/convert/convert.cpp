@@ -2,7 +2,7 @@
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 #include "tools/convert/convert.h"
 
-#include "meta/plfbuffer.h"
+#include "meta/plfgraph.h"
 #include "tools/convert/fd.h"
 #include "tools/convert/names.h"
 #include "tools/convert/output.h"
@@ -80,15 +80,14 @@ QString About(const Job& job, const QString& reason)
     return QStringLiteral("%1: %2").arg(QString::fromUtf8(VisibleName(job.output)), reason);
 }
 
-// The graph is loaded.
-QString WritePicture(const Job& job, int number, const PictureSettings& settings,
-                     const OutputRules& rules)
+QString WritePicture(const PlfGraph& graph, const Job& job, int number,
+                     const PictureSettings& settings, const OutputRules& rules)
 {
     Output output(job.output, Token(rules, number));
     QString problem = output.Open();
     if (!problem.isEmpty())
         return About(job, problem);
-    problem = DrawPicture(job.input, job.format, settings, &output);
+    problem = DrawPicture(graph.Bytes(), job.format, settings, &output);
     if (problem.isEmpty())
         problem = output.Commit(rules.keepExisting);
     return problem.isEmpty() ? problem : About(job, problem);
@@ -96,15 +95,16 @@ QString WritePicture(const Job& job, int number, const PictureSettings& settings
 
 QString Run(const Job& job, int number, const PictureSettings& settings, const OutputRules& rules)
 {
+    PlfGraph graph;
     QString problem = OutputProblem(job);
     if (problem.isEmpty())
-        problem = LoadGraph(job.input);
+        problem = LoadGraph(job.input, &graph);
     if (problem.isEmpty() && rules.makeFolders) {
         problem = MakeFolder(job.output);
         if (!problem.isEmpty())
             return About(job, problem);
     }
-    return problem.isEmpty() ? WritePicture(job, number, settings, rules) : problem;
+    return problem.isEmpty() ? WritePicture(graph, job, number, settings, rules) : problem;
 }
 
 } // namespace
@@ -115,7 +115,6 @@ Outcome Convert(const Job& job, int number, const PictureSettings& settings,
     if (rules.keepExisting && IsThere(job.output))
         return {Outcome::kSkipped, {}};
     const QString problem = Run(job, number, settings, rules);
-    FreePlfBuffer();
     if (problem.isEmpty())
         return {Outcome::kConverted, {}};
     return {Outcome::kFailed, problem};

@@ -23,7 +23,7 @@ struct OutputRules {
     QByteArray token;          // makes the names of temporary files those of this call
 };
 
-/// Makes the picture of a job. The graph is loaded anew and freed at the end.
+/// Makes the picture of a job.
 /// @param number  tells the temporary file from those of other jobs of the call
 Outcome Convert(const Job& job, int number, const PictureSettings& settings,
                 const OutputRules& rules);

@@ -4,8 +4,6 @@
 // File descriptors that close themselves.
 #pragma once
 
-#include <QByteArray>
-
 #include <unistd.h>
 
 #include <utility>
@@ -39,9 +37,3 @@ public:
 private:
     int fd = -1;
 };
-
-/// The name under which this process can open one of its own descriptors again.
-inline QByteArray NameOfFd(const Fd& fd)
-{
-    return "/proc/self/fd/" + QByteArray::number(fd.Get());
-}

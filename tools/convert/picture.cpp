@@ -2,13 +2,9 @@
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 #include "tools/convert/picture.h"
 
-#include "app/globals.h"
-#include "meta/palette.h"
-#include "meta/plfbuffer.h"
-#include "meta/plfmeta.h"
-#include "support/text.h"
+#include "meta/bytesink.h"
+#include "meta/pass.h"
 #include "tools/convert/arguments.h"
-#include "tools/convert/epspipe.h"
 #include "tools/convert/linefilter.h"
 #include "tools/convert/palettize.h"
 
@@ -55,17 +51,24 @@ Rect ZoomOf(const PictureSettings& settings)
     return zoom;
 }
 
-// One pass of the interpreter.
-void Interpret(QByteArray name, QPainter* painter, const PictureSettings& settings, int mode)
+// A transparent picture has the lines of one on white, as that is what it will most likely lie on.
+PlfPass MakePass(const PlfBytes& graph, const PictureSettings& settings)
 {
-    Rect zoom = ZoomOf(settings);
-    Rect whole = {};
-    SetRect(&whole, 0, 0, kPlfWidth, kPlfHeight);
-    CPlfMeta meta(name.data(), painter, nullptr, settings.lineScale, mode);
-    meta.DrawPlf(&zoom, &whole);
+    PlfPass pass;
+    pass.graph = graph;
+    pass.zoom = ZoomOf(settings);
+    pass.whiteBackground = settings.background != Background::kFile;
+    pass.widthScale = settings.lineScale;
+    pass.colors.rule = settings.black ? LineColors::kAllBlack : LineColors::kFileColors;
+    return pass;
 }
 
-void InterpretThroughFilter(const QByteArray& name, QPainter* painter,
+void Interpret(const PlfBytes& graph, QPainter& painter, const PictureSettings& settings)
+{
+    TellRefusedTexts(PaintGraph(MakePass(graph, settings), painter));
+}
+
+void InterpretThroughFilter(const PlfBytes& graph, QPainter* painter,
                             const PictureSettings& settings, const LineFilterRules& rules)
 {
     LineFilter filter(painter, rules);
@@ -73,17 +76,17 @@ void InterpretThroughFilter(const QByteArray& name, QPainter* painter,
     filtered.setRenderHints(painter->renderHints());
     filtered.setFont(painter->font());
     filtered.setViewport(painter->viewport());
-    Interpret(name, &filtered, settings, 0);
+    Interpret(graph, filtered, settings);
 }
 
-void Paint(const QByteArray& name, QPainter* painter, const PictureSettings& settings,
+void Paint(const PlfBytes& graph, QPainter* painter, const PictureSettings& settings,
            const LineFilterRules& rules)
 {
     painter->setRenderHint(QPainter::Antialiasing);
     if (rules.withoutBackground || rules.minPenWidth > 0.0)
-        InterpretThroughFilter(name, painter, settings, rules);
+        InterpretThroughFilter(graph, painter, settings, rules);
     else
-        Interpret(name, painter, settings, 0);
+        Interpret(graph, *painter, settings);
 }
 
 LineFilterRules ImageRules(const PictureSettings& settings)
@@ -104,11 +107,11 @@ LineFilterRules VectorRules(const PictureSettings& settings)
 
 // With texts as large as the screen's resolution makes them; the image gets its own only
 // afterwards.
-void PaintImage(const QByteArray& name, const PictureSettings& settings, QImage* image)
+void PaintImage(const PlfBytes& graph, const PictureSettings& settings, QImage* image)
 {
     image->fill(image->hasAlphaChannel() ? Qt::transparent : Qt::white);
     QPainter painter(image);
-    Paint(name, &painter, settings, ImageRules(settings));
+    Paint(graph, &painter, settings, ImageRules(settings));
     painter.end();
     const int dotsPerMeter = static_cast<int>(std::lround(Dpi(settings) / kMetersPerInch));
     image->setDotsPerMeterX(dotsPerMeter);
@@ -131,7 +134,7 @@ QString WriteJpeg(const QImage& image, int quality, QIODevice* output)
     return writer.write(image) ? QString() : writer.errorString();
 }
 
-QString DrawImage(const QByteArray& name, Format format, const PictureSettings& settings,
+QString DrawImage(const PlfBytes& graph, Format format, const PictureSettings& settings,
                   QIODevice* output)
 {
     const bool transparent = settings.background == Background::kTransparent;
@@ -142,14 +145,14 @@ QString DrawImage(const QByteArray& name, Format format, const PictureSettings& 
             .arg(size.width())
             .arg(size.height());
     }
-    PaintImage(name, settings, &image);
+    PaintImage(graph, settings, &image);
     return format == Format::kPng ? WritePng(image, output)
                                   : WriteJpeg(image, settings.quality, output);
 }
 
 // Paints on a device whose resolution is the picture's, with texts in the size that they have on
 // the screen, in pixels.
-QString PaintOn(QPaintDevice* device, const QByteArray& name, const PictureSettings& settings)
+QString PaintOn(QPaintDevice* device, const PlfBytes& graph, const PictureSettings& settings)
 {
     QPainter painter;
     if (!painter.begin(device))
@@ -158,11 +161,11 @@ QString PaintOn(QPaintDevice* device, const QByteArray& name, const PictureSetti
     font.setPixelSize(std::max(
         static_cast<int>(std::lround(font.pointSizeF() * kScreenDpi / kPointsPerInch)), 1));
     painter.setFont(font);
-    Paint(name, &painter, settings, VectorRules(settings));
+    Paint(graph, &painter, settings, VectorRules(settings));
     return painter.end() ? QString() : QStringLiteral("the picture cannot be finished");
 }
 
-QString DrawSvg(const QByteArray& name, const PictureSettings& settings, QIODevice* output)
+QString DrawSvg(const PlfBytes& graph, const PictureSettings& settings, QIODevice* output)
 {
     const QSize size = PictureSize(settings);
     QSvgGenerator generator;
@@ -172,10 +175,10 @@ QString DrawSvg(const QByteArray& name, const PictureSettings& settings, QIODevi
     generator.setViewBox(QRect(QPoint(), size));
     generator.setTitle(QStringLiteral("KORVEL graph"));
     generator.setDescription(QStringLiteral("Made by plfconvert"));
-    return PaintOn(&generator, name, settings);
+    return PaintOn(&generator, graph, settings);
 }
 
-QString DrawPdf(const QByteArray& name, const PictureSettings& settings, QIODevice* output)
+QString DrawPdf(const PlfBytes& graph, const PictureSettings& settings, QIODevice* output)
 {
     const QSizeF points = QSizeF(PictureSize(settings)) * (kPointsPerInch / Dpi(settings));
     QPdfWriter writer(output);
@@ -184,64 +187,64 @@ QString DrawPdf(const QByteArray& name, const PictureSettings& settings, QIODevi
     writer.setResolution(Dpi(settings));
     writer.setPageSize(QPageSize(points, QPageSize::Point, QString(), QPageSize::ExactMatch));
     writer.setPageMargins(QMarginsF());
-    return PaintOn(&writer, name, settings);
+    return PaintOn(&writer, graph, settings);
 }
 
-// Without a width the scale is the viewer's own. The file's text has the scale with two decimals,
-// so that it has them here too, lest the lines leave their bounding box.
-void SetEpsGlobals(const PictureSettings& settings)
+// Hands on what is written to a device, which notices its failures itself.
+class DeviceSink final : public ByteSink
 {
-    static const double kScale = gdEpsCvtScale;
-    static const int kMinLineWidth = giEpsMinLineWidth;
-    const bool fileBackground = settings.background == Background::kFile;
-    gfEpsCvt2Blk = settings.black ? 1 : 0;
-    giEpsMinLineWidth = settings.minLineWidth.value_or(kMinLineWidth);
-    gfEpsUseBkClr = fileBackground ? 1 : 0;
-    gdwBackClrEPS =
-        fileBackground ? static_cast<unsigned long>(GetPlfBackGroundColor(gpPlfmembuf)) : 0;
-    gdEpsCvtScale = kScale;
+public:
+    explicit DeviceSink(QIODevice* target) : device(target) {}
+
+    void Write(const char* bytes, size_t count) override
+    {
+        device->write(bytes, static_cast<qint64>(count));
+    }
+
+private:
+    QIODevice* device;
+};
+
+// Without a width the scale is the viewer's own. The output has the scale with two decimals, so
+// that it has them here too, lest the lines leave their bounding box.
+double EpsScale(const PictureSettings& settings)
+{
     if (!settings.width && !settings.dpi)
-        return;
+        return EpsOptions().scale;
     const double width = PictureSize(settings).width() * kPointsPerInch / Dpi(settings);
-    gdEpsCvtScale =
-        std::max(std::round(width / AreaWidth(settings) * kEpsScaleSteps), 1.0) / kEpsScaleSteps;
+    return std::max(std::round(width / AreaWidth(settings) * kEpsScaleSteps), 1.0) / kEpsScaleSteps;
 }
 
-QString DrawEps(const QByteArray& name, const PictureSettings& settings, QIODevice* output)
+QString DrawEps(const PlfBytes& graph, const PictureSettings& settings, QIODevice* output)
 {
-    EpsPipe pipe(output);
-    if (!pipe.IsUsable() || !CopyText(gszCvtFilename, pipe.Name().constData()))
-        return QStringLiteral("EPS needs /proc and a free file descriptor");
-    SetEpsGlobals(settings);
-    Interpret(name, nullptr, settings, kConvertEps);
-    pipe.Finish();
+    PlfPass pass = MakePass(graph, settings);
+    pass.colors = {}; // black lines are an option of EPS
+    pass.eps.scale = EpsScale(settings);
+    pass.eps.minLineWidth = settings.minLineWidth.value_or(pass.eps.minLineWidth);
+    pass.eps.allBlack = settings.black;
+    pass.eps.fillsBackground = settings.background == Background::kFile;
+    pass.eps.backgroundIndex =
+        pass.eps.fillsBackground ? static_cast<unsigned long>(pass.Background()) : 0;
+    DeviceSink sink(output);
+    TellRefusedTexts(WriteEps(pass, sink));
     return {};
-}
-
-// A transparent picture has the lines of one on white, as that is what it will most likely lie on.
-// EPS has a setting of its own for black lines, which the viewer uses too.
-void SetGlobals(Format format, const PictureSettings& settings)
-{
-    gbBkClrWhite = settings.background != Background::kFile;
-    gdwLineClrFlag = settings.black && format != Format::kEps ? 1 : 0;
 }
 
 } // namespace
 
-QString DrawPicture(const QByteArray& name, Format format, const PictureSettings& settings,
+QString DrawPicture(const PlfBytes& graph, Format format, const PictureSettings& settings,
                     QIODevice* output)
 {
-    SetGlobals(format, settings);
     switch (format) {
     case Format::kPng:
     case Format::kJpeg:
-        return DrawImage(name, format, settings, output);
+        return DrawImage(graph, format, settings, output);
     case Format::kSvg:
-        return DrawSvg(name, settings, output);
+        return DrawSvg(graph, settings, output);
     case Format::kPdf:
-        return DrawPdf(name, settings, output);
+        return DrawPdf(graph, settings, output);
     case Format::kEps:
-        return DrawEps(name, settings, output);
+        return DrawEps(graph, settings, output);
     }
     return {};
 }

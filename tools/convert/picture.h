@@ -1,18 +1,18 @@
 // SPDX-License-Identifier: MIT
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 //
-// The loaded graph as a picture: every format gets what CPlfMeta::DrawPlf draws.
+// A graph as a picture: every format gets what a pass draws.
 #pragma once
 
+#include "meta/plfgraph.h"
 #include "tools/convert/settings.h"
 
 #include <QString>
 
 class QIODevice;
 
-/// Draws the loaded graph into a device. initGraphics() must have been called.
-/// @param name    the graph's local name, for reference
+/// Draws a graph into a device.
 /// @param output  open for writing; its own failures are its owner's to notice
 /// @return empty, or why there is no picture
-QString DrawPicture(const QByteArray& name, Format format, const PictureSettings& settings,
+QString DrawPicture(const PlfBytes& graph, Format format, const PictureSettings& settings,
                     QIODevice* output);

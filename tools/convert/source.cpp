@@ -2,47 +2,19 @@
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 #include "tools/convert/source.h"
 
-#include "meta/plfbuffer.h"
-#include "tools/convert/fd.h"
 #include "tools/convert/settings.h"
 
-#include <sys/mman.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <cerrno>
 #include <cstring>
 
 namespace {
 
-constexpr size_t kCopyBytes = size_t{64} * 1024;
-
 QString SystemReason()
 {
     return QString::fromLocal8Bit(strerror(errno));
-}
-
-bool WriteAll(int fd, const char* bytes, ssize_t count)
-{
-    while (count > 0) {
-        const ssize_t written = write(fd, bytes, static_cast<size_t>(count));
-        if (written < 0)
-            return false;
-        bytes += written;
-        count -= written;
-    }
-    return true;
-}
-
-// Up to the end of the input.
-bool CopyStandardInput(int target)
-{
-    char buffer[kCopyBytes];
-    ssize_t count = 0;
-    while ((count = read(STDIN_FILENO, buffer, sizeof buffer)) > 0) {
-        if (!WriteAll(target, buffer, count))
-            return false;
-    }
-    return count == 0;
 }
 
 // What the loader would refuse without saying more than that it did.
@@ -57,30 +29,29 @@ QString FileProblem(const char* name)
         return QStringLiteral("is not a regular file; read a pipe with '-'");
     if (access(name, R_OK) != 0)
         return SystemReason();
-    return info.st_size == 0 ? QStringLiteral("is empty") : QString();
+    return info.st_size == 0 ? QString::fromLatin1(kNoBytes) : QString();
 }
 
-QString LoadFile(QByteArray name)
+QString LoadFile(const QByteArray& name, PlfGraph* graph)
 {
-    QString problem = FileProblem(name.constData());
+    const QString problem = FileProblem(name.constData());
     if (!problem.isEmpty())
         return problem;
-    char message[kLoadMessageSize] = "";
-    return LoadPlfFile(name.data(), message) == 0 ? QString() : QString::fromLatin1(message);
+    const char* reason = nullptr;
+    *graph = PlfGraph::FromFile(name.constData(), &reason);
+    return QString::fromLatin1(reason);
 }
 
-// The loader takes files that have a size, and a stream has none: it goes into memory first.
-QString LoadStandardInput()
+QString LoadStandardInput(PlfGraph* graph)
 {
-    const Fd copy(memfd_create("graph", MFD_CLOEXEC));
-    if (!copy.IsOpen() || !CopyStandardInput(copy.Get()))
-        return SystemReason();
-    return LoadFile(NameOfFd(copy));
+    const char* reason = nullptr;
+    *graph = PlfGraph::FromStream(STDIN_FILENO, &reason);
+    return QString::fromLocal8Bit(reason);
 }
 
 } // namespace
 
-QString LoadGraph(const QByteArray& name)
+QString LoadGraph(const QByteArray& name, PlfGraph* graph)
 {
-    return name == kStandardStream ? LoadStandardInput() : LoadFile(name);
+    return name == kStandardStream ? LoadStandardInput(graph) : LoadFile(name, graph);
 }

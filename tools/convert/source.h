@@ -4,10 +4,13 @@
 // Loading the graph to convert, with reasons that help when it cannot be loaded.
 #pragma once
 
+#include "meta/plfgraph.h"
+
 #include <QByteArray>
 #include <QString>
 
-/// Makes a graph the loaded file (see LoadPlfFile).
-/// @param name  local name, or kStandardStream for what the standard input holds up to its end
+/// Loads a graph.
+/// @param name   local name, or kStandardStream for what the standard input holds up to its end
+/// @param graph  receives it
 /// @return empty, or why it was not loaded
-QString LoadGraph(const QByteArray& name);
+QString LoadGraph(const QByteArray& name, PlfGraph* graph);

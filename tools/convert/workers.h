@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 //
-// Worker processes: the interpreter reads program-wide variables, so that there is one a process.
+// Worker processes: what ends one costs the graph that it was at, and no other.
 #pragma once
 
 #include "tools/convert/convert.h"

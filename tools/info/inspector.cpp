@@ -2,9 +2,9 @@
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 #include "tools/info/inspector.h"
 
-#include "app/globals.h"
-#include "meta/plfbuffer.h"
-#include "meta/plfmeta.h"
+#include "meta/colormap.h"
+#include "meta/pass.h"
+#include "meta/state.h"
 
 #include <algorithm>
 
@@ -14,13 +14,12 @@ namespace {
 constexpr size_t kIndexOfLineIndex = 0;     // ML
 constexpr size_t kIndexOfColorMapEntry = 2; // TG: surface, count, index, ...
 
-Background FileBackground()
+Background FileBackground(const PlfBytes& graph)
 {
-    gbBkClrWhite = false; // as the file wants it
     Background background;
-    background.index = GetPlfBackGroundColor(gpPlfmembuf);
-    if (const char* named = FindPlfBackGround(LoadedPlf()))
-        background.offset = static_cast<size_t>(named - gpPlfmembuf);
+    background.index = NamedBackground(graph);
+    if (const char* named = FindPlfBackGround(graph))
+        background.offset = static_cast<size_t>(named - graph.data);
     return background;
 }
 
@@ -42,21 +41,19 @@ bool IsTooLong(const Parameter& parameter)
 
 } // namespace
 
-Summary Inspector::Inspect()
+Summary Inspector::Inspect(const PlfBytes& inspected)
 {
+    graph = inspected;
     summary = Summary();
     position = 0;
     parameters.clear();
     drawn.clear();
-    summary.size = gdwFilesize;
-    summary.background = FileBackground();
-    Rect whole = {};
-    SetRect(&whole, 0, 0, kPlfWidth, kPlfHeight);
-    Rect unzoomed = {};
-    char name[] = "";
-    CPlfMeta interpreter(name, nullptr, nullptr, 1.0, 0);
-    interpreter.Observe(this);
-    interpreter.DrawPlf(&unzoomed, &whole);
+    summary.size = graph.size;
+    summary.background = FileBackground(graph);
+    PlfPass pass;
+    pass.graph = graph;
+    pass.whiteBackground = false; // as the graph wants it
+    FollowGraph(pass, *this);
     return std::move(summary);
 }
 
@@ -204,13 +201,13 @@ void Inspector::End(size_t offset, PlfEnd reason)
 
 void Inspector::NoteRest(size_t begin)
 {
-    const char* rest = gpPlfmembuf + begin;
-    const char* end = gpPlfmembuf + summary.size;
+    const char* rest = graph.data + begin;
+    const char* end = graph.End();
     const auto isData = [](char byte) { return byte != 0; };
     const char* first = std::find_if(rest, end, isData);
     const auto count = static_cast<uint64_t>(std::count_if(first, end, isData));
     if (count > 0)
-        Note(Damage::kDataAfterTheEnd, static_cast<size_t>(first - gpPlfmembuf), count);
+        Note(Damage::kDataAfterTheEnd, static_cast<size_t>(first - graph.data), count);
 }
 
 void Inspector::Note(Damage kind, size_t offset, uint64_t count)

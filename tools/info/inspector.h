@@ -5,6 +5,7 @@
 #pragma once
 
 #include "meta/observer.h"
+#include "meta/plfgraph.h"
 #include "tools/info/summary.h"
 
 #include <functional>
@@ -40,9 +41,9 @@ public:
     /// @param itemSink  receives each piece of the file; may be empty
     explicit Inspector(ItemSink itemSink = {}) : sink(std::move(itemSink)) {}
 
-    /// Runs the loaded file (gpPlfmembuf) through the interpreter, without drawing.
+    /// Runs a graph through the interpreter, without drawing.
     /// @return what it holds
-    Summary Inspect();
+    Summary Inspect(const PlfBytes& inspected);
 
     void Integer(int value, PlfInteger kind) override;
     void String(std::string_view text, bool isWhole) override;
@@ -67,6 +68,7 @@ private:
     void NoteRest(size_t begin);
 
     ItemSink sink;
+    PlfBytes graph;
     Summary summary;
     std::vector<Parameter> parameters; // of the command that is being read
     std::vector<DrawnText> drawn;      // by that command

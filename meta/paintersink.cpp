@@ -1,0 +1,148 @@
+// SPDX-License-Identifier: MIT
+// SPDX-FileCopyrightText: 2026 plotvw contributors
+#include "meta/paintersink.h"
+
+#include "meta/palette.h"
+#include "meta/passwatch.h"
+#include "meta/plftext.h"
+#include "support/numbers.h"
+
+#include <QPainter>
+#include <QPainterPath>
+#include <QString>
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+// The printed area in inches: 9.0 by 6.855 keeps the shape of the file's area.
+constexpr double kPageLeft = 0.8;
+constexpr double kPageTop = 0.6;
+constexpr double kPageWidth = 9.0;
+constexpr double kPageHeight = 6.855;
+
+// Farthest that the page may lie or reach, in printer pixels: Qt adds place and size as ints, and
+// the configuration file may hold any shift and factor.
+constexpr int kMaxPagePixels = 1 << 29;
+
+int PagePixels(double value)
+{
+    return std::clamp(TruncToInt(value), -kMaxPagePixels, kMaxPagePixels);
+}
+
+QRect ToQRect(int64_t left, int64_t top, int64_t right, int64_t bottom)
+{
+    return {QPoint(SaturateToInt(left), SaturateToInt(top)),
+            QPoint(SaturateToInt(right - 1), SaturateToInt(bottom - 1))};
+}
+
+// Whether Qt would make a picture of each glyph of a text, as it does where their area is small,
+// and they are longer than such a picture may be: a narrow part of a graph in a wide window.
+bool IsTooLongForPictures(const QPainter& painter)
+{
+    constexpr double kLongest = 512;             // pixels; Qt crashes from about 1000
+    constexpr double kLargestArea = 2 * 64 * 64; // it makes none from half of that
+    const QTransform toDevice = painter.deviceTransform();
+    const double size = painter.fontMetrics().height();
+    const double stretch = std::max({std::abs(toDevice.m11()), std::abs(toDevice.m12()),
+                                     std::abs(toDevice.m21()), std::abs(toDevice.m22())});
+    return size * stretch > kLongest &&
+           size * size * std::abs(toDevice.determinant()) < kLargestArea;
+}
+
+void DrawOutlines(QPainter& painter, const QPoint& at, const QString& text)
+{
+    QPainterPath path;
+    path.addText(at, painter.font(), text);
+    painter.fillPath(path, painter.pen().color());
+}
+
+} // namespace
+
+PainterSink::PainterSink(QPainter& target, const PlfPass& drawnPass, int backgroundIndex,
+                         QPen& workingPen)
+    : painter(target), pass(drawnPass), background(backgroundIndex), pen(workingPen), lines(&target)
+{
+    lines.Watch(pass.watch);
+}
+
+void PainterSink::Begin()
+{
+    MapWindow();
+    FillBackground();
+}
+
+void PainterSink::MapWindow()
+{
+    painter.setPen(Qt::black);
+    painter.setWindow(ToQRect(0, 0, pass.full.right, pass.full.bottom));
+    if (pass.IsZoomed())
+        painter.setWindow(
+            ToQRect(pass.zoom.left, pass.zoom.top, pass.zoom.right, pass.zoom.bottom));
+    if (pass.page)
+        MapPage(*pass.page);
+}
+
+// Every truncation stands where it does on purpose: hosts rely on the printed position.
+void PainterSink::MapPage(const PrintedPage& page)
+{
+    const int left = PagePixels(page.dpiX * kPageLeft + page.shiftX);
+    const int top = PagePixels(page.dpiY * kPageTop + page.shiftY);
+    const int width = PagePixels(page.dpiX * kPageWidth * page.factorX);
+    const int height = PagePixels(page.dpiY * kPageHeight * page.factorY);
+    const QRect place(left, top, width, height);
+    painter.setViewport(place);
+    if (pass.IsZoomed())
+        ClipToPage(place);
+}
+
+// On screen the view's edges hide what lies around the zoomed part; paper goes on beside the page.
+void PainterSink::ClipToPage(const QRect& page)
+{
+    painter.setViewTransformEnabled(false);
+    painter.setClipRect(page.normalized());
+    painter.setViewTransformEnabled(true);
+}
+
+void PainterSink::FillBackground()
+{
+    painter.setBackground(PaletteColor(background));
+    painter.eraseRect(ToQRect(0, 0, pass.full.right, pass.full.bottom));
+}
+
+int PainterSink::PenWidth(int width) const
+{
+    const int64_t pixels =
+        pass.page ? 2 * int64_t{std::max(width, pass.page->minLineWidth)} : width / 2;
+    // Qt refuses such a width with a warning for each; refused here, it costs nothing.
+    if (pixels < 0 || pixels > kMaxPenWidth)
+        return pen.width();
+    return static_cast<int>(pixels);
+}
+
+void PainterSink::SetPen(int index, int width)
+{
+    // White lines would vanish on white. Black on black is not swapped, deliberately.
+    if (background == kWhite && index == kWhite)
+        index = 0;
+    pen.setColor(PaletteColor(index));
+    pen.setStyle(Qt::SolidLine);
+    pen.setWidth(PenWidth(width));
+    lines.SetPen(pen);
+}
+
+// The text stands in the painter's current font and line pen, whatever ZF, ZS, ZA and ZC asked
+// for: deliberate, graphs are laid out for it.
+void PainterSink::Text(std::string_view text, int x, int y)
+{
+    lines.Flush();
+    if (pass.watch != nullptr)
+        pass.watch->Tick();
+    const QPoint at(x, y);
+    const QString decoded = TextFromFile(text);
+    if (IsRaster(&painter) && IsTooLongForPictures(painter))
+        DrawOutlines(painter, at, decoded);
+    else
+        painter.drawText(at, decoded);
+}

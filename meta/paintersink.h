@@ -1,0 +1,53 @@
+// SPDX-License-Identifier: MIT
+// SPDX-FileCopyrightText: 2026 plotvw contributors
+//
+// Draws a pass: the coordinate mapping, the background, pens, vectors and texts.
+#pragma once
+
+#include "meta/linepainter.h"
+#include "meta/pass.h"
+
+#include <QPen>
+
+#include <string_view>
+
+class QPainter;
+class QRect;
+
+/// Widest pen that Qt takes. It refuses wider and negative ones and keeps the old width.
+constexpr int kMaxPenWidth = 32767;
+
+/// Paints for one pass.
+class PainterSink
+{
+public:
+    /// @param target      active; outlives the sink
+    /// @param pass        outlives the sink
+    /// @param background  palette index
+    /// @param workingPen  the pen that lines are drawn with; outlives the sink
+    PainterSink(QPainter& target, const PlfPass& pass, int background, QPen& workingPen);
+
+    /// Maps the painter's window to the area and fills the background.
+    void Begin();
+    void SetWidth(int width, int color) { SetPen(color, width); }
+    void SetColor(int color, int width) { SetPen(color, width); }
+    void Vector(bool /*continues*/, int x1, int y1, int x2, int y2) { lines.Line(x1, y1, x2, y2); }
+    void Text(std::string_view text, int x, int y);
+    void Finish() { lines.Flush(); }
+
+    /// Gives the pen the color of a palette index and the width for a line width of the file.
+    void SetPen(int index, int width);
+
+private:
+    void MapWindow();
+    void MapPage(const PrintedPage& page);
+    void ClipToPage(const QRect& page);
+    void FillBackground();
+    [[nodiscard]] int PenWidth(int width) const;
+
+    QPainter& painter;
+    const PlfPass& pass;
+    int background;
+    QPen& pen;
+    LinePainter lines;
+};

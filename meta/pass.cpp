@@ -1,0 +1,109 @@
+// SPDX-License-Identifier: MIT
+// SPDX-FileCopyrightText: 2026 plotvw contributors
+#include "meta/pass.h"
+
+#include "meta/bytesink.h"
+#include "meta/decoder.h"
+#include "meta/epssink.h"
+#include "meta/paintersink.h"
+#include "meta/palette.h"
+
+#include <QtGlobal>
+
+namespace {
+
+// Runs one pass, with a state of its own.
+class PassRun
+{
+public:
+    explicit PassRun(const PlfPass& drawnPass) : pass(drawnPass), background(pass.Background()) {}
+
+    template <class Sink> PlfResult Into(Sink& sink)
+    {
+        NoReport report;
+        return Run(sink, report);
+    }
+    template <class Sink> PlfResult Into(Sink& sink, PlfObserver& observer)
+    {
+        ObserverReport report(pass.graph, state, observer);
+        return Run(sink, report);
+    }
+
+    const PlfPass& pass;
+    int background;
+    QPen pen;
+    int epsItems = 1;
+
+private:
+    template <class Sink, class Reporter> PlfResult Run(Sink& sink, Reporter& report)
+    {
+        const unsigned long vectors = Decoder<Sink, Reporter>(pass, state, sink, report).Run();
+        return {vectors, background, input.nTextsRefused};
+    }
+
+    TextState text;
+    InputState input;
+    LineState line;
+    BeamState beam;
+    AddressParts address;
+    PassState state = {text, input, line, beam, address};
+};
+
+} // namespace
+
+int LineColors::Map(int index) const
+{
+    if (index < 1 || index > kPaletteSize)
+        return 0;
+    if (whiteToBlack)
+        return index == kWhite ? 0 : index;
+    if (rule == kAllBlack)
+        return 0;
+    if (rule == kThroughMap && index < kPaletteSize)
+        return map[static_cast<size_t>(index)];
+    return index;
+}
+
+int PlfPass::Background() const
+{
+    return whiteBackground ? kWhite : NamedBackground(graph);
+}
+
+PlfResult PaintGraph(const PlfPass& pass, QPainter& painter)
+{
+    PassRun run(pass);
+    PainterSink sink(painter, pass, run.background, run.pen);
+    return run.Into(sink);
+}
+
+PlfResult WriteEps(const PlfPass& pass, ByteSink& output)
+{
+    PassRun run(pass);
+    EpsSink sink(output, pass, run.background, run.epsItems);
+    return run.Into(sink);
+}
+
+PlfResult FollowGraph(const PlfPass& pass, PlfObserver& observer, QPainter* painter)
+{
+    PassRun run(pass);
+    if (painter == nullptr) {
+        NoSink sink;
+        return run.Into(sink, observer);
+    }
+    PainterSink sink(*painter, pass, run.background, run.pen);
+    return run.Into(sink, observer);
+}
+
+PlfResult CountVectors(const PlfPass& pass)
+{
+    PassRun run(pass);
+    NoSink sink;
+    return run.Into(sink);
+}
+
+void TellRefusedTexts(const PlfResult& result)
+{
+    if (result.textsRefused > 0)
+        qWarning("plotvw: %d texts or font names of more than %zu bytes are not drawn.",
+                 result.textsRefused, kTextSize - 1);
+}

@@ -1,0 +1,66 @@
+// SPDX-License-Identifier: MIT
+// SPDX-FileCopyrightText: 2026 plotvw contributors
+//
+// Tells an observer what the decoder has done, with the place of each thing in the file.
+#pragma once
+
+#include "meta/observer.h"
+#include "meta/plfgraph.h"
+#include "meta/state.h"
+#include "meta/walk.h"
+
+#include <string_view>
+
+class ObserverReport
+{
+public:
+    /// Whether the decoder has to say where each thing stands, and may take no short cut.
+    static constexpr bool kFollows = true;
+
+    /// All of them outlive the report.
+    ObserverReport(const PlfBytes& graph, const PassState& passState, PlfObserver& follower)
+        : bytes(graph), state(passState), observer(follower)
+    {
+    }
+
+    [[nodiscard]] PlfObserver& Observer() { return observer; }
+
+    /// An address was carried out, after the byte behind it had been read.
+    /// @param wasMove  instead of a vector
+    /// @param from     where the beam stood before
+    void Address(const Walk& walk, bool wasMove, const BeamState& from);
+    /// An escape came before the end of what was read.
+    void Escape(const Walk& walk);
+    /// A control character outside commands.
+    void Control(const Walk& walk, int c);
+    /// A command was carried out.
+    void Command(const Walk& walk);
+    void Text(std::string_view text);
+    /// @param last  the character that ended the drawing, 0 for the zero byte
+    void End(const Walk& walk, int last);
+
+private:
+    [[nodiscard]] size_t OffsetOf(const char* at) const { return bytes.OffsetOf(at); }
+
+    PlfBytes bytes;
+    const PassState& state;
+    PlfObserver& observer;
+};
+
+/// The report to nobody.
+class NoReport
+{
+public:
+    static constexpr bool kFollows = false;
+
+    [[nodiscard]] PlfObserver& Observer() { return nobody; }
+    void Address(const Walk& /*walk*/, bool /*wasMove*/, const BeamState& /*from*/) {}
+    void Escape(const Walk& /*walk*/) {}
+    void Control(const Walk& /*walk*/, int /*c*/) {}
+    void Command(const Walk& /*walk*/) {}
+    void Text(std::string_view /*text*/) {}
+    void End(const Walk& /*walk*/, int /*last*/) {}
+
+private:
+    NoObserver nobody;
+};
