@@ -6,11 +6,12 @@
 #
 #   ./test.sh            g++, warnings are errors: all tests, at the end those in an X server of their own
 #   ./test.sh asan       clang++ with the address and undefined-behaviour sanitizers: the same tests
+#   ./test.sh tsan       clang++ with the thread sanitizer: the tests that run threads
 #   ./test.sh lint [changed|quick]
 #                        what formatters, validators and analyzers say about the sources; clang-tidy looks at all of
 #                        them, at those that have changed since the last release, or at none
 #   ./test.sh release    a release with warnings as errors and the benchmarks, installed into a folder and tried
-#   ./test.sh all        these four
+#   ./test.sh all        these five
 #   ./test.sh fuzz SECONDS [TARGET...]
 #                        each fuzz target, or those named, for so long; two at a time
 #
@@ -56,6 +57,7 @@ build_and_fuzz() {
 case ${1-} in
 '') build_and_test dev dev ;;
 asan) build_and_test asan asan "${sanitizer_packages[@]}" ;;
+tsan) build_and_test tsan tsan "${sanitizer_packages[@]}" ;;
 lint)
   export PLOTVW_LINT=${2:-all}
   [[ $PLOTVW_LINT != quick ]] || selection=(--label-exclude tidy)
@@ -66,11 +68,12 @@ fuzz) build_and_fuzz "${@:2}" ;;
 all)
   "$0"
   "$0" asan
+  "$0" tsan
   "$0" lint
   "$0" release
   ;;
 *)
-  echo 'usage: ./test.sh [asan|lint [changed|quick]|release|all|fuzz SECONDS [TARGET...]]' >&2
+  echo 'usage: ./test.sh [asan|tsan|lint [changed|quick]|release|all|fuzz SECONDS [TARGET...]]' >&2
   exit 2
   ;;
 esac

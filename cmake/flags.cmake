@@ -22,6 +22,10 @@ if(PLOTVW_SANITIZE)
     target_compile_options(plotvw_flags INTERFACE -fsanitize=fuzzer-no-link)
   endif()
 endif()
+if(PLOTVW_TSAN)
+  target_compile_options(plotvw_flags INTERFACE -fsanitize=thread -fno-omit-frame-pointer)
+  target_link_options(plotvw_flags INTERFACE -fsanitize=thread)
+endif()
 
 # plotvw_library(NAME sources... LINKS targets...): one static library per folder.
 function(plotvw_library name)
