@@ -70,7 +70,8 @@ PainterSink::PainterSink(QPainter& target, const PlfPass& drawnPass, int backgro
 void PainterSink::Begin()
 {
     MapWindow();
-    FillBackground();
+    if (pass.fillsBackground)
+        FillBackground();
 }
 
 void PainterSink::MapWindow()
@@ -129,7 +130,14 @@ void PainterSink::SetPen(int index, int width)
     pen.setColor(PaletteColor(index));
     pen.setStyle(Qt::SolidLine);
     pen.setWidth(PenWidth(width));
-    lines.SetPen(pen);
+    lines.SetPen(Visible(pen));
+}
+
+QPen PainterSink::Visible(QPen thin) const
+{
+    if (thin.widthF() < pass.minPenWidth)
+        thin.setWidthF(pass.minPenWidth);
+    return thin;
 }
 
 // The text stands in the painter's current font and line pen, whatever ZF, ZS, ZA and ZC asked

@@ -44,6 +44,7 @@ private:
     void ClipToPage(const QRect& page);
     void FillBackground();
     [[nodiscard]] int PenWidth(int width) const;
+    [[nodiscard]] QPen Visible(QPen thin) const;
 
     QPainter& painter;
     const PlfPass& pass;

@@ -55,7 +55,9 @@ struct PlfPass {
     Rect zoom = {};                  // the part to draw, drawing units; without width, full
     Rect full = kWholeArea;          // the graph's area
     bool whiteBackground = true;     // else the one that the graph names
+    bool fillsBackground = true;     // else what the painter holds shows through
     double widthScale = 1.0;         // factor on line widths; infinite ones saturate
+    double minPenWidth = 0.0;        // the thinnest pen of a painter, drawing units
     LineColors colors;               // of painted lines
     std::optional<PrintedPage> page; // on paper; without it a painter's viewport stays
     EpsOptions eps;

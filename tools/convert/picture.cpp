@@ -5,7 +5,6 @@
 #include "meta/bytesink.h"
 #include "meta/pass.h"
 #include "tools/convert/arguments.h"
-#include "tools/convert/linefilter.h"
 #include "tools/convert/palettize.h"
 
 #include <QGuiApplication>
@@ -58,51 +57,28 @@ PlfPass MakePass(const PlfBytes& graph, const PictureSettings& settings)
     pass.graph = graph;
     pass.zoom = ZoomOf(settings);
     pass.whiteBackground = settings.background != Background::kFile;
+    pass.fillsBackground = settings.background != Background::kTransparent;
     pass.widthScale = settings.lineScale;
+    const int minPenWidth = settings.minLineWidth.value_or(0) / kScreenWidths;
+    pass.minPenWidth = minPenWidth;
     pass.colors.rule = settings.black ? LineColors::kAllBlack : LineColors::kFileColors;
     return pass;
 }
 
-void Interpret(const PlfBytes& graph, QPainter& painter, const PictureSettings& settings)
-{
-    TellRefusedTexts(PaintGraph(MakePass(graph, settings), painter));
-}
-
-void InterpretThroughFilter(const PlfBytes& graph, QPainter* painter,
-                            const PictureSettings& settings, const LineFilterRules& rules)
-{
-    LineFilter filter(painter, rules);
-    QPainter filtered(&filter);
-    filtered.setRenderHints(painter->renderHints());
-    filtered.setFont(painter->font());
-    filtered.setViewport(painter->viewport());
-    Interpret(graph, filtered, settings);
-}
-
-void Paint(const PlfBytes& graph, QPainter* painter, const PictureSettings& settings,
-           const LineFilterRules& rules)
-{
-    painter->setRenderHint(QPainter::Antialiasing);
-    if (rules.withoutBackground || rules.minPenWidth > 0.0)
-        InterpretThroughFilter(graph, painter, settings, rules);
-    else
-        Interpret(graph, *painter, settings);
-}
-
-LineFilterRules ImageRules(const PictureSettings& settings)
-{
-    const int minPenWidth = settings.minLineWidth.value_or(0) / kScreenWidths;
-    return {settings.background == Background::kTransparent, static_cast<double>(minPenWidth)};
-}
-
 // In an image no line is thinner than a pixel. Without pixels such a line, or one of no width,
 // would look different in each program that shows it, and vanish on paper.
-LineFilterRules VectorRules(const PictureSettings& settings)
+PlfPass MakeVectorPass(const PlfBytes& graph, const PictureSettings& settings)
 {
-    LineFilterRules rules = ImageRules(settings);
+    PlfPass pass = MakePass(graph, settings);
     const double pixel = AreaWidth(settings) / PictureSize(settings).width();
-    rules.minPenWidth = std::max(rules.minPenWidth, pixel);
-    return rules;
+    pass.minPenWidth = std::max(pass.minPenWidth, pixel);
+    return pass;
+}
+
+void Paint(const PlfPass& pass, QPainter& painter)
+{
+    painter.setRenderHint(QPainter::Antialiasing);
+    TellRefusedTexts(PaintGraph(pass, painter));
 }
 
 // With texts as large as the screen's resolution makes them; the image gets its own only
@@ -111,7 +87,7 @@ void PaintImage(const PlfBytes& graph, const PictureSettings& settings, QImage* 
 {
     image->fill(image->hasAlphaChannel() ? Qt::transparent : Qt::white);
     QPainter painter(image);
-    Paint(graph, &painter, settings, ImageRules(settings));
+    Paint(MakePass(graph, settings), painter);
     painter.end();
     const int dotsPerMeter = static_cast<int>(std::lround(Dpi(settings) / kMetersPerInch));
     image->setDotsPerMeterX(dotsPerMeter);
@@ -161,7 +137,7 @@ QString PaintOn(QPaintDevice* device, const PlfBytes& graph, const PictureSettin
     font.setPixelSize(std::max(
         static_cast<int>(std::lround(font.pointSizeF() * kScreenDpi / kPointsPerInch)), 1));
     painter.setFont(font);
-    Paint(graph, &painter, settings, VectorRules(settings));
+    Paint(MakeVectorPass(graph, settings), painter);
     return painter.end() ? QString() : QStringLiteral("the picture cannot be finished");
 }
 
