@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 #include "app/appwindow.h"
-#include "app/globals.h"
+#include "app/state/globals.h"
 
 #include <QMessageBox>
 

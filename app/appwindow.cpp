@@ -3,9 +3,9 @@
 #include "app/appwindow.h"
 
 #include "app/drawview.h"
-#include "app/globals.h"
 #include "app/jobs.h"
 #include "app/messages.h"
+#include "app/state/globals.h"
 #include "app/statustext.h"
 #include "app/windowplace.h"
 #include "meta/palette.h"

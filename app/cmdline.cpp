@@ -2,8 +2,8 @@
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 #include "app/cmdline.h"
 
-#include "app/globals.h"
 #include "app/messages.h"
+#include "app/state/globals.h"
 #include "app/widebox.h"
 #include "support/paths.h"
 #include "support/scan.h"

@@ -3,7 +3,7 @@
 #include "app/drawview.h"
 
 #include "app/appwindow.h"
-#include "app/globals.h"
+#include "app/state/globals.h"
 #include "app/statustext.h"
 #include "app/waitcursor.h"
 #include "meta/passwatch.h"

@@ -4,10 +4,10 @@
 
 #include "app/appwindow.h"
 #include "app/drawview.h"
-#include "app/globals.h"
 #include "app/jobs.h"
 #include "app/messages.h"
 #include "app/savedialog.h"
+#include "app/state/globals.h"
 #include "app/statustext.h"
 #include "meta/plfmeta.h"
 #include "support/files.h"

@@ -3,7 +3,7 @@
 #include "app/filedrop.h"
 
 #include "app/appwindow.h"
-#include "app/globals.h"
+#include "app/state/globals.h"
 
 #include <QApplication>
 #include <QDropEvent>

@@ -3,9 +3,9 @@
 #include "app/fileprop.h"
 
 #include "app/appwindow.h"
-#include "app/globals.h"
 #include "app/messages.h"
 #include "app/pathlabel.h"
+#include "app/state/globals.h"
 #include "support/paths.h"
 #include "support/text.h"
 

@@ -6,7 +6,7 @@
 
 #include "app/appwindow.h"
 #include "app/drawview.h"
-#include "app/globals.h"
+#include "app/state/globals.h"
 
 #include <QCoreApplication>
 #include <QPointer>

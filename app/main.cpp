@@ -5,7 +5,7 @@
 #include "app/drawview.h"
 #include "app/endsignals.h"
 #include "app/filedrop.h"
-#include "app/globals.h"
+#include "app/state/globals.h"
 #include "support/paths.h"
 #include "support/text.h"
 

@@ -4,8 +4,8 @@
 // Printing.
 #include "app/appwindow.h"
 #include "app/drawview.h"
-#include "app/globals.h"
 #include "app/printpaper.h"
+#include "app/state/globals.h"
 #include "support/files.h"
 
 #include <QPageLayout>

@@ -16,7 +16,7 @@
 // other graphs that are pressed on. Runs in the X server of $DISPLAY where QT_QPA_PLATFORM is xcb.
 #include "app/appwindow.h"
 #include "app/drawview.h"
-#include "app/globals.h"
+#include "app/state/globals.h"
 #include "bench/graphs.h"
 #include "support/text.h"
 #include "tests/plfwriter.h"

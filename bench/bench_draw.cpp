@@ -16,7 +16,7 @@
 //   bench_draw [GOOGLE-BENCHMARK-OPTION...] [FOLDER]
 //
 // FOLDER, or $PLOTVW_STREAMS when it is left out, holds walk.plf and surface.plf.
-#include "app/globals.h"
+#include "app/state/globals.h"
 #include "bench/graphs.h"
 #include "meta/palette.h"
 #include "meta/plfbuffer.h"

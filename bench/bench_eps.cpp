@@ -11,7 +11,7 @@
 //
 // FOLDER, or $PLOTVW_STREAMS when it is left out, holds walk.plf and surface.plf; files are written
 // to $TMPDIR.
-#include "app/globals.h"
+#include "app/state/globals.h"
 #include "bench/graphs.h"
 #include "meta/palette.h"
 #include "meta/plfbuffer.h"

@@ -27,9 +27,11 @@ if(PLOTVW_TSAN)
   target_link_options(plotvw_flags INTERFACE -fsanitize=thread)
 endif()
 
-# plotvw_library(NAME sources... LINKS targets...): one static library per folder.
+# plotvw_library(NAME sources... LINKS targets...): one static library per folder, plotvw_NAME, which others link as
+# plotvw::NAME.
 function(plotvw_library name)
   cmake_parse_arguments(arg "" "" "LINKS" ${ARGN})
-  add_library(${name} STATIC ${arg_UNPARSED_ARGUMENTS})
-  target_link_libraries(${name} PUBLIC plotvw_flags ${arg_LINKS})
+  add_library(plotvw_${name} STATIC ${arg_UNPARSED_ARGUMENTS})
+  add_library(plotvw::${name} ALIAS plotvw_${name})
+  target_link_libraries(plotvw_${name} PUBLIC plotvw_flags ${arg_LINKS})
 endfunction()

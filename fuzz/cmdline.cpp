@@ -3,7 +3,7 @@
 //
 // Input: the words of a command line, one a line.
 #include "app/cmdline.h"
-#include "app/globals.h"
+#include "app/state/globals.h"
 #include "fuzz/target.h"
 
 #include <QApplication>

@@ -3,7 +3,7 @@
 //
 // Input: a configuration file. What it sets is then drawn with, on paper and as EPS.
 #include "support/config.h"
-#include "app/globals.h"
+#include "app/state/globals.h"
 #include "fuzz/target.h"
 #include "meta/palette.h"
 #include "meta/plfmeta.h"

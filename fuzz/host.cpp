@@ -10,7 +10,7 @@
 // Every '/' becomes '_', so that no name lies outside of the sandbox.
 #include "app/appwindow.h"
 #include "app/drawview.h"
-#include "app/globals.h"
+#include "app/state/globals.h"
 #include "fuzz/target.h"
 #include "hostlink/frame.h"
 #include "support/text.h"

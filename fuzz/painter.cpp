@@ -3,7 +3,7 @@
 //
 // Input: a graph file. It is drawn into a small picture, the way that its last byte chooses; most
 // graphs end before that byte, so that it can be anything.
-#include "app/globals.h"
+#include "app/state/globals.h"
 #include "fuzz/target.h"
 #include "meta/plfmeta.h"
 

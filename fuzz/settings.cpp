@@ -4,7 +4,7 @@
 // Input: a settings file. It is read, a window is made with it, and it is written again.
 #include "support/settings.h"
 #include "app/appwindow.h"
-#include "app/globals.h"
+#include "app/state/globals.h"
 #include "fuzz/target.h"
 
 #include <QApplication>

@@ -2,7 +2,7 @@
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 #include "fuzz/target.h"
 
-#include "app/globals.h"
+#include "app/state/globals.h"
 #include "meta/plfbuffer.h"
 #include "meta/plfmeta.h"
 #include "support/text.h"

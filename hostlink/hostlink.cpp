@@ -6,9 +6,9 @@
 #include "app/appwindow.h"
 #include "app/cmdline.h"
 #include "app/drawview.h"
-#include "app/globals.h"
 #include "app/jobs.h"
 #include "app/messages.h"
+#include "app/state/globals.h"
 #include "hostlink/frame.h"
 
 #include <QCoreApplication>

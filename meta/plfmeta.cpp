@@ -2,7 +2,7 @@
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 #include "meta/plfmeta.h"
 
-#include "app/globals.h"
+#include "app/state/globals.h"
 #include "meta/decoder.h"
 #include "meta/epssink.h"
 #include "meta/paintersink.h"

@@ -2,7 +2,7 @@
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 #include "support/config.h"
 
-#include "app/globals.h"
+#include "app/state/globals.h"
 #include "support/files.h"
 #include "support/text.h"
 #include "support/values.h"

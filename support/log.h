@@ -6,7 +6,7 @@
 // silently.
 #pragma once
 
-#include "app/globals.h"
+#include "app/state/sizes.h"
 
 #include <cstdio>
 

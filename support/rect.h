@@ -5,20 +5,9 @@
 // area and the rubber band.
 #pragma once
 
-#include <cstddef>
-#include <cstdint>
+#include "app/state/rect.h"
 
-/// A rectangle with its size beside its corners. Only SetRect keeps the two in step.
-/// The settings file holds these 48 bytes as they are.
-struct Rect {
-    int64_t left;
-    int64_t top;
-    int64_t right;
-    int64_t bottom;
-    int64_t width;
-    int64_t height;
-};
-static_assert(sizeof(Rect) == 48 && offsetof(Rect, width) == 32, "the settings file's layout");
+#include <cstdint>
 
 /// A 16-byte rectangle record; the target of one CopyRect.
 struct RECT {

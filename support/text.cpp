@@ -2,7 +2,7 @@
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 #include "support/text.h"
 
-#include "app/globals.h"
+#include "app/state/sizes.h"
 
 #include <cstdarg>
 #include <cstdio>

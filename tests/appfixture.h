@@ -7,7 +7,7 @@
 
 #include "app/appwindow.h"
 #include "app/drawview.h"
-#include "app/globals.h"
+#include "app/state/globals.h"
 #include "meta/plfbuffer.h"
 #include "support/text.h"
 #include "tests/plfwriter.h"

@@ -2,7 +2,7 @@
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 #include "tests/epsfile.h"
 
-#include "app/globals.h"
+#include "app/state/globals.h"
 #include "meta/plfmeta.h"
 #include "support/text.h"
 

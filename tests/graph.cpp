@@ -2,7 +2,7 @@
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 #include "tests/graph.h"
 
-#include "app/globals.h"
+#include "app/state/globals.h"
 #include "meta/plfbuffer.h"
 #include "meta/plfmeta.h"
 #include "tests/recorder.h"

@@ -197,7 +197,7 @@ QStringList DeclaredGlobals()
     static const QRegularExpression kDeclaration(QStringLiteral("^extern [^;]*;"),
                                                  QRegularExpression::MultilineOption);
     static const QRegularExpression kName(QStringLiteral("(\\w+)(\\[\\w+\\])?[,;]"));
-    QFile header(QFINDTESTDATA("../app/globals.h"));
+    QFile header(QFINDTESTDATA("../app/state/globals.h"));
     if (!header.open(QIODevice::ReadOnly))
         return {};
     QStringList names;

@@ -4,7 +4,7 @@
 // The configuration file: where it is looked for, which lines count, and what each key sets.
 #include "support/config.h"
 
-#include "app/globals.h"
+#include "app/state/globals.h"
 #include "support/files.h"
 #include "support/text.h"
 

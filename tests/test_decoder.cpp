@@ -2,7 +2,7 @@
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 //
 // Runs the decoder scripts of tests/data/decoder: bytes in, painted operations out.
-#include "app/globals.h"
+#include "app/state/globals.h"
 #include "meta/plfbuffer.h"
 #include "tests/graph.h"
 #include "tests/script.h"

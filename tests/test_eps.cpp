@@ -3,7 +3,7 @@
 //
 // What is written as EPS, byte by byte. PLOTVW_SEEDS=FIRST:COUNT chooses the streams that are
 // compared with the reference.
-#include "app/globals.h"
+#include "app/state/globals.h"
 #include "meta/palette.h"
 #include "meta/plfbuffer.h"
 #include "meta/plfmeta.h"

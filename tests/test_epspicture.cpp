@@ -4,7 +4,7 @@
 // The EPS of a graph, made a picture by Ghostscript, against the same graph painted: each must have
 // its lines where the other has them, in the same colors. Where a line ends and how its edge falls
 // on the pixels is each program's own, so a line may be kNear pixels away from its counterpart.
-#include "app/globals.h"
+#include "app/state/globals.h"
 #include "meta/palette.h"
 #include "meta/plfbuffer.h"
 #include "meta/plfmeta.h"

@@ -4,7 +4,7 @@
 // What the interpreter tells of a graph, piece by piece and summed up.
 #include "tools/info/inspector.h"
 
-#include "app/globals.h"
+#include "app/state/globals.h"
 #include "meta/pass.h"
 #include "meta/plfbuffer.h"
 #include "tests/graph.h"

@@ -2,7 +2,7 @@
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 //
 // Compares pictures, pixel for pixel, with those that one call of the toolkit for each line gives.
-#include "app/globals.h"
+#include "app/state/globals.h"
 #include "meta/linepainter.h"
 #include "meta/plfbuffer.h"
 #include "meta/plfmeta.h"

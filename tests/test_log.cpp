@@ -4,7 +4,7 @@
 // The trace log: which lines reach the file, and in which form.
 #include "support/log.h"
 
-#include "app/globals.h"
+#include "app/state/globals.h"
 #include "support/text.h"
 
 #include <QtTest>

@@ -4,7 +4,7 @@
 // Damaged variants of the samples: each is drawn and written as EPS, as the plain interpreter of
 // the tests says, with work and memory that its size explains. The same seed gives the same
 // variant everywhere. PLOTVW_SEEDS=FIRST:COUNT chooses other ones.
-#include "app/globals.h"
+#include "app/state/globals.h"
 #include "meta/palette.h"
 #include "meta/plfbuffer.h"
 #include "meta/plfmeta.h"

@@ -4,7 +4,7 @@
 // Directories from the environment, the parts of file names, and numbers for display.
 #include "support/paths.h"
 
-#include "app/globals.h"
+#include "app/state/globals.h"
 #include "support/config.h"
 #include "support/settings.h"
 #include "support/text.h"

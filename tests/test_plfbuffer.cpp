@@ -2,7 +2,7 @@
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 #include "meta/plfbuffer.h"
 
-#include "app/globals.h"
+#include "app/state/globals.h"
 #include "meta/palette.h"
 #include "tests/graph.h"
 

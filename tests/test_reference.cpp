@@ -3,7 +3,7 @@
 //
 // Compares the interpreter with a second, plain one over seeded streams, operation by operation.
 // PLOTVW_SEEDS=FIRST:COUNT chooses other streams.
-#include "app/globals.h"
+#include "app/state/globals.h"
 #include "meta/plfbuffer.h"
 #include "meta/plfmeta.h"
 #include "tests/graph.h"

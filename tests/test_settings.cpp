@@ -4,7 +4,7 @@
 // The settings file, byte by byte.
 #include "support/settings.h"
 
-#include "app/globals.h"
+#include "app/state/globals.h"
 #include "support/rect.h"
 #include "support/text.h"
 

@@ -4,7 +4,7 @@
 // Bounded copies: a text fits whole, or the buffer stays as it was.
 #include "support/text.h"
 
-#include "app/globals.h"
+#include "app/state/globals.h"
 
 #include <QtTest>
 

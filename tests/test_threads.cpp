@@ -2,7 +2,7 @@
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 //
 // Passes that run at once: over many graphs, and over one.
-#include "app/globals.h"
+#include "app/state/globals.h"
 #include "meta/bytesink.h"
 #include "meta/pass.h"
 #include "tests/sanitized.h"

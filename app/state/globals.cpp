@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // SPDX-FileCopyrightText: 2026 plotvw contributors
-#include "app/globals.h"
+#include "app/state/globals.h"
 
 char gszPlffileOrig[kPathSize] = "";
 char gszPlffileName[kPathSize] = "";

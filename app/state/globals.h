@@ -5,22 +5,15 @@
 // knows a window. One GUI thread reads and writes it, so there are no locks.
 #pragma once
 
-#include "support/rect.h"
+#include "app/state/rect.h"
+#include "app/state/sizes.h"
 
-#include <cstddef>
 #include <cstdint>
 
 class QApplication;
 class AppWindow;
 class DrawView;
 class CLog;
-
-/// Bytes in a path buffer, with the terminating NUL.
-constexpr size_t kPathSize = 1024;
-/// Bytes in the working-directory buffer of the "-cwd=" option, with the terminating NUL.
-constexpr size_t kWorkingDirSize = 2048;
-/// Bytes in a version text, NUL-padded; the settings file stores all of them.
-constexpr size_t kVersionSize = 10;
 
 // The host's command-line jobs, as bits of giCmdArg.
 constexpr int kJobPrint = 1; // -p
