@@ -21,7 +21,6 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QFileDialog>
-#include <QLocalSocket>
 #include <QMenu>
 #include <QPointer>
 #include <QResizeEvent>
@@ -79,9 +78,6 @@ AppWindow::AppWindow() : status(new StatusText(this))
 AppWindow::~AppWindow()
 {
     checkDeleteTempFile();
-    // The socket outlives the window and goes with the application.
-    if (socket != nullptr)
-        socket->setParent(qApp);
     if (gpMainwnd == this)
         gpMainwnd = nullptr;
 }
@@ -109,8 +105,7 @@ void AppWindow::CheckBackgroundItem()
 
 void AppWindow::choose()
 {
-    OwnDialog<QFileDialog> dialog(this, tr("Open File"), QString(),
-                                  tr("KORVEL Graphics (*.plf);;All Files (*)"));
+    OwnDialog<QFileDialog> dialog(this, tr("Open File"), QString(), tr(kGraphFilter));
     dialog->setFileMode(QFileDialog::ExistingFile);
     if (!dialog.IsAccepted())
         return;

@@ -4,12 +4,16 @@
 // The viewer's only top-level window: menus, loading, and the window's own position.
 #pragma once
 
+#include "hostlink/connection.h"
+
 #include <QMainWindow>
 
 class DrawView;
-class QLocalSocket;
 class QMenu;
 class StatusText;
+
+/// What the dialogs that open and save graphs offer.
+constexpr char kGraphFilter[] = "KORVEL Graphics (*.plf);;All Files (*)";
 
 class AppWindow : public QMainWindow
 {
@@ -42,10 +46,9 @@ private:
     QMenu* fileMenu = nullptr;
     QMenu* exportMenu = nullptr;
     QMenu* viewMenu = nullptr;
-    QLocalSocket* socket = nullptr; // connection to the host; null once it was deleted
-    qint16 blockSize = 0;           // length of the frame being read; 0 = not read yet
-    int bkclrItemId = 0;            // item id of White Background
-    StatusText* status;             // child of the window
+    HostConnection host; // its socket, and the length of the frame being read
+    int bkclrItemId = 0; // item id of White Background
+    StatusText* status;  // child of the window
 
     void ConnectHost();
     bool RunCommand(const QString& commandLine);

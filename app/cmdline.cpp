@@ -5,14 +5,17 @@
 #include "app/messages.h"
 #include "app/state/globals.h"
 #include "app/widebox.h"
+#include "hostlink/vieweroptions.h"
 #include "support/paths.h"
 #include "support/scan.h"
 #include "support/text.h"
 
 #include <QCoreApplication>
 
+#include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <iterator>
 
 namespace {
 
@@ -87,61 +90,69 @@ bool Store(const Place& place, const char* text)
     return Fits(place, strlen(text)) && CopyText(place.buffer, place.size, text);
 }
 
-// An option, and what it does with the text behind it. The text is taken as many characters from
-// the argument's start as the option is long, wherever in the argument the option stands.
-struct Option {
-    const char* text;
+// An option, and what it does with the text after it. The text is taken as many characters from
+// the argument's start as the option is long, wherever in the argument the option is.
+struct Action {
+    ViewerOption option;
     void (*apply)(const char* value); // null: the text is stored
     Place place = {};
 };
 
-// Hosts rely on this order and on the search inside the whole argument: the first row that occurs
-// in an argument decides, so that a path such as /data/run-plot.plf asks for a print, and "-h",
-// which the usage box promises, is a file name.
-constexpr Option kOptions[] = {
-    {"-wp=", WindowPosition},
-    {"-po=", PrintOrientation},
-    {"-p", Print},
-    {"-c=", Convert},
-    {"-cf=", nullptr, {gszCvtFilenameBase, kPathSize, "The name for exported files (-cf=)"}},
-    {"-svrname=", nullptr, {gszKrvServerName, kPathSize, "The server name (-svrname=)"}},
-    {"-q", Quit},
-    {"-tmp", TemporaryFile},
-    {"-cwd=", nullptr, {gszCurrentWorkingDir, kWorkingDirSize, "The working directory (-cwd=)"}},
-    {"-?", nullptr}, // shows the usage box and ends the parsing
+// clang-format off
+constexpr Action kActions[] = {
+    {ViewerOption::kWindowPlace, WindowPosition},
+    {ViewerOption::kOrientation, PrintOrientation},
+    {ViewerOption::kPrint,       Print},
+    {ViewerOption::kExport,      Convert},
+    {ViewerOption::kExportName,  nullptr, {gszCvtFilenameBase, kPathSize, "The name for exported files (-cf=)"}},
+    {ViewerOption::kServerName,  nullptr, {gszKrvServerName, kPathSize, "The server name (-svrname=)"}},
+    {ViewerOption::kQuit,        Quit},
+    {ViewerOption::kTemporary,   TemporaryFile},
+    {ViewerOption::kWorkingDir,  nullptr, {gszCurrentWorkingDir, kWorkingDirSize, "The working directory (-cwd=)"}},
+    {ViewerOption::kUsage,       nullptr}, // ends the parsing
+    {ViewerOption::kNone,        nullptr, {gszPlffileOrig, kPathSize, "The file name"}},
+};
+// clang-format on
+
+constexpr bool IsComplete()
+{
+    size_t i = 0;
+    while (i < std::size(kActions) && static_cast<size_t>(kActions[i].option) == i)
+        ++i;
+    return i == kViewerOptionCount + 1;
+}
+static_assert(IsComplete(), "one row for each option, in their order");
+
+// An argument, taken apart.
+struct Argument {
+    const Action& action;
+    const char* value;
+
+    [[nodiscard]] bool IsFileName() const { return action.option == ViewerOption::kNone; }
+    [[nodiscard]] bool IsUsage() const { return action.option == ViewerOption::kUsage; }
 };
 
-// An argument without an option in it.
-constexpr Option kFileName = {"", nullptr, {gszPlffileOrig, kPathSize, "The file name"}};
-
-const Option& FindOption(const char* argument)
+Argument TakeApart(const char* argument)
 {
-    for (const Option& option : kOptions) {
-        if (strstr(argument, option.text) != nullptr)
-            return option;
-    }
-    return kFileName;
-}
-
-bool IsUsage(const Option& option)
-{
-    return option.apply == nullptr && option.place.buffer == nullptr;
+    const ViewerOption option = OptionIn(argument);
+    return {kActions[static_cast<size_t>(option)], argument + TextOf(option).size()};
 }
 
 // The working directory is put before relative file names.
-size_t FullLength(const Option& option, const char* value)
+size_t FullLength(const Argument& argument)
 {
-    const bool isJoined = &option == &kFileName && value[0] != 0 && FilenameHasPath(value) == 0;
+    const char* value = argument.value;
+    const bool isJoined = argument.IsFileName() && value[0] != 0 && FilenameHasPath(value) == 0;
     return strlen(value) + (isJoined ? strlen(gszCurdir) + 1 : 0);
 }
 
 // The last file name wins. One that does not fit clears the name, so that no earlier one is used
 // instead.
-void Apply(const Option& option, const char* value)
+void Apply(const Argument& argument)
 {
-    if (option.apply != nullptr)
-        option.apply(value);
-    else if (!Store(option.place, value) && &option == &kFileName)
+    if (argument.action.apply != nullptr)
+        argument.action.apply(argument.value);
+    else if (!Store(argument.action.place, argument.value) && argument.IsFileName())
         gszPlffileOrig[0] = 0;
 }
 
@@ -167,12 +178,12 @@ int ProcessCmdline(int argc, char** argv, int first)
     gszCurrentWorkingDir[0] = 0;
     gbIsTempFile = false;
     for (int i = first; i < argc; ++i) {
-        const Option& option = FindOption(argv[i]);
-        if (IsUsage(option)) {
+        const Argument argument = TakeApart(argv[i]);
+        if (argument.IsUsage()) {
             ShowUsage();
             return -1;
         }
-        Apply(option, argv[i] + strlen(option.text));
+        Apply(argument);
     }
     return 0;
 }
@@ -180,11 +191,11 @@ int ProcessCmdline(int argc, char** argv, int first)
 bool CmdlineFits(int argc, char** argv, int first)
 {
     for (int i = first; i < argc; ++i) {
-        const Option& option = FindOption(argv[i]);
-        if (IsUsage(option))
+        const Argument argument = TakeApart(argv[i]);
+        if (argument.IsUsage())
             return true;
-        const char* value = argv[i] + strlen(option.text);
-        if (option.place.buffer != nullptr && !Fits(option.place, FullLength(option, value)))
+        const Place& place = argument.action.place;
+        if (place.buffer != nullptr && !Fits(place, FullLength(argument)))
             return false;
     }
     return true;

@@ -2,8 +2,9 @@
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 #include "hostlink/frame.h"
 
+#include <QBuffer>
 #include <QDataStream>
-#include <QIODevice>
+#include <QtEndian>
 
 namespace {
 
@@ -37,4 +38,19 @@ bool ReadFrame(QIODevice* device, qint16* blockSize, QString* message)
         return false;
     stream >> *message;
     return true;
+}
+
+bool TakeFrame(QByteArray& received, QString* message)
+{
+    if (received.size() < kFrameLengthSize)
+        return false;
+    const qsizetype size = kFrameLengthSize + qFromBigEndian<quint16>(received.constData());
+    if (received.size() < size)
+        return false;
+    QByteArray frame = received.left(size);
+    received.remove(0, size);
+    QBuffer device(&frame);
+    device.open(QIODevice::ReadOnly);
+    qint16 blockSize = 0;
+    return ReadFrame(&device, &blockSize, message);
 }

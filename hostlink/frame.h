@@ -25,3 +25,8 @@ QByteArray EncodeFrame(const QString& message);
 /// @param message    receives the string
 /// @return false when more bytes have to come first
 bool ReadFrame(QIODevice* device, qint16* blockSize, QString* message);
+
+/// Takes one frame off the front of received bytes, once it is there as a whole by its length.
+/// @param message  receives the string
+/// @return false when bytes are missing
+bool TakeFrame(QByteArray& received, QString* message);

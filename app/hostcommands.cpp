@@ -9,28 +9,20 @@
 #include "app/jobs.h"
 #include "app/messages.h"
 #include "app/state/globals.h"
-#include "hostlink/frame.h"
 
 #include <QCoreApplication>
 #include <QDebug>
-#include <QLocalSocket>
 #include <QPointer>
 
 #include <cstdlib>
 #include <memory>
+#include <optional>
 #include <utility>
 #include <vector>
 
 #include <unistd.h>
 
 namespace {
-
-// The greeting, and the acknowledgement of each command that named a file.
-const QString kAccept = QStringLiteral("krv-accept-connect");
-
-// Bytes that wait to be read; what a host sends beyond them waits on its side. A frame has 32769 at
-// most as far as its length can tell, and far longer ones are taken too.
-constexpr qint64 kMostWaiting = 1'048'576;
 
 // In the program's own texts a zero would cut the line, and half a surrogate pair would become
 // another character: either way a word would name another file, which "-tmp" then deletes.
@@ -81,39 +73,29 @@ private:
 
 } // namespace
 
-// Does not wait for the connection: a listening server takes it immediately, or as soon as its
-// queue has room. Without a server the viewer runs alone.
+// Without a server the viewer runs alone.
 void AppWindow::ConnectHost()
 {
-    socket = new QLocalSocket;
-    socket->setReadBufferSize(kMostWaiting);
-    socket->connectToServer(QString::fromLocal8Bit(gszKrvServerName), QIODevice::ReadWrite);
-    connect(socket, &QLocalSocket::readyRead, this, &AppWindow::readData);
-    if (socket->isOpen())
-        writeData(kAccept);
-    else
-        connect(socket, &QLocalSocket::connected, this, [this] { writeData(kAccept); });
+    host.Connect(QString::fromLocal8Bit(gszKrvServerName), this, [this] { readData(); });
 }
 
-// One frame a call. A second one that came with the first waits for the next signal.
+// One command line a call.
 void AppWindow::readData()
 {
-    if (socket == nullptr)
+    if (!host.HasSocket())
         return;
     // The window may be closed in the events that are processed here and below.
     const QPointer<AppWindow> self(this);
     QCoreApplication::processEvents();
-    if (self.isNull() || socket == nullptr)
+    if (self.isNull())
         return;
-    QString commandLine;
-    if (!ReadFrame(socket, &blockSize, &commandLine))
+    const std::optional<QString> commandLine = host.Receive();
+    if (!commandLine)
         return;
     checkDeleteTempFile(); // the file of the command before
-    const bool isAnswered = RunCommand(commandLine);
-    if (self.isNull() || !isAnswered)
-        return;
-    writeData(kAccept);
-    blockSize = 0;
+    const bool isAnswered = RunCommand(*commandLine);
+    if (!self.isNull() && isAnswered)
+        host.Acknowledge();
 }
 
 // Runs a command line. Returns whether it is to be acknowledged.
@@ -149,17 +131,12 @@ bool AppWindow::RunCommand(const QString& commandLine)
 
 void AppWindow::writeData(const QString& message)
 {
-    if (socket == nullptr || !socket->isOpen())
-        return;
-    socket->write(EncodeFrame(message));
-    socket->flush();
+    host.Send(message);
 }
 
 void AppWindow::deleteSocket()
 {
-    if (socket != nullptr)
-        socket->deleteLater();
-    socket = nullptr;
+    host.DeleteSocket();
 }
 
 // Only a file that the host handed over whole, by name and with "-tmp", is ever deleted. The name

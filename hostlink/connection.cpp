@@ -1,0 +1,66 @@
+// SPDX-License-Identifier: MIT
+// SPDX-FileCopyrightText: 2026 plotvw contributors
+#include "hostlink/connection.h"
+
+#include "hostlink/frame.h"
+#include "hostlink/protocol.h"
+
+#include <QCoreApplication>
+#include <QLocalSocket>
+
+#include <utility>
+
+namespace {
+
+// Bytes that wait to be read; what a host sends beyond them waits on its side. A frame has 32769 at
+// most as far as its length can tell, and far longer ones are taken too.
+constexpr qint64 kMostWaiting = 1'048'576;
+
+} // namespace
+
+HostConnection::~HostConnection()
+{
+    if (socket != nullptr)
+        socket->setParent(QCoreApplication::instance());
+}
+
+void HostConnection::Connect(const QString& server, QObject* owner, std::function<void()> arrived)
+{
+    socket = new QLocalSocket;
+    socket->setReadBufferSize(kMostWaiting);
+    socket->connectToServer(server, QIODevice::ReadWrite);
+    QObject::connect(socket, &QLocalSocket::readyRead, owner, std::move(arrived));
+    if (socket->isOpen())
+        Send(kAccept);
+    else
+        QObject::connect(socket, &QLocalSocket::connected, owner, [this] { Send(kAccept); });
+}
+
+std::optional<QString> HostConnection::Receive()
+{
+    QString commandLine;
+    if (socket == nullptr || !ReadFrame(socket, &blockSize, &commandLine))
+        return std::nullopt;
+    return commandLine;
+}
+
+void HostConnection::Acknowledge()
+{
+    Send(kAccept);
+    blockSize = 0;
+}
+
+void HostConnection::Send(const QString& message)
+{
+    if (socket == nullptr || !socket->isOpen())
+        return;
+    socket->write(EncodeFrame(message));
+    socket->flush();
+}
+
+void HostConnection::DeleteSocket()
+{
+    if (socket != nullptr)
+        socket->deleteLater();
+    socket = nullptr;
+}
