@@ -7,6 +7,7 @@
 #include "app/statustext.h"
 #include "app/waitcursor.h"
 #include "meta/passwatch.h"
+#include "meta/plfarea.h"
 #include "meta/plfmeta.h"
 #include "support/numbers.h"
 
@@ -23,8 +24,6 @@ namespace {
 
 // A selection narrower than this is a click, pixels.
 constexpr int kMinSelection = 20;
-// View width that shows the file's line widths as they are, pixels.
-constexpr double kUnitWidth = 640.0;
 
 // Widest frame that a style draws around a rubber band, pixels.
 constexpr int kBandFrame = 4;
@@ -94,10 +93,9 @@ void DrawView::drawIt(QPainter* ppainter, bool fPrinting, int iCvtopt)
 {
     if (gszPlffileOrig[0] == 0)
         return;
-    Rect whole = {};
-    SetRect(&whole, 0, 0, kPlfWidth, kPlfHeight);
+    Rect whole = kWholeArea;
     Rect source = {};
-    double scale = width() / kUnitWidth;
+    double scale = width() / double{kUnscaledWidth};
     if (zoomState != kZoomNone) {
         // An empty rectangle gives an infinite scale or none, which the interpreter takes.
         scale *= width() / static_cast<double>(zoomRect.width);

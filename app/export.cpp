@@ -30,9 +30,6 @@ namespace {
 
 // Steps of giExportQuality on the toolkit's scale of 0 to 100.
 constexpr int kQualityStep = 10;
-// The job numbers of PostCmdargDone.
-constexpr int kJpegDone = 2;
-constexpr int kEpsDone = 3;
 
 // Where names without a directory go, in bytes.
 QByteArray ExportDirectory()
@@ -79,8 +76,7 @@ bool SaveJpeg(const QPixmap& picture)
 
 // What makes one export differ from the other, but for the writing.
 struct ExportKind {
-    int job;  // its bit of giCmdArg
-    int done; // its number for PostCmdargDone
+    int job; // its bit of giCmdArg
     const char* extension;
     QString caption;
     QString filter;
@@ -112,7 +108,7 @@ template <typename Write> void Export(AppWindow& window, const ExportKind& kind,
     if (CompleteExportName(&window, name.toLatin1()))
         write();
     if (asJob && !view.isNull() && !turn.IsOver())
-        view->PostCmdargDone(kind.done);
+        view->PostCmdargDone(JobNumber(kind.job));
     ClearDone(kind.job);
 }
 
@@ -136,8 +132,8 @@ void AppWindow::saveAs()
         status->Show(tr("Nothing to save"), kSavedTime);
         return;
     }
-    const QString name = AskSaveName(this, {"Save Graphic File", tr("Save as"),
-                                            tr("KORVEL Graphics (*.plf);;All Files (*)"), ".plf"});
+    const QString name =
+        AskSaveName(this, {"Save Graphic File", tr("Save as"), tr(kGraphFilter), ".plf"});
     // A host's command may have replaced or dropped the graph while the dialog stood open.
     if (name.isEmpty() || gpPlfmembuf == nullptr)
         return;
@@ -153,7 +149,7 @@ void AppWindow::saveAs()
 
 void AppWindow::ExportJpeg()
 {
-    const ExportKind jpeg = {kJobJpeg, kJpegDone, ".jpg", tr("Export JPEG image"),
+    const ExportKind jpeg = {kJobJpeg, ".jpg", tr("Export JPEG image"),
                              tr("JPEG image (*.jpg);;All Files (*)")};
     Export(*this, jpeg, [this] {
         if (!SaveJpeg(view->grab()))
@@ -165,7 +161,7 @@ void AppWindow::ExportJpeg()
 // Neither success nor failure is told.
 void AppWindow::ExportEPS()
 {
-    const ExportKind eps = {kJobEps, kEpsDone, ".eps", tr("Export EPS file"),
+    const ExportKind eps = {kJobEps, ".eps", tr("Export EPS file"),
                             tr("EPS file (*.eps);;All Files (*)")};
     Export(*this, eps, [this] { view->drawIt(nullptr, false, kConvertEps); });
 }

@@ -62,7 +62,7 @@ void BeginCommand()
 void DrawView::PostCmdargDone(int iNotval)
 {
     const Turn turn;
-    const int done = iNotval > 0 ? 1 << (iNotval - 1) : 0;
+    const int done = JobOf(iNotval);
     MarkDone(done);
     // The user may close the window in the events that are processed, or during a job.
     const QPointer<DrawView> self(this);

@@ -5,6 +5,8 @@
 // send the next command, and code that runs after the box must not undo it.
 #pragma once
 
+#include <bit>
+
 /// Each load and each command from the host starts a new turn. A Turn object remembers the turn in
 /// which it was created, for example before a box is shown.
 class Turn
@@ -25,6 +27,22 @@ private:
     unsigned long number;
     unsigned long left;
 };
+
+/// Bits of giCmdArg that can be jobs.
+constexpr int kMostJobs = 31;
+
+/// The number under which the end of a job is reported to DrawView::PostCmdargDone: 1 print, 2
+/// JPEG, 3 EPS.
+/// @param job  its bit of giCmdArg
+constexpr int JobNumber(int job)
+{
+    return std::countr_zero(static_cast<unsigned>(job)) + 1;
+}
+/// The bit of giCmdArg of a job, by its number; 0 when the number is none.
+constexpr int JobOf(int number)
+{
+    return number > 0 && number <= kMostJobs ? 1 << (number - 1) : 0;
+}
 
 /// Marks jobs as done while their bits of giCmdArg are still set, so that a command that arrives
 /// before ClearDone() does not run them again.

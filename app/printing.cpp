@@ -4,6 +4,7 @@
 // Printing.
 #include "app/appwindow.h"
 #include "app/drawview.h"
+#include "app/jobs.h"
 #include "app/printpaper.h"
 #include "app/state/globals.h"
 #include "support/files.h"
@@ -15,9 +16,6 @@
 #include <QPrinter>
 
 namespace {
-
-// The job numbers of PostCmdargDone.
-constexpr int kPrintDone = 1;
 
 // Only 0 is Letter and only 2 is A4: deliberate, configuration files in use rely on the rest being
 // Legal.
@@ -74,7 +72,7 @@ void DrawView::cmdPrint()
                                                             : QPageLayout::Portrait);
     pPrinter->setPageSize(QPageSize(CmdlinePaper()));
     PrintGraph();
-    PostCmdargDone(kPrintDone);
+    PostCmdargDone(JobNumber(kJobPrint));
 }
 
 // The user is not told of a printer that does not take the job.

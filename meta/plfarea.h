@@ -12,3 +12,6 @@ constexpr int kPlfHeight = 3120;
 constexpr int kPlfWidth = 4096;
 /// The file's area.
 constexpr Rect kWholeArea = {0, 0, kPlfWidth, kPlfHeight, kPlfWidth, kPlfHeight};
+/// Width of a picture in pixels on which lines have the widths that the file gives them; on others
+/// they are wider or narrower in proportion. That of the default window.
+constexpr int kUnscaledWidth = 640;
