@@ -16,8 +16,6 @@ source "$root/packaging/packages.sh"
 readonly build=$root/build/release
 readonly picture_width=1280
 readonly picture_line_scale=2
-# What counts as an option wherever it stands in an argument of the viewer.
-readonly option='-(wp=|po=|p|c=|cf=|svrname=|q|tmp|cwd=|\?)'
 
 if (($# > 1)) || [[ ${1-} == -h || ${1-} == --help ]]; then
   echo 'usage: ./run.sh [FILE]' >&2
@@ -47,16 +45,7 @@ install_and_build() {
 # open_window FILE: show a graph; returns 3 when there turns out to be no display.
 open_window() {
   local name=$1
-  # A name that holds an option is left to the program under another one.
-  if [[ $name =~ $option ]]; then
-    cd -- "$(dirname -- "$name")" 2>/dev/null || true
-    name=$(basename -- "$name")
-  fi
-  if [[ $name =~ $option || $name == -* ]]; then
-    ln -s -- "$PWD/$name" "$temporary/${name//-/_}"
-    name=$temporary/${name//-/_}
-  fi
-  # What the toolkit says before it gives up is kept for the test below. The rest is shown, without the line that the
+  # What Qt says before it gives up is kept for the test below. The rest is shown, without the line that the
   # viewer writes whenever it is done with a file.
   local statuses
   set +e
@@ -64,7 +53,7 @@ open_window() {
   {
     (
       ulimit -c 0
-      exec "$build/app/plotvw" "$name"
+      PATH=$build/app:$PATH exec "$root/packaging/plotvw-open.sh" "$name"
     ) 2>&1 | tee "$temporary/messages" |
       grep --line-buffered --invert-match --extended-regexp \
         '^qt\.qpa\.|no Qt platform plugin could be initialized|^Available platform plugins|^Existing file name: |^$' >&3

@@ -18,7 +18,7 @@ sanitizer_packages=(clang libclang-rt-14-dev llvm)
 bench_packages=(libbenchmark-dev openbox plotutils python3 time xvfb)
 # To check the sources, the manual pages, the completions, the files for desktops and the package.
 lint_packages=(appstream clang-format-14 clang-tidy-14 desktop-file-utils dpkg-dev file fish libxml2-utils lintian
-  mandoc shared-mime-info shellcheck zsh)
+  mandoc python3 shared-mime-info shellcheck zsh)
 # To make the Debian package, and to try it in a bare system.
 deb_packages=(dpkg-dev file)
 deb_test_packages=(debootstrap lintian)

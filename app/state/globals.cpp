@@ -15,7 +15,7 @@ char gszCvtFilename[kPathSize] = "";
 char gszCvtSavePath[kPathSize] = "";
 char gszKrvServerName[kPathSize] = "";
 
-char gszVersion[kVersionSize] = "1.0.1";
+char gszVersion[kVersionSize] = PLOTVW_VERSION;
 char gszFileVersion[kVersionSize] = "1.0";
 Rect grWinPos = {200, 200, 840, 687, 640, 487};
 int gfCmdlineWndpos = 0;
