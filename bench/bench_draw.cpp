@@ -5,7 +5,7 @@
 //   GRAPH/decode          the pass without a painter
 //   GRAPH/bytes           the same bytes through the smallest reader of addresses there can be
 //   GRAPH/draw/pen:N      the pass onto an image, lines N pixels wide
-//   GRAPH/lines/pen:N     the same lines from memory, by the toolkit's fastest call
+//   GRAPH/lines/pen:N     the same lines from memory, by Qt's fastest call
 //   GRAPH/zoomed          a hundredth of the graph's area, onto the same image
 //   GRAPH/strip           a strip of the image, ten pixels high
 //   growth/decode/N, growth/draw/N    random walks of N vectors

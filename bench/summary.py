@@ -32,7 +32,7 @@ class Table:
     """Rows of a Markdown table."""
 
     def __init__(self):
-        print("| What | Beside | Ratio | Target | |\n|---|---|---:|---:|---|")
+        print("| What | Compared with | Ratio | Target | |\n|---|---|---:|---:|---|")
 
     @staticmethod
     def at_most(what, beside, ratio, target):
@@ -55,7 +55,7 @@ def draw(table, rows):
     cpu = {name: row["cpu_time"] for name, row in rows.items()}
     for graph in GRAPHS:
         for pen in PENS:
-            table.at_most(f"drawing {graph}, pen {pen}", "its lines by the toolkit's fastest call",
+            table.at_most(f"drawing {graph}, pen {pen}", "its lines by Qt's fastest call",
                           cpu[f"{graph}/draw/pen:{pen}"] / cpu[f"{graph}/lines/pen:{pen}"], DRAW_TARGETS[pen])
     for graph in GRAPHS:
         table.at_most(f"decoding {graph}", "a minimal address reader",
