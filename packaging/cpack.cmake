@@ -12,16 +12,16 @@ set(CPACK_PACKAGE_DESCRIPTION
 writes as terminal-graphics byte streams. It zooms into them, prints
 them and exports JPEG and EPS files.
 .
-Beside it are plfconvert, which converts graphs to PNG, JPEG, SVG, PDF
-and EPS without a display, plfinfo, which lists what a graph holds, and
-krvhost, which plays the host for those who write one.")
+The package also contains plfconvert, which converts graphs to PNG,
+JPEG, SVG, PDF and EPS without a display, plfinfo, which lists what a
+graph contains, and krvhost, which plays the host for testing.")
 
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_RELEASE 1)
 set(CPACK_DEBIAN_PACKAGE_SECTION graphics)
 set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
-# The toolkit's platform for desktops without an X server.
+# Qt's platform plugin for desktops without an X server.
 set(CPACK_DEBIAN_PACKAGE_SUGGESTS "qt6-wayland")
 
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
