@@ -4,9 +4,9 @@
 #
 # Build the viewer and open a graph in it.
 #
-#   ./run.sh [FILE]      FILE is a PLF graph; one of the samples when it is left out
+#   ./run.sh [FILE]      FILE is a PLF graph; default: one of the samples
 #
-# Missing Debian packages are installed first. Without a display the graph is drawn into a picture in out/.
+# Missing Debian packages are installed first. Without a display the graph is converted to a picture in out/.
 set -euo pipefail
 
 root=$(cd -- "$(dirname -- "${BASH_SOURCE[0]}")" && pwd)
@@ -45,11 +45,11 @@ install_and_build() {
 # open_window FILE: show a graph; returns 3 when there turns out to be no display.
 open_window() {
   local name=$1
-  # What Qt says before it gives up is kept for the test below. The rest is shown, without the line that the
-  # viewer writes whenever it is done with a file.
+  # What Qt reports before it gives up is kept for the test below. The rest is shown, without the line that the
+  # viewer writes whenever it has finished with a file.
   local statuses
   set +e
-  # The shell does not always report how the viewer died, so that is told below instead, unless there is no display.
+  # The shell does not always report how the viewer died, so it is reported below instead, unless there is no display.
   {
     (
       ulimit -c 0
@@ -61,7 +61,7 @@ open_window() {
   } 3>&2 2>/dev/null
   set -e
   ((statuses[0] != 134)) || ! grep -q 'no Qt platform plugin' "$temporary/messages" || return 3
-  ((statuses[0] <= 128)) || echo "The viewer was ended by signal $((statuses[0] - 128))." >&2
+  ((statuses[0] <= 128)) || echo "The viewer was killed by signal $((statuses[0] - 128))." >&2
   return "${statuses[0]}"
 }
 
@@ -80,8 +80,8 @@ if has_display; then
   status=0
   (open_window "$graph") || status=$?
   ((status == 3)) || exit "$status"
-  echo "The display ${DISPLAY:-$WAYLAND_DISPLAY} cannot be used: drawing a picture instead."
+  echo "The display ${DISPLAY:-$WAYLAND_DISPLAY} cannot be used: converting the graph to a picture instead."
 else
-  echo 'There is no display: drawing a picture instead.'
+  echo 'There is no display: converting the graph to a picture instead.'
 fi
 draw_picture "$graph"

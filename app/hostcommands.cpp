@@ -30,9 +30,9 @@ bool FitsIntoBytes(const QString& line)
 {
     if (!line.contains(QChar(u'\0')) && QString::fromLocal8Bit(line.toLocal8Bit()) == line)
         return true;
-    ShowError(nullptr, AppWindow::tr("Error"),
-              AppWindow::tr("A command line from the host holds characters that no name can hold. "
-                            "It is not used."));
+    ShowError(
+        nullptr, AppWindow::tr("Error"),
+        AppWindow::tr("The host sent a command line with invalid characters; it was ignored."));
     return false;
 }
 

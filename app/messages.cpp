@@ -15,7 +15,7 @@ void ShowError(QWidget* parent, const QString& title, const QString& text)
 void ShowTooLong(QWidget* parent, const QString& what, size_t length, size_t limit)
 {
     const QString text = QCoreApplication::translate(
-        "Messages", "%1 is %2 bytes long; at most %3 fit. It is not used.");
+        "Messages", "%1 is too long (%2 bytes, limit %3) and was ignored.");
     ShowError(parent, QCoreApplication::translate("Messages", "Error"),
               text.arg(what).arg(length).arg(limit));
 }

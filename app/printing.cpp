@@ -79,7 +79,7 @@ void DrawView::cmdPrint()
 void DrawView::PrintGraph()
 {
     if (!HasOutput(*pPrinter)) {
-        qWarning("plotvw: there is no printer.");
+        qWarning("plotvw: no printer found");
         return;
     }
     // Open for as long as the toolkit opens the file itself, which waits for a reader of a pipe.

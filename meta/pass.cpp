@@ -104,6 +104,7 @@ PlfResult CountVectors(const PlfPass& pass)
 void TellRefusedTexts(const PlfResult& result)
 {
     if (result.textsRefused > 0)
-        qWarning("plotvw: %d texts or font names of more than %zu bytes are not drawn.",
-                 result.textsRefused, kTextSize - 1);
+        qWarning("plotvw: ignored %d %s longer than %zu bytes", result.textsRefused,
+                 result.textsRefused == 1 ? "text or font name" : "texts or font names",
+                 kTextSize - 1);
 }

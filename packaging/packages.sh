@@ -47,7 +47,7 @@ apt_install() {
 # install_packages NAME...: install those that are missing; asks nothing of apt when none is.
 install_packages() {
   if ! command -v dpkg-query >/dev/null; then
-    echo "This is not a Debian system. What these Debian packages hold is needed: $*" >&2
+    echo "This is not a Debian system. Install what these Debian packages contain: $*" >&2
     return
   fi
   local missing
@@ -63,7 +63,7 @@ install_packages() {
   if ! apt_install "${missing[@]}" >"$log" 2>&1; then
     cat -- "$log" >&2
     rm -f -- "$log"
-    echo "The packages could not be installed. By hand: apt-get install ${missing[*]}" >&2
+    echo "The packages could not be installed. Try: apt-get install ${missing[*]}" >&2
     return 1
   fi
   rm -f -- "$log"

@@ -67,5 +67,5 @@ bool FormatPath(char* dst, const char* what, const char* format, ...)
 
 void ReportTooLong(const char* what, size_t length, size_t limit)
 {
-    qWarning("plotvw: %s is %zu bytes long, at most %zu fit; it is not used.", what, length, limit);
+    qWarning("plotvw: %s is too long (%zu bytes, limit %zu) and was ignored", what, length, limit);
 }

@@ -972,8 +972,8 @@ void TestAppWindow::load_tooLongPath_isRefused()
     window->load(Text(path));
     QCOMPARE(box.shown, 1);
     QCOMPARE(box.title, QStringLiteral("Error"));
-    QCOMPARE(box.text, QStringLiteral("The file name is 1024 bytes long; at most 1023 fit. It is "
-                                      "not used."));
+    QCOMPARE(box.text,
+             QStringLiteral("The file name is too long (1024 bytes, limit 1023) and was ignored."));
     QCOMPARE(box.icon, QMessageBox::Critical);
     QCOMPARE(box.buttons, QMessageBox::Ok);
     QCOMPARE(box.parent, window.Get());
@@ -988,9 +988,9 @@ void TestAppWindow::load_tooLongRelativeName_isRefused()
     Box box;
     fixture::ExpectBox(*dialogs, box);
     window->load(Text(name));
-    QCOMPARE(box.text, QStringLiteral("The file name is %1 bytes long; at most 1023 fit. It is "
-                                      "not used.")
-                           .arg(strlen(gszCurdir) + 1 + name.size()));
+    QCOMPARE(box.text,
+             QStringLiteral("The file name is too long (%1 bytes, limit 1023) and was ignored.")
+                 .arg(strlen(gszCurdir) + 1 + name.size()));
     CheckNoFile(window);
 }
 

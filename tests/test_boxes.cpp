@@ -198,7 +198,7 @@ void TestBoxes::loadError_whileAGraphComes_leavesThatGraph_data()
     QTest::newRow("no graph") << QStringLiteral("bad.plf")
                               << QStringLiteral("not a recognized PLF");
     QTest::newRow("no file") << QStringLiteral("missing.plf") << QStringLiteral("Error opening");
-    QTest::newRow("too long a name") << QString(2000, u'x') << QStringLiteral("at most 1023 fit");
+    QTest::newRow("too long a name") << QString(2000, u'x') << QStringLiteral("limit 1023");
 }
 
 void TestBoxes::loadError_whileAGraphComes_leavesThatGraph()
@@ -239,7 +239,7 @@ void TestBoxes::loadError_whileACommandIsRefused_isFollowedByWhatFollowsIt()
     Open(graph);
     ExpectBox(QStringLiteral("not a recognized PLF"),
               [this] { Send(QStringLiteral("other.plf") + QChar(u'\0')); });
-    ExpectBox(QStringLiteral("characters that no name can hold"));
+    ExpectBox(QStringLiteral("invalid characters"));
     (*window)->load(bad);
     QCOMPARE((*window)->statusBar()->currentMessage(), QStringLiteral("Error reading ") + bad);
     QCOMPARE(gszPlffileOrig[0], '\0');
@@ -253,9 +253,9 @@ void TestBoxes::jobsBox_whileAGraphComes_leavesThatGraph_data()
     QTest::newRow("JPEG") << int{kJobJpeg} << QByteArray("/nowhere/first")
                           << QStringLiteral("Export failed for file: /nowhere/first.jpg");
     QTest::newRow("JPEG, too long a name")
-        << int{kJobJpeg} << QByteArray(1022, 'x') << QStringLiteral("at most 1023 fit");
+        << int{kJobJpeg} << QByteArray(1022, 'x') << QStringLiteral("limit 1023");
     QTest::newRow("EPS, too long a name")
-        << int{kJobEps} << QByteArray(1022, 'x') << QStringLiteral("at most 1023 fit");
+        << int{kJobEps} << QByteArray(1022, 'x') << QStringLiteral("limit 1023");
 }
 
 // The failed job is not repeated with the new graph: one box, not two.

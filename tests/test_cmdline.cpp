@@ -989,7 +989,7 @@ void TestCmdline::tooLongValue_isRefused()
     QCOMPARE(box.title, QStringLiteral("Error"));
     QCOMPARE(box.icon, QMessageBox::Critical);
     QCOMPARE(box.buttons, QMessageBox::Ok);
-    QCOMPARE(box.text, QStringLiteral("%1 is %2 bytes long; at most %3 fit. It is not used.")
+    QCOMPARE(box.text, QStringLiteral("%1 is too long (%2 bytes, limit %3) and was ignored.")
                            .arg(what)
                            .arg(limit + 1)
                            .arg(limit));
@@ -1055,8 +1055,8 @@ void TestCmdline::check_fileNameThatIsTooLongAsAPath_isTold()
     Box box;
     fixture::ExpectBox(*dialogs, box);
     QVERIFY(!Check({longest + 'x'}));
-    QCOMPARE(box.text, QStringLiteral("The file name is 1024 bytes long; at most 1023 fit. It is "
-                                      "not used."));
+    QCOMPARE(box.text,
+             QStringLiteral("The file name is too long (1024 bytes, limit 1023) and was ignored."));
     QVERIFY(Check({""}));
 }
 

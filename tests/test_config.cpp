@@ -281,8 +281,8 @@ void TestConfig::readCfgFile_homePathTooLong_isReportedAndReadsTheApplications()
 {
     QVERIFY(CopyText(gszHomedir, QByteArray(1013, 'h').constData())); // 11 for "/plotvw.cfg"
     writeExeFile("autosave=y\n");
-    QTest::ignoreMessage(QtWarningMsg, "plotvw: the path of the configuration file is 1024 bytes "
-                                       "long, at most 1023 fit; it is not used.");
+    QTest::ignoreMessage(QtWarningMsg, "plotvw: the path of the configuration file is too long "
+                                       "(1024 bytes, limit 1023) and was ignored");
     QCOMPARE(ReadCfgFile(), 0);
     QCOMPARE(changes(), QByteArray("autosave=1"));
 }
@@ -291,10 +291,10 @@ void TestConfig::readCfgFile_bothPathsTooLong_areReportedAndFail()
 {
     QVERIFY(CopyText(gszHomedir, QByteArray(1023, 'h').constData()));
     QVERIFY(CopyText(gszExePath, QByteArray(1020, 'e').constData()));
-    QTest::ignoreMessage(QtWarningMsg, "plotvw: the path of the configuration file is 1034 bytes "
-                                       "long, at most 1023 fit; it is not used.");
-    QTest::ignoreMessage(QtWarningMsg, "plotvw: the path of the configuration file is 1031 bytes "
-                                       "long, at most 1023 fit; it is not used.");
+    QTest::ignoreMessage(QtWarningMsg, "plotvw: the path of the configuration file is too long "
+                                       "(1034 bytes, limit 1023) and was ignored");
+    QTest::ignoreMessage(QtWarningMsg, "plotvw: the path of the configuration file is too long "
+                                       "(1031 bytes, limit 1023) and was ignored");
     QCOMPARE(ReadCfgFile(), -1);
 }
 
@@ -309,8 +309,8 @@ void TestConfig::getCfgPath_doesNotFit_isReportedAndChangesNothing()
 {
     const QByteArray longest(1012, 'd'); // and 11 for "/plotvw.cfg"
     char path[kPathSize] = "before";
-    QTest::ignoreMessage(QtWarningMsg, "plotvw: the path of the configuration file is 1024 bytes "
-                                       "long, at most 1023 fit; it is not used.");
+    QTest::ignoreMessage(QtWarningMsg, "plotvw: the path of the configuration file is too long "
+                                       "(1024 bytes, limit 1023) and was ignored");
     QVERIFY(!GetCfgPath(path, (longest + "d").constData()));
     QCOMPARE(QByteArray(path), QByteArray("before"));
     QVERIFY(GetCfgPath(path, longest.constData()));

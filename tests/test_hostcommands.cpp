@@ -415,8 +415,8 @@ void TestHostCommands::command_thatCannotBeUsed_isRefusedWhole_data()
     constexpr QChar kHalf(0xd800);
     const auto row = [](const char* name, QChar bad, QString command) {
         QTest::newRow(name) << command.replace(u'#', bad)
-                            << QStringLiteral("A command line from the host holds characters that "
-                                              "no name can hold. It is not used.");
+                            << QStringLiteral("The host sent a command line with invalid "
+                                              "characters; it was ignored.");
     };
     row("a zero behind a name", kZero, QStringLiteral("other.plf#x -tmp"));
     row("a zero at the end of a name", kZero, QStringLiteral("other.plf# -tmp"));
@@ -428,7 +428,7 @@ void TestHostCommands::command_thatCannotBeUsed_isRefusedWhole_data()
                             const QString& behind = {}) {
         QTest::newRow(name) << QStringLiteral("-c=1 -p -tmp other.plf -wp=1,2 -q ") + option +
                                    QString(length, u'x') + behind
-                            << QStringLiteral("at most %1 fit. It is not used.").arg(limit);
+                            << QStringLiteral("limit %1) and was ignored.").arg(limit);
     };
     longRow("a long file", QString(), 5000, kPathSize - 1);
     longRow("a file that is one too long", QString(), kPathSize, kPathSize - 1);

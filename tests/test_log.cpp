@@ -123,8 +123,9 @@ void TestLog::init_emptiesThePrefixAndTakesTheNewFile()
 void TestLog::init_pathTooLong_isReportedAndLogsNothing()
 {
     CLog log(path().constData(), kTruncate);
-    QTest::ignoreMessage(QtWarningMsg, "plotvw: the path of the log file is 1024 bytes long, at "
-                                       "most 1023 fit; it is not used.");
+    QTest::ignoreMessage(
+        QtWarningMsg,
+        "plotvw: the path of the log file is too long (1024 bytes, limit 1023) and was ignored");
     log.Init(QByteArray(kPathSize, 'p').constData(), "a header", kAppend);
     log.Log("lost");
     QCOMPARE(logged(), QByteArray("plotvw 1.0.1\n"));
@@ -232,7 +233,7 @@ void TestLog::logPrefix_tooLong_isReportedAndThePresentOneKept()
     log.LogPrefix("A: ", "start");
     QTest::ignoreMessage(
         QtWarningMsg,
-        "plotvw: a prefix of the log is 1024 bytes long, at most 1023 fit; it is not used.");
+        "plotvw: a prefix of the log is too long (1024 bytes, limit 1023) and was ignored");
     log.LogPrefix(QByteArray(kPathSize, 'p').constData(), "next");
     QCOMPARE(logged(), QByteArray("plotvw 1.0.1\nA: start\nA: next\n"));
 }
@@ -310,8 +311,9 @@ void TestLog::initLogFile_existingLog_isForgotten()
 void TestLog::initLogFile_pathTooLong_isReportedAndFails()
 {
     QVERIFY(CopyText(gszExePath, QByteArray(1020, 'e').constData()));
-    QTest::ignoreMessage(QtWarningMsg, "plotvw: the path of the log file is 1036 bytes long, at "
-                                       "most 1023 fit; it is not used.");
+    QTest::ignoreMessage(
+        QtWarningMsg,
+        "plotvw: the path of the log file is too long (1036 bytes, limit 1023) and was ignored");
     QVERIFY(!InitLogFile());
     QVERIFY(gpLog == nullptr);
 }

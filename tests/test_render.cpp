@@ -400,9 +400,8 @@ private slots:
         char file[] = "";
         CPlfMeta meta(file, nullptr, nullptr, 1.0, 0);
         if (!fits)
-            QTest::ignoreMessage(
-                QtWarningMsg,
-                "plotvw: 1 texts or font names of more than 1023 bytes are not drawn.");
+            QTest::ignoreMessage(QtWarningMsg,
+                                 "plotvw: ignored 1 text or font name longer than 1023 bytes");
         meta.DrawPlf(&zoom, &full);
         QCOMPARE(meta.TextFont().families().value(0), fits ? name : QString());
     }
@@ -411,8 +410,8 @@ private slots:
     {
         const QString text = QStringLiteral("ESC \"ZD\" *1024 \"x\" ");
         LoadBytes(File(text + text + text + QStringLiteral("ESC \"R!\" BEL")));
-        QTest::ignoreMessage(
-            QtWarningMsg, "plotvw: 3 texts or font names of more than 1023 bytes are not drawn.");
+        QTest::ignoreMessage(QtWarningMsg,
+                             "plotvw: ignored 3 texts or font names longer than 1023 bytes");
         QCOMPARE(Drawn(Record()), QStringList());
     }
 

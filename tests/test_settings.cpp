@@ -242,8 +242,8 @@ void TestSettings::read_pipe_doesNotHang()
 void TestSettings::read_pathTooLong_isReportedAndFails()
 {
     QVERIFY(CopyText(gszHomedir, QByteArray(1010, 'h').constData()));
-    QTest::ignoreMessage(QtWarningMsg, "plotvw: the path of the settings file is 1026 bytes long, "
-                                       "at most 1023 fit; it is not used.");
+    QTest::ignoreMessage(QtWarningMsg, "plotvw: the path of the settings file is too long (1026 "
+                                       "bytes, limit 1023) and was ignored");
     QCOMPARE(ReadSettingsFile(), -1);
 }
 
@@ -291,8 +291,8 @@ void TestSettings::write_diskFull_fails()
 void TestSettings::write_pathTooLong_isReportedAndFails()
 {
     QVERIFY(CopyText(gszHomedir, QByteArray(1010, 'h').constData()));
-    QTest::ignoreMessage(QtWarningMsg, "plotvw: the path of the settings file is 1026 bytes long, "
-                                       "at most 1023 fit; it is not used.");
+    QTest::ignoreMessage(QtWarningMsg, "plotvw: the path of the settings file is too long (1026 "
+                                       "bytes, limit 1023) and was ignored");
     QCOMPARE(WriteSettingsFile(), -1);
 }
 

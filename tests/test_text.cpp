@@ -116,7 +116,7 @@ void TestText::formatPath_oneByteTooLong_isReportedAndChangesNothing()
     const QByteArray name(kPathSize - 4, 'n');
     char path[kPathSize] = "before";
     QTest::ignoreMessage(QtWarningMsg,
-                         "plotvw: the path is 1024 bytes long, at most 1023 fit; it is not used.");
+                         "plotvw: the path is too long (1024 bytes, limit 1023) and was ignored");
     QVERIFY(!FormatPath(path, "the path", "dir/%s", name.constData()));
     QCOMPARE(QByteArray(path), QByteArray("before"));
 }
@@ -125,7 +125,7 @@ void TestText::reportTooLong_saysWhatAndHowLong()
 {
     QTest::ignoreMessage(
         QtWarningMsg,
-        "plotvw: the home directory is 1500 bytes long, at most 1023 fit; it is not used.");
+        "plotvw: the home directory is too long (1500 bytes, limit 1023) and was ignored");
     ReportTooLong("the home directory", 1500, 1023);
 }
 

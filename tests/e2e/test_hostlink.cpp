@@ -37,7 +37,7 @@ const QByteArray kAnswer =
 const QByteArray kDoneWith = "[debug] Existing file name:  ";
 const QByteArray kNotDeleted = "[debug] Could not delete file\n";
 // What the toolkit writes for each graph that is to be printed: the tests have no printer.
-const QByteArray kNotPrinted = "[warning] plotvw: there is no printer.\n";
+const QByteArray kNotPrinted = "[warning] plotvw: no printer found\n";
 
 // What the viewer may take, also for its About box, when a count promises more than there is,
 // kilobytes.

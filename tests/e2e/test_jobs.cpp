@@ -841,7 +841,7 @@ void TestJobs::noServer_nothingHangsAndTheChainGoesOn()
     QVERIFY(viewer->AwaitWindowCount(1));
     Quit();
     QCOMPARE(PrintServer::Jobs(), jobsBefore);
-    QCOMPARE(viewer->Errors(), QByteArray("plotvw: there is no printer.\n"));
+    QCOMPARE(viewer->Errors(), QByteArray("plotvw: no printer found\n"));
 }
 
 void TestJobs::stoppedQueue_keepsTheJobAndTheChainGoesOn()
