@@ -13,7 +13,7 @@
 
 namespace {
 
-// Longer lines are taken as several: in pieces of 1023 characters, each a line by itself.
+// Longer lines are read as several lines, in pieces of 1023 characters.
 constexpr int kLineSize = 1024;
 
 struct ConfigKey {
@@ -21,7 +21,7 @@ struct ConfigKey {
     void (*apply)(char* value);
 };
 
-// The first of these that occurs in a line decides it, so the order is part of the format.
+// The first key of this table that occurs in a line counts, so the order is part of the format.
 // clang-format off
 constexpr ConfigKey kKeys[] = {
     // key                     value
@@ -37,9 +37,9 @@ constexpr ConfigKey kKeys[] = {
 };
 // clang-format on
 
-// A key counts wherever it occurs, also inside a longer word, and the value follows the first '='
-// of the line, whatever stands before it: deliberate, both are part of the file's format. A key
-// without '=' has no value and is ignored.
+// A key is recognized anywhere in a line, even inside a longer word, and the value follows the
+// first '=' of the line, whatever is before it: deliberate, both are part of the file's format. A
+// key without '=' has no value and is ignored.
 void ApplyLine(char* line)
 {
     if (line[0] == '#')

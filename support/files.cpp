@@ -8,14 +8,14 @@
 
 namespace {
 
-// A link to it is how users say that a file shall be empty.
+// Users link a file to it to make it empty.
 bool IsNullDevice(const struct stat& info)
 {
     struct stat null = {};
     return S_ISCHR(info.st_mode) && stat("/dev/null", &null) == 0 && info.st_rdev == null.st_rdev;
 }
 
-// Asked of the open descriptor, not of the name: the name may mean another file by then.
+// Checks the open descriptor, not the name: the name may mean another file by then.
 bool EndsByItself(int fd)
 {
     struct stat info = {};
@@ -28,8 +28,8 @@ bool EndsByItself(int fd)
 
 FILE* OpenForReading(const char* path)
 {
-    // Without O_NONBLOCK the opening of a pipe waits for a writer, which may never come; without
-    // O_NOCTTY that of a terminal may make it the program's own.
+    // Without O_NONBLOCK, opening a pipe waits for a writer, which may never come; without
+    // O_NOCTTY, a terminal may become the program's controlling terminal.
     const int fd = open(path, O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
     if (fd < 0)
         return nullptr;
@@ -41,13 +41,13 @@ FILE* OpenForReading(const char* path)
 
 FILE* OpenForWriting(const char* path, bool append)
 {
-    constexpr mode_t kReadWriteForAll = 0666; // less the user's mask, as fopen does it
+    constexpr mode_t kReadWriteForAll = 0666; // minus the umask, as in fopen
     const int how = append ? O_APPEND : O_TRUNC;
     const int fd =
         open(path, O_WRONLY | O_CREAT | how | O_NONBLOCK | O_NOCTTY | O_CLOEXEC, kReadWriteForAll);
     if (fd < 0)
         return nullptr;
-    // Only the opening must not wait; a pipe that is read takes what it is given.
+    // Only opening must not wait; writing to a pipe may.
     fcntl(fd, F_SETFL, append ? O_APPEND : 0);
     FILE* file = fdopen(fd, append ? "ab" : "wb");
     if (file == nullptr)

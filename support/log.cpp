@@ -25,7 +25,7 @@ CLog::~CLog()
 void CLog::Init(const char* path, const char* header, int append)
 {
     szPrefix[0] = '\0';
-    szLogFile[0] = '\0'; // no file has this name: it stays when the path is refused
+    szLogFile[0] = '\0'; // no file has this name; it remains if the path is refused
     FormatPath(szLogFile, "the path of the log file", "%s", path);
     WriteLine(append != 0, "", header);
 }

@@ -34,7 +34,7 @@ constexpr int WrapAdd(int a, int b)
     return static_cast<int>(static_cast<uint32_t>(a) + static_cast<uint32_t>(b));
 }
 
-/// A 64-bit value as the int that the toolkit takes; values outside the int range saturate.
+/// A 64-bit value as an int for Qt; values outside the int range saturate.
 constexpr int SaturateToInt(int64_t value)
 {
     if (value < std::numeric_limits<int>::min())

@@ -30,7 +30,7 @@ bool IsDirectory(const char* path)
     return stat(path, &info) == 0 && S_ISDIR(info.st_mode);
 }
 
-// Where the name without its path begins; 0 when it has none.
+// Where the name without its path begins; 0 if it has no path.
 size_t StartOfName(std::string_view name)
 {
     const size_t last = name.find_last_of(kSeparators);

@@ -8,14 +8,14 @@
 
 namespace {
 
-// A window rectangle comes from a file or a command line, so any value may meet any other; the
-// sum wraps where plain addition would be undefined.
+// A window rectangle comes from a file or a command line, so it may contain any values; the sum
+// wraps where plain addition would be undefined.
 int64_t WrapAdd64(int64_t a, int b)
 {
     return static_cast<int64_t>(static_cast<uint64_t>(a) + static_cast<uint64_t>(int64_t{b}));
 }
 
-// NormalizeRect passes a value through 32 bits on its way to the opposite side.
+// NormalizeRect truncates a value to 32 bits when it moves it to the opposite side.
 int64_t Low32(int64_t value)
 {
     return static_cast<int32_t>(value);

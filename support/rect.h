@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 //
-// Integer rectangles: the window position (also as it stands in the settings file), the drawing
-// area and the rubber band.
+// Integer rectangles: the window position (also in the settings file), the drawing area and the
+// rubber band.
 #pragma once
 
 #include "app/state/rect.h"
@@ -22,11 +22,12 @@ static_assert(sizeof(RECT) == 16, "CopyRect fills exactly these bytes");
 /// 32-bit arithmetic (it wraps) and then widened. Returns r.
 Rect* SetRect(Rect* r, int l, int t, int rt, int b);
 
-/// Adds dx to left and right, dy to top and bottom; width and height stay. Returns r.
+/// Adds dx to left and right, dy to top and bottom; width and height are unchanged. Returns r.
 Rect* MoveRect(Rect* r, int dx, int dy);
 
-/// Swaps left and right when left > right. When top > bottom, top takes bottom and bottom takes
-/// LEFT, not the old top: settled behaviour, kept on purpose. Width and height stay. Returns r.
+/// Swaps left and right if left > right. If top > bottom, top becomes bottom and bottom becomes
+/// LEFT, not the old top: established behavior, kept on purpose. Width and height are unchanged.
+/// Returns r.
 Rect* NormalizeRect(Rect* r);
 
 /// Copies all six fields. Returns dst.

@@ -52,7 +52,7 @@ SettingsImage ImageOfSettings()
 void ApplyImage(const SettingsImage& image)
 {
     std::copy_n(image.begin(), kVersionSize, gszFileVersion);
-    gbBkClrWhite = image[kWhiteAt] != 0; // any byte may stand there, a bool has two values
+    gbBkClrWhite = image[kWhiteAt] != 0; // the byte may have any value, a bool has two
     if (gfCmdlineWndpos != 0)
         return;
     const unsigned char* field = &image[kRectAt];
@@ -70,8 +70,8 @@ int ReadSettingsFile()
     const FilePtr file(GetSettingsPath(path) ? OpenForReading(path) : nullptr);
     if (!file)
         return -1;
-    // Laid over what is set now, a short file leaves the rest of each field as it was. How much
-    // was read is deliberately not checked.
+    // The file is read over the current values, so a short file leaves the rest of each field
+    // unchanged. The number of bytes read is deliberately not checked.
     SettingsImage image = ImageOfSettings();
     static_cast<void>(std::fread(image.data(), 1, image.size(), file.get()));
     ApplyImage(image);
@@ -86,7 +86,7 @@ int WriteSettingsFile()
         return -1;
     const SettingsImage image = ImageOfSettings();
     const bool written = std::fwrite(image.data(), 1, image.size(), file.get()) == image.size();
-    const bool flushed = std::fclose(file.release()) == 0; // a full disk may show only here
+    const bool flushed = std::fclose(file.release()) == 0; // a full disk may be reported only here
     return written && flushed ? 0 : -1;
 }
 

@@ -17,13 +17,13 @@ bool Fits(int length, size_t size)
     return length >= 0 && static_cast<size_t>(length) < size;
 }
 
-// Returns the length of the whole text; negative when it cannot be formatted. Measuring first is
-// what keeps dst untouched: vsnprintf alone would leave a cut text there.
+// Returns the length of the whole text; negative if it cannot be formatted. The text is measured
+// first, because vsnprintf alone would leave a cut text in dst.
 int FormatIfItFits(char* dst, size_t size, const char* format, va_list args)
 {
     va_list measured;
     va_copy(measured, args);
-    // The checker misses the va_copy when it has read another file before this one.
+    // clang-tidy misses the va_copy if it has read another file before this one.
     // NOLINTNEXTLINE(clang-analyzer-valist.Uninitialized)
     const int length = std::vsnprintf(nullptr, 0, format, measured);
     va_end(measured);
@@ -39,7 +39,7 @@ bool CopyText(char* dst, size_t size, const char* src)
     const size_t bytes = std::strlen(src) + 1;
     if (bytes > size)
         return false;
-    std::memmove(dst, src, bytes); // a name is often copied out of the path in front of it
+    std::memmove(dst, src, bytes); // a name is often copied from within the same buffer
     return true;
 }
 

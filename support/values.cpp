@@ -11,8 +11,8 @@
 
 namespace {
 
-// The toolkit sets the process's locale from the environment, and under a decimal comma the plain
-// conversions would read "0.5" as 0.
+// Qt sets the process's locale from the environment; with a decimal comma the plain conversions
+// would read "0.5" as 0.
 locale_t CLocale()
 {
     static const locale_t locale = newlocale(LC_ALL_MASK, "C", nullptr);
@@ -26,11 +26,11 @@ char* SkipBlanks(char* s)
 
 double TextToDouble(const char* s)
 {
-    // Skips blanks by itself, as strtol_l does.
+    // Skips blanks, as strtol_l does.
     return strtod_l(s, nullptr, CLocale());
 }
 
-// The text after the first comma, or null when there is none.
+// The text after the first comma, or null if there is none.
 char* AfterComma(char* s)
 {
     char* comma = std::strchr(s, ',');

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 //
-// The program-wide state: paths, settings, the current file. Every room reads it; nothing here
-// knows a window. One GUI thread reads and writes it, so there are no locks.
+// The program-wide state: paths, settings, the current file. Only the GUI thread reads and writes
+// it, so there are no locks.
 #pragma once
 
 #include "app/state/rect.h"
@@ -26,11 +26,11 @@ extern char gszPlffileName[kPathSize];             // its name without the direc
 extern char gszCurdir[kPathSize];                  // working directory at start-up
 extern char gszCurrentWorkingDir[kWorkingDirSize]; // -cwd=: directory of exported files
 extern char gszExePath[kPathSize];                 // directory of the executable
-extern char gszExename[kPathSize];                 // kept for the table's sake: nothing uses it
+extern char gszExename[kPathSize];                 // part of the fixed list, not used
 extern char gszHomedir[kPathSize];                 // $HOME
 extern char gszTmppath[kPathSize];                 // temporary directory
 extern char gszCvtFilenameBase[kPathSize];         // base name of exported files (-cf=)
-extern char gszCvtFilename[kPathSize];             // full name of the export under way
+extern char gszCvtFilename[kPathSize];             // full name of the file being exported
 extern char gszCvtSavePath[kPathSize];             // work buffer of MakeCvtSavePath
 extern char gszKrvServerName[kPathSize];           // -svrname=: the host's local server
 
@@ -47,21 +47,21 @@ extern int giCmdPrintPapertype;           // 0 Letter, 2 A4, anything else Legal
 extern bool gbIsTempFile;                 // the current file is the host's temporary copy
 extern int giAutosave;                    // 1 = write the settings file on closing
 extern int giExportQuality;               // JPEG quality in tenths (10 = 100)
-extern int giPrtMinLineWidth;             // thinnest printed pen
+extern int giPrtMinLineWidth;             // minimum printed pen width
 extern int giPageX, giPageY;              // shift of the printed page, printer pixels
 extern double gdPageSizeX, gdPageSizeY;   // size factors of the printed page
 extern int gfEpsUseBkClr;                 // EPS: fill the background
 extern int gfEpsCvt2Blk;                  // EPS: all lines black
 extern double gdEpsCvtScale;              // EPS: scale of the output
-extern int giEpsMinLineWidth;             // EPS: thinnest line
+extern int giEpsMinLineWidth;             // EPS: minimum line width
 extern unsigned long gdwBackClrEPS;       // EPS: palette index of the background
 extern int gfPrtWht2Blk;                  // print white lines black; nothing sets it
-extern unsigned long gdwLineClrFlag;      // 0 own colours, 1 all black, 2 through gwLineClrMap
-extern uint16_t gwLineClrMap[16];         // line colour map, identity
-extern unsigned long gdwDebug;            // trace level that is written
-extern unsigned long gdwDrawMode;         // kept for the table's sake: nothing uses it
-extern unsigned long gdwHpglNumPens;      // kept for the table's sake: nothing uses it
-extern uint16_t gwHpglClrMap[16];         // kept for the table's sake: nothing uses it
+extern unsigned long gdwLineClrFlag;      // 0 own colors, 1 all black, 2 through gwLineClrMap
+extern uint16_t gwLineClrMap[16];         // line color map, identity
+extern unsigned long gdwDebug;            // trace level to write
+extern unsigned long gdwDrawMode;         // part of the fixed list, not used
+extern unsigned long gdwHpglNumPens;      // part of the fixed list, not used
+extern uint16_t gwHpglClrMap[16];         // part of the fixed list, not used
 
 // The loaded file.
 extern char* gpPlfmembuf;          // its bytes and a zero tail; malloc'ed, null = none
@@ -69,8 +69,8 @@ extern unsigned long gdwFilesize;  // data bytes in gpPlfmembuf
 extern unsigned long gdwBkClrFile; // background palette index of the last pass, 0..16
 extern unsigned long gdwVectorCnt; // vectors drawn by the last pass
 
-// The objects that make up the running program; all null until main has made them.
-extern QApplication* gpAppMain; // nothing reads it
+// The objects of the running program; null until main has created them.
+extern QApplication* gpAppMain; // not read anywhere
 extern AppWindow* gpMainwnd;
 extern DrawView* gpDraw;
 extern CLog* gpLog; // start-up does not open a log

@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: MIT
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 //
-// The record of a rectangle, which the window's place is kept in.
+// The record of a rectangle, such as the window position.
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
 
-/// A rectangle with its size beside its corners. Only SetRect keeps the two in step.
-/// The settings file holds these 48 bytes as they are.
+/// A rectangle with its corners and its size. Only SetRect keeps the two consistent. The settings
+/// file contains these 48 bytes.
 struct Rect {
     int64_t left;
     int64_t top;
