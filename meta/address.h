@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: MIT
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 //
-// The code that addresses are written in.
+// The code of addresses.
 #pragma once
 
 #include "meta/integercode.h"
 #include "meta/plfarea.h"
 #include "meta/state.h"
 
-/// The bytes that close an address.
+/// The bytes that end an address.
 constexpr int kFirstLowX = 64;
 constexpr int kLastLowX = 95;
 
@@ -18,15 +18,15 @@ struct PlfPoint {
     int y = 0;
 };
 
-/// Decodes one address, up to its low-X byte. Parts that are left out keep their last values.
-/// @return what follows the address, or null where a byte below lowest comes before its end
+/// Decodes one address, up to its low-X byte. Missing parts keep their last values.
+/// @return the byte after the address, or null if a byte below lowest comes before its end
 inline const char* ReadAddress(const char* seq, int lowest, AddressParts& part)
 {
     for (;; ++seq) {
         const int b = static_cast<signed char>(*seq);
         if (b > kLastLowX) {
             if (++part.nLoY == 2)
-                part.extra = part.loY; // the first of two such bytes carried the extra bits
+                part.extra = part.loY; // the first of two such bytes held the extra bits
             part.loY = b & 31;
         } else if (b >= kFirstLowX) {
             part.nLoY = 0;

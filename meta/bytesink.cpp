@@ -10,7 +10,7 @@ std::unique_ptr<FileSink> FileSink::Open(const char* path)
     FilePtr file(OpenForWriting(path));
     if (file == nullptr)
         return nullptr;
-    setvbuf(file.get(), nullptr, _IONBF, 0); // what writes here has a buffer of its own
+    setvbuf(file.get(), nullptr, _IONBF, 0); // the writers have their own buffers
     return std::unique_ptr<FileSink>(new FileSink(std::move(file)));
 }
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 //
-// Where written bytes go.
+// Destinations of written bytes.
 #pragma once
 
 #include "support/files.h"
@@ -10,7 +10,7 @@
 #include <memory>
 #include <string>
 
-/// Takes bytes. Whoever needs to know of failures asks the sink itself.
+/// Takes bytes. Failures are not returned; a sink may report them in its own way.
 class ByteSink
 {
 public:
@@ -22,12 +22,12 @@ public:
     virtual void Write(const char* bytes, size_t count) = 0;
 };
 
-/// A file. Write errors are not noticed.
+/// A file. Write errors are ignored.
 class FileSink final : public ByteSink
 {
 public:
-    /// Creates the file (or empties it).
-    /// @return null when it cannot be opened
+    /// Creates the file, or truncates it.
+    /// @return null if it cannot be opened
     static std::unique_ptr<FileSink> Open(const char* path);
 
     void Write(const char* bytes, size_t count) override;
@@ -43,7 +43,7 @@ class StringSink final : public ByteSink
 {
 public:
     void Write(const char* bytes, size_t count) override { text.append(bytes, count); }
-    /// What was written.
+    /// The bytes written.
     [[nodiscard]] const std::string& Text() const { return text; }
 
 private:

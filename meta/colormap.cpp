@@ -6,7 +6,7 @@
 
 namespace {
 
-// Palette index of a hue in degrees, 0..360 in steps of 30; each row holds below its limit.
+// Palette index of a hue in degrees, 0..360 in steps of 30; each row applies below its limit.
 struct HueRow {
     int below;
     int color;
@@ -35,7 +35,7 @@ void getclrq(int k, uint32_t* map, const int* hls)
     else if (lightness > 80)
         map[k] = kWhite;
     else if (lightness == 80)
-        return; // the entry stays as it is: a deliberate gap
+        return; // the entry is unchanged: a deliberate gap
     else if (lightness >= 35)
         map[k] = 7;
     else if (lightness >= 10)

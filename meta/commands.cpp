@@ -12,7 +12,7 @@ namespace {
 
 constexpr int kBel = 7;
 
-// Stands for any character.
+// Matches any character.
 constexpr char kAny = '*';
 
 using Context = CommandContext;
@@ -59,7 +59,7 @@ void SetColorMapEntry(Context& c)
     int hls[3] = {};
     c.reader.TakeCommas(true);
     for (int& component : hls) {
-        // A comma stands for the component before it and for this one.
+        // A comma replaces the previous component and this one.
         if (!c.reader.HadComma())
             component = Integer(c);
     }
@@ -67,8 +67,8 @@ void SetColorMapEntry(Context& c)
     getclrq(k, c.dwClrMap, hls);
 }
 
-// One row per command: its letters, and what reads its parameters and acts. The first row that fits
-// is taken.
+// One row per command: its letters, and a function that reads its parameters and executes it. The
+// first matching row counts.
 struct Command {
     char first;
     char second;
@@ -83,7 +83,7 @@ constexpr Command kCommands[] = {
     // graph text: skipped
     {'L', 'T',  [](Context& c) { c.reader.getseq(kCountedString); }},
     {'L', kAny, Nothing},
-    // texts: font, size in points, color, bold and italic, a value that is kept only, position, text
+    // texts: font, size in points, color, bold and italic, a value without effect, position, text
     {'Z', 'F',  [](Context& c) { c.reader.GetTextKorvel(c.text.szFontName); }},
     {'Z', 'S',  [](Context& c) { c.text.iFontSize = Integer(c); }},
     {'Z', 'C',  [](Context& c) { c.text.iTextColor = c.pass.colors.Map(Integer(c)); }},
@@ -97,7 +97,7 @@ constexpr Command kCommands[] = {
     {'M', 'R',  SkipIntegers<2>},
     {'M', 'C',  SkipThreeWithoutCommas},
     {'M', kAny, SkipIntegers<1>},
-    // the background, found by its own scan
+    // the background, found by a separate scan
     {'R', 'A',  SkipIntegers<2>},
     {'R', kAny, Nothing},
     // color map
@@ -118,14 +118,14 @@ constexpr bool Fits(const Command& row, const Command& other)
     return Fits(row, other.first, other.second);
 }
 
-// Whether the last row takes what no other does.
+// Whether the last row matches everything.
 constexpr bool IsTotal()
 {
     const Command& last = *std::rbegin(kCommands);
     return last.first == kAny && last.second == kAny;
 }
 
-// Whether each row can be reached: none before it takes all that it would.
+// Whether each row can be reached: no row before it matches everything that it matches.
 constexpr bool IsInOrder()
 {
     for (const Command* row = std::begin(kCommands); row != std::end(kCommands); ++row) {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 //
-// The commands of a graph: which parameters each reads, and what it does.
+// The commands of a graph: their parameters and their effects.
 #pragma once
 
 #include "meta/colormap.h"
@@ -20,18 +20,19 @@ public:
     CommandTarget(const CommandTarget&) = delete;
     CommandTarget& operator=(const CommandTarget&) = delete;
 
-    /// Sets the line width in scaled file units and starts a new path, unless it is current.
+    /// Sets the line width in scaled file units and starts a new path, unless the width is the
+    /// same.
     virtual void SetPenWidth(int width) = 0;
     /// Sets the line color and starts a new path, unless index equals the current mapped color.
     virtual void SetColor(int index) = 0;
-    /// Draws text with its baseline at the text position; a last line feed is removed from it.
+    /// Draws text with its baseline at the text position, without a line feed at its end.
     virtual void DrawTextKorvel(char* text) = 0;
 
 protected:
     ~CommandTarget() = default;
 };
 
-/// What a command works with.
+/// The context of a command.
 struct CommandContext {
     const PlfPass& pass;
     ParameterReader& reader;
@@ -40,12 +41,12 @@ struct CommandContext {
     uint32_t dwClrMap[kLineIndexCount] = {}; // line index -> palette index
 };
 
-/// Carries a command out.
-/// @param count  characters of the sequence: 0 is a control character outside a command, 1 an
-///               escape that no letter followed
-/// @param seq    them; a second letter that is missing is NUL
+/// Executes a command.
+/// @param count  number of characters of the sequence: 0 for a control character outside a command,
+///               1 for an escape without a letter
+/// @param seq    the characters; a missing second letter is NUL
 /// @return 1 for BEL, else 0
 int gprosq(ptrdiff_t count, const char* seq, CommandContext& context);
 
-/// Whether the letters of a command have a meaning; the parameters of others are skipped.
+/// Whether these are the letters of a known command; the parameters of others are skipped.
 bool IsKnownCommand(const char* seq);

@@ -20,10 +20,10 @@ constexpr int kBel = 7;
 constexpr int kGs = 29;
 constexpr int kEndByte = -1; // byte 255 ends the drawing like BEL
 
-// Bytes of addresses that are drawn before the watch gets a look at the clock: less than a
-// millisecond where no line can be seen, and nothing beside it.
+// Bytes of addresses to draw between two looks at the clock: less than a millisecond if no line is
+// visible, and enough to make the look negligible.
 constexpr ptrdiff_t kMostAtOnce = ptrdiff_t{64} * 1024;
-// Letters of a command and the character behind them.
+// Letters of a command; one more character follows them.
 constexpr ptrdiff_t kMaxLetters = 2;
 
 constexpr bool IsUpper(int c)
@@ -58,7 +58,7 @@ template <class Sink, class Reporter> unsigned long Decoder<Sink, Reporter>::Run
     return vectors;
 }
 
-// Returns 1 at the zero byte behind the data, at BEL or at byte 255.
+// Returns 1 at the zero byte after the data, at BEL or at byte 255.
 template <class Sink, class Reporter> int Decoder<Sink, Reporter>::Plf2Screen()
 {
     if (state.input.pCur != nullptr)
@@ -70,7 +70,7 @@ template <class Sink, class Reporter> int Decoder<Sink, Reporter>::Plf2Screen()
 template <class Sink, class Reporter> int Decoder<Sink, Reporter>::DecodeAll()
 {
     InputState& input = state.input;
-    // The zero byte is looked for first, even when a character is pending.
+    // The zero byte is checked first, even if a character is pending.
     while (*input.pCur != 0) {
         if (!walk.inEscape && walk.count == 0 && input.chPending == 0 && DrawAddresses())
             continue;
@@ -93,8 +93,8 @@ template <class Sink, class Reporter> int Decoder<Sink, Reporter>::DecodeAll()
     return 0;
 }
 
-// The pending character, which drops an unfinished address, or the next byte, which draws a
-// finished one: an address is decoded only when one more byte is read.
+// Returns the pending character, which discards an incomplete address, or the next byte, which
+// draws a complete one: an address is decoded only when one more byte is read.
 template <class Sink, class Reporter> int Decoder<Sink, Reporter>::NextChar()
 {
     InputState& input = state.input;
@@ -113,13 +113,13 @@ template <class Sink, class Reporter> int Decoder<Sink, Reporter>::NextChar()
 template <class Sink, class Reporter> void Decoder<Sink, Reporter>::CollectEscape(int c)
 {
     if (c == kEsc)
-        state.input.chPending = kEsc; // closes this command and opens the next
+        state.input.chPending = kEsc; // ends this command and begins the next
     walk.szSeq[static_cast<size_t>(walk.count++)] = static_cast<char>(c);
     if (walk.count > kMaxLetters || !IsUpper(c))
         FinishEscape(c);
 }
 
-// The third character belongs to the parameters. A second one that is no letter is dropped.
+// The third character belongs to the parameters. A second one that is not a letter is ignored.
 template <class Sink, class Reporter> void Decoder<Sink, Reporter>::FinishEscape(int c)
 {
     if (walk.count > kMaxLetters) {
@@ -138,8 +138,8 @@ template <class Sink, class Reporter> void Decoder<Sink, Reporter>::FinishEscape
 template <class Sink, class Reporter> void Decoder<Sink, Reporter>::CollectAddress(int c)
 {
     if (c <= kLastControl) {
-        // A control character inside an address overwrites the first two bytes of it: deliberate,
-        // files that carry line ends inside addresses have always been drawn that way.
+        // A control character inside an address overwrites its first two bytes: deliberate, files
+        // with line ends inside addresses have always been drawn that way.
         walk.szSeq[0] = static_cast<char>(c);
         walk.szSeq[1] = 0;
         gprosq(0, walk.szSeq.data(), context);
@@ -174,8 +174,8 @@ inline void Decoder<Sink, Reporter>::GoTo(const AddressParts& part)
     if (state.input.fMoveNext != 0) {
         state.input.fMoveNext = 0;
     } else {
-        // Compared together, the two pairs would be read as wider numbers than they were written,
-        // for which the processor has to wait.
+        // Comparing both pairs at once would load them as wider numbers than they were stored,
+        // which makes the processor wait.
         const bool continues = ((beam.xCur ^ beam.xPathEnd) | (beam.yCur ^ beam.yPathEnd)) == 0;
         Draw(continues, beam.xCur, beam.yCur, to.x, to.y);
         beam.xPathEnd = to.x;
@@ -193,7 +193,7 @@ template <class Sink, class Reporter> void Decoder<Sink, Reporter>::tekcodeq(con
     GoTo(state.address);
 }
 
-// The byte behind the address has been read.
+// Called when the byte after the address has been read.
 template <class Sink, class Reporter> void Decoder<Sink, Reporter>::FinishAddress()
 {
     const bool isMove = state.input.fMoveNext != 0;
@@ -202,17 +202,16 @@ template <class Sink, class Reporter> void Decoder<Sink, Reporter>::FinishAddres
     report.Address(walk, isMove, from);
 }
 
-// What most of a file is made of, whole addresses and GS, straight from its bytes: saves the road
-// of each through the buffer. Leaves everything else, an address interrupted by a control character
-// or at the end of the data included. Stops now and then, for the watch. Returns whether there was
-// any.
+// Fast path: decodes runs of whole addresses and GS in place. Stops at everything else, including
+// an address that is interrupted by a control character or is at the end of the data, and after
+// kMostAtOnce bytes, for the watch. Returns whether anything was decoded.
 template <class Sink, class Reporter> bool Decoder<Sink, Reporter>::DrawAddresses()
 {
     if constexpr (Reporter::kFollows)
-        return false; // each address is told by itself
+        return false; // each address is reported separately
     const char* at = state.input.pCur;
     const char* stop = at + std::min(state.input.pEnd - at, kMostAtOnce);
-    AddressParts part = state.address; // a copy that nothing else can see stays in registers
+    AddressParts part = state.address; // a local copy stays in registers
     while (at < stop) {
         if (*at == kGs) {
             state.input.fMoveNext = 1;
@@ -244,7 +243,7 @@ template <class Sink, class Reporter> void Decoder<Sink, Reporter>::SetPenWidth(
 
 template <class Sink, class Reporter> void Decoder<Sink, Reporter>::SetColor(int index)
 {
-    // The stored color is mapped, the argument is not: compared as they are, deliberately.
+    // The stored color is mapped, the argument is not: the comparison is deliberate.
     if (index == state.line.iColor)
         return;
     state.line.iColor = pass.colors.Map(index);

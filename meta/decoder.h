@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 //
-// From the bytes of a graph to what is drawn: addresses become vectors, escape sequences commands.
-// Made for each kind of sink and report, all of them in decoder.cpp.
+// Decodes the bytes of a graph: addresses become vectors, escape sequences become commands.
+// decoder.cpp instantiates it for each combination of sink and report.
 #pragma once
 
 #include "meta/commands.h"
@@ -14,23 +14,23 @@
 #include "meta/walk.h"
 
 /// Decodes for one pass.
-/// @tparam Sink      takes what is drawn, see NoSink
-/// @tparam Reporter  is told what is read, see NoReport
+/// @tparam Sink      receives what is drawn, see NoSink
+/// @tparam Reporter  receives what is read, see NoReport
 template <class Sink, class Reporter> class Decoder final : public CommandTarget
 {
 public:
     /// All of them outlive the decoder.
     Decoder(const PlfPass& decodedPass, const PassState& passState, Sink& target, Reporter& teller);
 
-    /// The pass from its begin to its end: background, first pen, every byte.
-    /// @return the vectors drawn
+    /// Runs the whole pass: background, first pen, every byte.
+    /// @return the number of vectors drawn
     unsigned long Run();
 
     void SetPenWidth(int width) override;
     void SetColor(int index) override;
     void DrawTextKorvel(char* text) override;
     /// Draws a vector and counts it.
-    /// @param continues  the path, instead of starting a new one
+    /// @param continues  whether it continues the path; otherwise it starts a new one
     void Draw(bool continues, int x1, int y1, int x2, int y2);
 
 private:

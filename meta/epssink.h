@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 //
-// Writes a pass as EPS: which vectors continue a path, and how many stand on a line.
+// Writes a pass as EPS: decides which vectors continue a path, and how many are on a line.
 #pragma once
 
 #include "meta/epswriter.h"
@@ -10,7 +10,7 @@
 #include <memory>
 #include <string_view>
 
-/// Writes for one pass. Texts are never written.
+/// Writes one pass. Texts are never written.
 class EpsSink
 {
 public:
@@ -39,7 +39,7 @@ public:
     void Finish() { writer->Finish(); }
 
 private:
-    // Path items on a line of the output.
+    // Path items per line of the output.
     static constexpr int kItemsPerLine = 4;
 
     // A moveto with its lineto is one item, like a lineto alone.

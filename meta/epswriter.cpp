@@ -16,20 +16,20 @@
 namespace {
 
 constexpr size_t kLongestInteger = std::numeric_limits<int>::digits10 + 2; // "-2147483648"
-// Four numbers and two operators with their blanks, and the byte that a copied word has more.
+// Four numbers and two operators with their blanks, and the extra byte of a copied word.
 constexpr size_t kLongestItem = 6 * (kLongestInteger + 1) + 1;
 // "-", the digits of the largest double, "." and two decimals.
 constexpr size_t kLongestDecimal = std::numeric_limits<double>::max_exponent10 + 5;
 
 constexpr double kBlack[3] = {0, 0, 0};
 
-// A number with its blank, as many bytes as one machine word.
+// A number with its blank, in one machine word.
 struct NumberText {
     char text[7];
     unsigned char length;
 };
 
-// The coordinates that addresses have, as texts.
+// All coordinates of addresses, as texts.
 using NumberTexts = std::array<NumberText, kPlfWidth>;
 
 constexpr NumberText MakeNumberText(int value)
@@ -53,9 +53,9 @@ constexpr NumberTexts MakeNumberTexts()
 
 constexpr NumberTexts kNumberTexts = MakeNumberTexts();
 
-// The two functions below write where there is room for a longest item, and return the end of it.
+// The two functions below need room for the longest item, and return the end of what they wrote.
 
-// A number and a blank. A look at the table saves the divisions.
+// A number and a blank. The table saves the divisions.
 inline char* Append(char* at, int value)
 {
     if (value >= 0 && value < kPlfWidth) {
@@ -75,7 +75,7 @@ inline char* Append(char* at, const char (&word)[8])
     return at + sizeof word - 1;
 }
 
-// The color of a palette index; any without a row is white, as on screen.
+// The color of a palette index; white if it has no row, as on screen.
 const double* EpsColor(unsigned long index)
 {
     return kPaletteFractions[std::min<unsigned long>(index, kWhite)].data();
@@ -117,7 +117,7 @@ void EpsWriter::Header(const Rect& area, bool zoomed)
         Background(area);
 }
 
-// In points; every value is truncated toward zero.
+// In points, each value truncated toward zero.
 void EpsWriter::BoundingBox(const Rect& area, bool zoomed)
 {
     const auto scaled = [this](int64_t value) {
@@ -230,7 +230,7 @@ void EpsWriter::Integer(int value)
         std::to_chars(buffer + used, buffer + used + kLongestInteger, value).ptr - buffer);
 }
 
-// Two decimals, rounded as the C library's "%.2f" rounds.
+// Two decimals, rounded like "%.2f" of the C library.
 void EpsWriter::Decimal(double value)
 {
     Reserve(kLongestDecimal);

@@ -2,7 +2,7 @@
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 //
 // Writes the PostScript of one drawing pass. Numbers are formatted into the writer's own buffer,
-// always with a decimal point; the format of every line is fixed, as hosts compare files.
+// always with a decimal point. The format of every line is fixed, because hosts compare files.
 #pragma once
 
 #include "meta/pass.h"
@@ -13,8 +13,8 @@
 
 class ByteSink;
 
-/// An EPS under way. Coordinates are drawing units, y downward; the output has them in units of the
-/// metafile, y upward.
+/// Writes one EPS. Coordinates are in drawing units, y downward; in the output they are in file
+/// units, y upward.
 class EpsWriter
 {
 public:
@@ -26,13 +26,13 @@ public:
     EpsWriter(const EpsWriter&) = delete;
     EpsWriter& operator=(const EpsWriter&) = delete;
 
-    /// Writes the comments, the bounding box, the scale and, when asked for, the background.
-    /// @param area    what is drawn
-    /// @param zoomed  the area is a part of the file, so that the box does not begin at 0
+    /// Writes the comments, the bounding box, the scale and, if requested, the background.
+    /// @param area    the part to draw
+    /// @param zoomed  the area is a part of the graph, so the box does not begin at 0
     void Header(const Rect& area, bool zoomed);
-    /// Ends the path and sets the line width; thinner ones than the options' become that.
+    /// Ends the path and sets the line width, at least the minimum of the options.
     void LineWidth(int width);
-    /// Ends the path and sets the color of a palette index, or black when all lines are.
+    /// Ends the path and sets the color of a palette index, or black if all lines are.
     void LineColor(int index);
     /// Continues the path to a point.
     void LineTo(int x, int y);
@@ -40,7 +40,7 @@ public:
     void MoveAndLineTo(int x1, int y1, int x2, int y2);
     /// Ends a line of the output.
     void EndLine();
-    /// Ends the path and hands on what is left.
+    /// Ends the path and writes the rest.
     void Finish();
 
 private:
@@ -58,7 +58,7 @@ private:
     }
     void Flush();
 
-    // Large enough that a write call costs nothing beside the formatting of what it holds.
+    // Large enough to make the cost of a write call negligible.
     static constexpr size_t kBufferSize = size_t{256} * 1024;
 
     ByteSink& sink;

@@ -1,21 +1,21 @@
 // SPDX-License-Identifier: MIT
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 //
-// The code that integer parameters are written in.
+// The code of integer parameters.
 #pragma once
 
 #include <cstddef>
 #include <cstring>
 
-/// Ends an integer, or is the high part of an address: 32..63.
+/// Whether c ends an integer or is the high part of an address: 32..63.
 constexpr int kLastHigh = 63;
 
 /// The value of an integer. High characters carry six bits each, the low one four bits and the
-/// sign; a text that ends without a low character reads its terminating NUL as one. Wraps in 32
-/// bits.
+/// sign; if there is no low character, the terminating NUL is read as one. Wraps in 32 bits.
 int decodeq(const char* s);
 
-/// The characters of an integer as they arrive, NUL-terminated; of too many the last ones.
+/// Collects the characters of an integer, NUL-terminated; if there are too many, keeps the last
+/// ones.
 class IntegerText
 {
 public:
@@ -30,8 +30,8 @@ public:
     [[nodiscard]] int Value() const { return decodeq(text); }
 
 private:
-    // Each high one shifts by six bits, so that of a longer run only the last six reach the 32
-    // bits of the value.
+    // Each high one shifts by six bits, so only the last six of a longer run affect the 32 bits of
+    // the value.
     static constexpr size_t kMaxChars = 8;
 
     char text[kMaxChars + 1] = "";

@@ -15,12 +15,12 @@
 
 namespace {
 
-// Device pixels that a line may reach beyond its pen: half of the thinnest pen, what antialiasing
+// Device pixels that a line may extend beyond its pen: half of the thinnest pen, what antialiasing
 // spreads, and the rounding of its ends.
 constexpr double kReach = 3.0;
 
-// What can be seen of the device, in its pixels: the exposed part, where there is one. The device
-// may count its size in larger units than these.
+// The visible part of the device, in its pixels: the exposed part, if there is one. The device may
+// report its size in larger units.
 QRegion VisiblePixels(const QPainter& painter)
 {
     const QRegion exposed = painter.paintEngine()->systemClip();
@@ -87,8 +87,8 @@ void LinePainter::FindVisible(const QPen& pen)
     const QTransform toDevice = painter->deviceTransform();
     if (toDevice.type() > QTransform::TxScale || !toDevice.isInvertible())
         return;
-    // The corner of a square cap is farther from the line's end than half the width, but by less
-    // than the whole.
+    // The corner of a square cap is farther from the line's end than half the width, but not than
+    // the whole width.
     const double reachX = pen.widthF() + kReach / std::abs(toDevice.m11());
     const double reachY = pen.widthF() + kReach / std::abs(toDevice.m22());
     const auto touching = [&, fromDevice = toDevice.inverted()](const QRect& pixels) {
@@ -108,8 +108,8 @@ void LinePainter::FindVisible(const QPen& pen)
         parts[static_cast<size_t>(partCount++)] = touching(part);
 }
 
-// The toolkit draws the lines of a call one by one, as long as it need not stretch the pen to an
-// ellipse; then it fills them as one shape, in which crossings are not drawn twice.
+// Qt draws the lines of a call one by one unless it has to stretch the pen to an ellipse; in that
+// case it fills them as one shape, in which crossings are not drawn twice.
 bool LinePainter::MayBatch(const QPen& pen) const
 {
     const QTransform toDevice = painter->deviceTransform();

@@ -16,14 +16,14 @@
 
 namespace {
 
-// The printed area in inches: 9.0 by 6.855 keeps the shape of the file's area.
+// The printed area in inches: 9.0 by 6.855 has the shape of the file's area.
 constexpr double kPageLeft = 0.8;
 constexpr double kPageTop = 0.6;
 constexpr double kPageWidth = 9.0;
 constexpr double kPageHeight = 6.855;
 
-// Farthest that the page may lie or reach, in printer pixels: Qt adds place and size as ints, and
-// the configuration file may hold any shift and factor.
+// Limit of the page's position and size, in printer pixels: Qt adds the two as ints, and the
+// configuration file may contain any shift and factor.
 constexpr int kMaxPagePixels = 1 << 29;
 
 int PagePixels(double value)
@@ -37,12 +37,12 @@ QRect ToQRect(int64_t left, int64_t top, int64_t right, int64_t bottom)
             QPoint(SaturateToInt(right - 1), SaturateToInt(bottom - 1))};
 }
 
-// Whether Qt would make a picture of each glyph of a text, as it does where their area is small,
-// and they are longer than such a picture may be: a narrow part of a graph in a wide window.
+// Whether Qt would make a bitmap of each glyph of a text, as it does for small glyphs, and the
+// glyphs are longer than such a bitmap may be: in a narrow part of a graph in a wide window.
 bool IsTooLongForPictures(const QPainter& painter)
 {
     constexpr double kLongest = 512;             // pixels; Qt crashes from about 1000
-    constexpr double kLargestArea = 2 * 64 * 64; // it makes none from half of that
+    constexpr double kLargestArea = 2 * 64 * 64; // it makes none above half of that
     const QTransform toDevice = painter.deviceTransform();
     const double size = painter.fontMetrics().height();
     const double stretch = std::max({std::abs(toDevice.m11()), std::abs(toDevice.m12()),
@@ -85,7 +85,7 @@ void PainterSink::MapWindow()
         MapPage(*pass.page);
 }
 
-// Every truncation stands where it does on purpose: hosts rely on the printed position.
+// The order of the truncations is deliberate: hosts rely on the printed position.
 void PainterSink::MapPage(const PrintedPage& page)
 {
     const int left = PagePixels(page.dpiX * kPageLeft + page.shiftX);
@@ -98,7 +98,7 @@ void PainterSink::MapPage(const PrintedPage& page)
         ClipToPage(place);
 }
 
-// On screen the view's edges hide what lies around the zoomed part; paper goes on beside the page.
+// On screen the view's edges hide everything around the zoomed part; on paper nothing does.
 void PainterSink::ClipToPage(const QRect& page)
 {
     painter.setViewTransformEnabled(false);
@@ -116,7 +116,7 @@ int PainterSink::PenWidth(int width) const
 {
     const int64_t pixels =
         pass.page ? 2 * int64_t{std::max(width, pass.page->minLineWidth)} : width / 2;
-    // Qt refuses such a width with a warning for each; refused here, it costs nothing.
+    // Qt would reject such a width with a warning each time.
     if (pixels < 0 || pixels > kMaxPenWidth)
         return pen.width();
     return static_cast<int>(pixels);
@@ -124,7 +124,7 @@ int PainterSink::PenWidth(int width) const
 
 void PainterSink::SetPen(int index, int width)
 {
-    // White lines would vanish on white. Black on black is not swapped, deliberately.
+    // White lines would be invisible on white. Black on black is not swapped, deliberately.
     if (background == kWhite && index == kWhite)
         index = 0;
     pen.setColor(PaletteColor(index));
@@ -140,8 +140,8 @@ QPen PainterSink::Visible(QPen thin) const
     return thin;
 }
 
-// The text stands in the painter's current font and line pen, whatever ZF, ZS, ZA and ZC asked
-// for: deliberate, graphs are laid out for it.
+// The text is drawn in the painter's current font and line pen, regardless of ZF, ZS, ZA and ZC:
+// deliberate, graphs are designed for this.
 void PainterSink::Text(std::string_view text, int x, int y)
 {
     lines.Flush();

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 //
-// Draws a pass: the coordinate mapping, the background, pens, vectors and texts.
+// Paints a pass: coordinate mapping, background, pens, vectors and texts.
 #pragma once
 
 #include "meta/linepainter.h"
@@ -14,17 +14,17 @@
 class QPainter;
 class QRect;
 
-/// Widest pen that Qt takes. It refuses wider and negative ones and keeps the old width.
+/// Widest pen that Qt accepts. It rejects wider and negative ones and keeps the old width.
 constexpr int kMaxPenWidth = 32767;
 
-/// Paints for one pass.
+/// Paints one pass.
 class PainterSink
 {
 public:
     /// @param target      active; outlives the sink
     /// @param pass        outlives the sink
     /// @param background  palette index
-    /// @param workingPen  the pen that lines are drawn with; outlives the sink
+    /// @param workingPen  the pen of the lines; outlives the sink
     PainterSink(QPainter& target, const PlfPass& pass, int background, QPen& workingPen);
 
     /// Maps the painter's window to the area and fills the background.
@@ -35,7 +35,7 @@ public:
     void Text(std::string_view text, int x, int y);
     void Finish() { lines.Flush(); }
 
-    /// Gives the pen the color of a palette index and the width for a line width of the file.
+    /// Sets the pen's color from a palette index and its width from a line width of the file.
     void SetPen(int index, int width);
 
 private:

@@ -29,7 +29,7 @@ constexpr PaletteFractions MakeFractions()
 constexpr PaletteFractions kPaletteFractions = MakeFractions();
 
 double EpsRgbColors[kPaletteSize][3];
-// The palette pens are made before gdotpen and destroyed after it.
+// The palette pens are created before gdotpen and destroyed after it.
 QPen ghpenIbmClr[kPaletteSize];
 QPen gdotpen;
 

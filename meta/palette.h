@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 //
-// The 16 fixed colors, in the forms that the screen, the paper and PostScript need.
+// The 16 fixed colors, in the forms for screen, paper and PostScript.
 #pragma once
 
 #include <QColor>

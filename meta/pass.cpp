@@ -12,7 +12,7 @@
 
 namespace {
 
-// Runs one pass, with a state of its own.
+// Runs one pass, with its own state.
 class PassRun
 {
 public:

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 //
-// Tells somebody that a pass takes longer than a user waits without a sign.
+// Reports once that a pass takes longer than a user would wait without a sign.
 #pragma once
 
 #include <chrono>
@@ -11,13 +11,13 @@
 class PassWatch
 {
 public:
-    /// Shorter passes look immediate, and a sign of them would only flicker.
+    /// Shorter passes look immediate; a sign would only flicker.
     static constexpr std::chrono::milliseconds kPatience{100};
 
     /// @param onLong  called once, from within the pass
     explicit PassWatch(std::function<void()> onLong) : tell(std::move(onLong)) {}
 
-    /// To be called now and then while the pass goes on.
+    /// To be called from time to time during the pass.
     void Tick()
     {
         if (tell != nullptr && Clock::now() - begin >= kPatience)
@@ -27,6 +27,6 @@ public:
 private:
     using Clock = std::chrono::steady_clock;
 
-    std::function<void()> tell; // empty once it was called
+    std::function<void()> tell; // empty after the call
     Clock::time_point begin = Clock::now();
 };

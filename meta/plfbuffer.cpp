@@ -13,14 +13,14 @@
 
 namespace {
 
-// Frees the graph before, so that the next need not fit beside it.
+// Frees the previous graph first, so that both need not fit into memory.
 void Begin(char* message)
 {
     CopyText(message, kLoadMessageSize, kCannotOpenGraph);
     FreePlfBuffer();
 }
 
-// A load that succeeds leaves the message that it began with.
+// After a successful load, message contains the text that is written at the start.
 int Finish(PlfGraph graph, const char* problem, char* message)
 {
     gpPlfmembuf = graph.Release();
@@ -62,7 +62,7 @@ PlfBytes LoadedPlf()
 
 int GetPlfBackGroundColor(char* buf)
 {
-    constexpr size_t kUnknown = std::numeric_limits<size_t>::max(); // long enough, as promised
+    constexpr size_t kUnknown = std::numeric_limits<size_t>::max(); // long enough, as required
     if (gbBkClrWhite)
         return kWhite;
     return NamedBackground({buf, buf == gpPlfmembuf ? LoadedPlf().size : kUnknown});

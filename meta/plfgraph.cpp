@@ -30,7 +30,7 @@ const char kNoBytes[] = "is empty";
 
 namespace {
 
-// A pipe or a device has no size and could keep its reader waiting for ever.
+// A pipe or a device has no size, and reading it might never end.
 bool IsRegularFile(FILE* file)
 {
     struct stat info = {};
@@ -59,7 +59,7 @@ PlfGraph PlfGraph::Allocate(size_t size)
     return graph;
 }
 
-// To so many bytes and the tail.
+// Resizes the block to this number of bytes and the zero bytes.
 bool PlfGraph::Grow(size_t capacity)
 {
     void* grown = realloc(block.get(), capacity + kPlfTailSize);
@@ -70,14 +70,14 @@ bool PlfGraph::Grow(size_t capacity)
     return true;
 }
 
-// Whole, the byte directly behind the data included, so that nothing left in memory is ever decoded
-// as data.
+// Clears all of it, including the byte directly after the data, so that no old memory is ever
+// decoded.
 void PlfGraph::ClearTail()
 {
     memset(block.get() + size, 0, kPlfTailSize);
 }
 
-// A graph shorter than the header meets the tail here, which differs.
+// For a graph shorter than the header, the zero bytes differ from it.
 PlfGraph PlfGraph::Checked(PlfGraph graph, const char** problem)
 {
     if (memcmp(graph.block.get(), gszPlfhdr, kPlfHeaderSize) == 0)

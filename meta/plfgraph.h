@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: MIT
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 //
-// A graph in memory: its bytes and zero bytes behind them. Any number of passes may read it at
-// once.
+// A graph in memory: its bytes, followed by zero bytes. Any number of passes may read it at once.
 #pragma once
 
 #include <algorithm>
@@ -11,28 +10,28 @@
 #include <memory>
 #include <string_view>
 
-/// Bytes in the header that every graph begins with.
+/// Bytes of the header that every graph begins with.
 constexpr size_t kPlfHeaderSize = 16;
-/// Zero bytes kept behind the data: the decoder's loop ends at the first of them, and its readers
-/// consume at most six beyond that (a "TG" command cut off at the end of the file).
+/// Zero bytes after the data: the decoder's loop ends at the first of them, and its readers consume
+/// at most six more (for a "TG" command cut off at the end of the file).
 constexpr size_t kPlfTailSize = 32;
-/// Where the search for the background color begins: the header area lies before it.
+/// Where the search for the background color begins: after the header area.
 constexpr size_t kBackgroundScanStart = 100;
-/// Background index of a character that stands for no color; it has no palette row.
+/// Background index for a character without a color; it has no palette row.
 constexpr int kNoBackground = 16;
 
 /// The header: ESC "TG140000" ESC "TG1410".
 extern const char gszPlfhdr[kPlfHeaderSize];
-/// The character that stands for each palette index behind "RA1".
+/// The character of each palette index after "RA1".
 extern const int gBkClrEsc[16];
 
-/// The bytes of a graph that somebody else owns, with kPlfTailSize zero bytes behind them.
+/// The bytes of a graph, followed by kPlfTailSize zero bytes. Does not own them.
 struct PlfBytes {
     const char* data = nullptr; // null = no graph
     size_t size = 0;            // without the zero bytes
 
     [[nodiscard]] const char* End() const { return data == nullptr ? nullptr : data + size; }
-    /// How many bytes lie before a place. Readers may stand in the zero bytes, which is the end.
+    /// The offset of a position. Positions in the zero bytes count as the end.
     [[nodiscard]] size_t OffsetOf(const char* at) const
     {
         return static_cast<size_t>(std::min(at, End()) - data);
@@ -46,24 +45,24 @@ public:
     PlfGraph() = default;
 
     /// Copies a graph.
-    /// @param problem  receives why there is none; untouched on success
-    /// @return none when there is no byte, no memory or another header
+    /// @param problem  receives the reason of a failure; unchanged on success
+    /// @return none if there are no bytes, no memory or another header
     static PlfGraph FromBytes(std::string_view bytes, const char** problem);
-    /// Reads a file whole.
+    /// Reads a whole file.
     /// @param path      local 8-bit file name
     /// @param problem   as above
     /// @param measured  receives the size of the file as soon as it is known; may be null
-    /// @return none when the file cannot be opened or read whole, is empty, is no regular file, or
-    ///         has another header
+    /// @return none if the file cannot be opened or read completely, is empty, is not a regular
+    ///         file, or has another header
     static PlfGraph FromFile(const char* path, const char** problem,
                              unsigned long* measured = nullptr);
-    /// Reads a stream, such as a pipe, to its end.
-    /// @param problem  as above; also the system's words for a failed read
+    /// Reads a stream, such as a pipe, up to its end.
+    /// @param problem  as above, or the system's message about a failed read
     static PlfGraph FromStream(int descriptor, const char** problem);
 
     [[nodiscard]] bool IsLoaded() const { return block != nullptr; }
     [[nodiscard]] PlfBytes Bytes() const { return {block.get(), size}; }
-    /// Gives the block away: its new owner frees it.
+    /// Releases the block: the caller frees it.
     [[nodiscard]] char* Release() { return block.release(); }
 
 private:
@@ -77,21 +76,20 @@ private:
     void ClearTail();
     static PlfGraph Checked(PlfGraph graph, const char** problem);
 
-    std::unique_ptr<char, Free> block; // the bytes and their tail
+    std::unique_ptr<char, Free> block; // the bytes and the zero bytes
     size_t size = 0;
 };
 
-/// What a loader says of a file that cannot be read, of one that holds something else, and of a
-/// stream without a byte.
+/// Messages of the loaders: the file cannot be read, is not a graph, or the stream is empty.
 extern const char kCannotOpenGraph[];
 extern const char kNotAGraph[];
 extern const char kNoBytes[];
 
-/// The character that names the background: the one behind the second "RA1" of those behind
-/// kBackgroundScanStart. It may be the zero byte behind the data.
-/// @return null when there is no second one
+/// The character that names the background: the one after the second "RA1" after
+/// kBackgroundScanStart. It may be the zero byte after the data.
+/// @return null if there is no second one
 const char* FindPlfBackGround(const PlfBytes& graph);
 
-/// The palette index of the background that a graph names; white (15) when it names none.
-/// @return 0..15, or kNoBackground for a character that stands for no color
+/// The palette index of the background that a graph names; white (15) if it names none.
+/// @return 0..15, or kNoBackground for a character without a color
 int NamedBackground(const PlfBytes& graph);

@@ -18,7 +18,7 @@
 
 namespace {
 
-// The level of the interpreter's own trace messages; they are written when gdwDebug is just this.
+// The level of the interpreter's own trace messages; they are written only if gdwDebug equals it.
 constexpr unsigned long kTraceLevel = 2;
 
 LineColors ColorsFromSettings(bool isPrinting)
@@ -43,7 +43,7 @@ EpsOptions EpsFromSettings()
 
 } // namespace
 
-// Hosts know the members in this order.
+// Hosts rely on this order of the members.
 struct CPlfMeta::Order {
     static constexpr size_t kOffsets[] = {
         offsetof(CPlfMeta, pen),         offsetof(CPlfMeta, szFileName),
@@ -84,7 +84,7 @@ void CPlfMeta::Init(char* name, double widthScale)
     text = {};
 }
 
-// What the program's settings say now.
+// The current settings of the program.
 PlfPass CPlfMeta::MakePass(const Rect& zoom, const Rect& full) const
 {
     PlfPass pass;
@@ -114,7 +114,7 @@ int CPlfMeta::DrawPlf(Rect* zoom, Rect* full)
     return result;
 }
 
-// Sends the decoder's work to where it goes.
+// Connects the decoder with its sinks.
 int CPlfMeta::Plf2Screen(const PlfPass& pass)
 {
     const int background = pass.Background();
@@ -146,7 +146,7 @@ template <class Sink> int CPlfMeta::RunInto(Sink& sink, const PlfPass& pass, int
     return 1;
 }
 
-// Does outside a pass what the decoder does in one: on the painter, if there is one.
+// Does outside a pass what the decoder does during one, on the painter, if any.
 template <class Action> void CPlfMeta::Act(Action action)
 {
     const PlfPass pass = MakePass({}, kWholeArea);
@@ -220,7 +220,7 @@ void CPlfMeta::TraceObject(const char* what) const
 {
     if (gpLog == nullptr)
         return;
-    char message[256]; // two pointers, a number and the fixed words take fewer than 100
+    char message[256]; // two pointers, a number and the fixed words need less than 100
     const bool fits =
         FormatText(message, sizeof message, "CPlfMeta %s, this=%p, cvtflag=%d, cvtfp=%p\n", what,
                    static_cast<const void*>(this), cvtflag, static_cast<const void*>(cvtfp.get()));

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 //
-// The interpreter of the loaded graph: one object per drawing, made on the stack for its target. It
-// takes from the program's settings what a pass needs, and gives them back what the pass found.
+// The interpreter of the loaded graph: one object per drawing, created on the stack for its target.
+// It builds a pass from the program's settings, and stores the results in the program's variables.
 #pragma once
 
 #include "meta/bytesink.h"
@@ -22,55 +22,56 @@ class QPrinter;
 /// Conversion mode of a pass that also writes EPS.
 constexpr int kConvertEps = 3;
 
-/// Walks the loaded graph (gpPlfmembuf) once and draws it.
+/// Draws the loaded graph (gpPlfmembuf).
 class CPlfMeta
 {
 public:
     /// @param name        the file's name, kept for reference
     /// @param painter     target, or null to draw nothing; must be active and outlive the object
-    /// @param printer     the painter's printer when printing (page mapping and pens on paper),
-    ///                    else null
-    /// @param widthScale  factor on the file's line widths; any value, infinite ones saturate
+    /// @param printer     the painter's printer when printing (page mapping and pens for paper),
+    ///                    otherwise null
+    /// @param widthScale  factor for the file's line widths; any value, infinite ones saturate
     /// @param cvtmode     kConvertEps also writes the pass as EPS into gszCvtFilename
     CPlfMeta(char* name, QPainter* painter, QPrinter* printer, double widthScale, int cvtmode);
     ~CPlfMeta();
     CPlfMeta(const CPlfMeta&) = delete;
     CPlfMeta& operator=(const CPlfMeta&) = delete;
 
-    /// Puts the object into the state before a pass.
+    /// Resets the object to the state before a pass.
     void Init(char* name, double widthScale);
 
-    /// Lets somebody know when a pass takes long.
-    /// @param passWatch  must outlive the passes; null = nobody
+    /// Lets a watch know when a pass takes long.
+    /// @param passWatch  must outlive the passes; null = none
     void Watch(PassWatch* passWatch) { watch = passWatch; }
 
     /// Draws the whole file: maps the painter's window to the area, fills the background, runs the
-    /// decoder. Leaves the number of vectors in gdwVectorCnt and the background in gdwBkClrFile.
+    /// decoder. Stores the number of vectors in gdwVectorCnt and the background in gdwBkClrFile.
     /// @param zoom  area to show in drawing units; a width of 0 or less means the whole file
     /// @param full  the file's area, kWholeArea
     /// @return 1
     int DrawPlf(Rect* zoom, Rect* full);
 
-    /// Makes palette index the pen's color, with the width that is current.
+    /// Sets the pen's color from a palette index, and its width from the current line width.
     void SetPen(int index);
-    /// Sets the line width in scaled file units and starts a new path, unless it is current.
+    /// Sets the line width in scaled file units and starts a new path, unless the width is the
+    /// same.
     void SetPenWidth(int width);
     /// Sets the line color and starts a new path, unless index equals the current mapped color.
     void SetColor(int index);
-    /// The palette index to draw index with; outside 1..16 it is 0, and 16 itself passes.
+    /// The palette index to draw index with; an index outside 1..16 becomes 0, and 16 is unchanged.
     [[nodiscard]] int MapColor(int index) const;
 
     /// Draws a vector that continues the path. Drawing units, y downward.
     void Draw(int x1, int y1, int x2, int y2);
     /// Draws a vector that starts a new path.
     void MoveAndDraw(int x1, int y1, int x2, int y2);
-    /// Draws text with its baseline at the text position; a last line feed is removed from it.
+    /// Draws text with its baseline at the text position, without a line feed at its end.
     void DrawTextKorvel(char* text);
-    /// The font that the file asks for. Texts are not drawn in it: see DrawTextKorvel.
+    /// The font that the file requests. It is not used to draw texts, see DrawTextKorvel.
     [[nodiscard]] QFont TextFont() const;
 
 private:
-    struct Order; // of the members below, which is settled
+    struct Order; // of the members below, which is fixed
 
     [[nodiscard]] PlfPass MakePass(const Rect& zoom, const Rect& full) const;
     PassState State() { return {text, input, line, beam, address}; }
@@ -83,8 +84,8 @@ private:
     QPen pen;                        // the working pen
     char szFileName[kTextSize] = ""; // the metafile's name, for reference
     TextState text;                  // the settings of texts
-    InputState input;                // where the decoder stands
-    double dWidthScale = 1.0;        // factor on line widths
+    InputState input;                // the decoder's position
+    double dWidthScale = 1.0;        // factor for line widths
     Rect rDraw = {};                 // the area being drawn
     int cvtflag = 0;                 // kConvertEps = also write EPS
     LineState line;                  // current color and width
@@ -95,5 +96,5 @@ private:
     QPrinter* pPrinter = nullptr;
     AddressParts address;
     int nEpsItems = 1;          // number of the next path item on its line of the EPS output
-    PassWatch* watch = nullptr; // told when a pass takes long
+    PassWatch* watch = nullptr; // called when a pass takes long
 };

@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: MIT
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 //
-// Texts of a graph as characters.
+// Decodes the texts of a graph.
 #pragma once
 
 #include <QString>
 
 #include <string_view>
 
-/// The characters of a text or font name. Files in use carry ASCII. Other bytes are UTF-8 when the
-/// whole text is, and Latin-1 when not, so that no character is lost.
+/// The characters of a text or font name. Most files contain only ASCII. Other bytes are read as
+/// UTF-8 if the whole text is valid UTF-8, otherwise as Latin-1, so no character is lost.
 QString TextFromFile(std::string_view text);

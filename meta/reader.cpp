@@ -17,7 +17,7 @@
 
 namespace {
 
-// Longest string that a counted one skips.
+// Maximum length of a counted string.
 constexpr int kMaxCountedString = 80;
 
 // The "%d,%d" of a position; fields that do not match keep their values.
@@ -32,13 +32,13 @@ void ScanPosition(const char* text, int* x, int* y)
 
 } // namespace
 
-int ParameterReader::Tell(int value, PlfInteger kind)
+int ParameterReader::Report(int value, PlfInteger kind)
 {
     observer.Integer(value, kind);
     return value;
 }
 
-void ParameterReader::Tell(const char* begin, const char* end, bool isWhole)
+void ParameterReader::Report(const char* begin, const char* end, bool isWhole)
 {
     const size_t at = bytes.OffsetOf(begin);
     observer.String({bytes.data + at, std::max(at, bytes.OffsetOf(end)) - at}, isWhole);
@@ -61,8 +61,8 @@ bool ParameterReader::HadComma()
     return std::exchange(input.bCommaSeen, false);
 }
 
-// The next character of a parameter. The pending one is taken whatever it is; a control character
-// from the data becomes pending and ends the parameter (false).
+// Reads the next character of a parameter. A pending character is taken whatever it is; a control
+// character from the data becomes pending and ends the parameter (false).
 bool ParameterReader::TakeChar(int* c)
 {
     if (input.chPending != 0) {
@@ -85,15 +85,15 @@ int ParameterReader::ReadInteger()
         taken = TakeChar(&c);
         input.bCommaSeen = taken && c == ',' && input.fCommaOk != 0;
         if (input.bCommaSeen)
-            return Tell(0, PlfInteger::kComma);
+            return Report(0, PlfInteger::kComma);
         if (taken)
             digits.Append(c);
     } while (taken && c > kLastHigh);
     const PlfInteger kind = c > kLastControl ? PlfInteger::kWhole : PlfInteger::kUnfinished;
-    // No character at all is 0, but a zero byte in its place reads as a low character (32).
+    // A missing integer is 0, but a zero byte in its place is read as a low character (32).
     if (digits.IsEmpty() && c != 0)
-        return Tell(0, kind);
-    return Tell(digits.Value(), kind);
+        return Report(0, kind);
+    return Report(digits.Value(), kind);
 }
 
 int ParameterReader::ReadCountedString()
@@ -102,16 +102,16 @@ int ParameterReader::ReadCountedString()
     int c = 0;
     do {
         if (!TakeChar(&c))
-            return Tell(0, PlfInteger::kUnfinished);
+            return Report(0, PlfInteger::kUnfinished);
         digits.Append(c);
     } while (c > 64); // '@' ends the count too
     const int length = digits.Value();
-    Tell(length, c > kLastControl ? PlfInteger::kWhole : PlfInteger::kUnfinished);
+    Report(length, c > kLastControl ? PlfInteger::kWhole : PlfInteger::kUnfinished);
     const char* text = input.pCur;
     bool isWhole = true;
     for (int n = 0; isWhole && n < std::min(length, kMaxCountedString); ++n)
         isWhole = TakeChar(&c);
-    Tell(text, isWhole ? input.pCur : input.pCur - 1, isWhole);
+    Report(text, isWhole ? input.pCur : input.pCur - 1, isWhole);
     return isWhole ? std::min(length, kMaxCountedString) : 0;
 }
 
@@ -121,7 +121,7 @@ int ParameterReader::SkipToControl()
     int c = 0;
     while (TakeChar(&c)) {
     }
-    Tell(text, input.pCur - 1, true);
+    Report(text, input.pCur - 1, true);
     return 0;
 }
 

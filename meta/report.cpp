@@ -41,7 +41,7 @@ void ObserverReport::Control(const Walk& walk, int c)
         observer.NextMoves({OffsetOf(end - 1), OffsetOf(end)});
 }
 
-// A pending character belongs to what comes next, unless it only stands for the end of the data.
+// A pending character belongs to the next item, unless it only marks the end of the data.
 void ObserverReport::Command(const Walk& walk)
 {
     const InputState& input = state.input;
@@ -65,7 +65,7 @@ void ObserverReport::Text(std::string_view text)
 void ObserverReport::End(const Walk& walk, int last)
 {
     const InputState& input = state.input;
-    // Behind a text an escape stands in front of the BEL, and means no command.
+    // After a text there is an escape before the BEL, which does not begin a command.
     if (walk.inEscape && (walk.count > 0 || last == 0))
         observer.DroppedCommand(OffsetOf(walk.begin));
     else if (!walk.inEscape && walk.count != 0)

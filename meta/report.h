@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 //
-// Tells an observer what the decoder has done, with the place of each thing in the file.
+// Reports to an observer what the decoder has done, with the position of each item in the file.
 #pragma once
 
 #include "meta/observer.h"
@@ -14,7 +14,7 @@
 class ObserverReport
 {
 public:
-    /// Whether the decoder has to say where each thing stands, and may take no short cut.
+    /// Whether the decoder must report each item, so it may not take the fast path.
     static constexpr bool kFollows = true;
 
     /// All of them outlive the report.
@@ -25,15 +25,15 @@ public:
 
     [[nodiscard]] PlfObserver& Observer() { return observer; }
 
-    /// An address was carried out, after the byte behind it had been read.
-    /// @param wasMove  instead of a vector
-    /// @param from     where the beam stood before
+    /// An address was drawn, after the byte after it had been read.
+    /// @param wasMove  whether it moved the beam instead of drawing a vector
+    /// @param from     the beam before the address
     void Address(const Walk& walk, bool wasMove, const BeamState& from);
-    /// An escape came before the end of what was read.
+    /// An escape came before the end of an address or command.
     void Escape(const Walk& walk);
     /// A control character outside commands.
     void Control(const Walk& walk, int c);
-    /// A command was carried out.
+    /// A command was executed.
     void Command(const Walk& walk);
     void Text(std::string_view text);
     /// @param last  the character that ended the drawing, 0 for the zero byte
@@ -47,7 +47,7 @@ private:
     PlfObserver& observer;
 };
 
-/// The report to nobody.
+/// Reports nothing.
 class NoReport
 {
 public:

@@ -1,33 +1,33 @@
 // SPDX-License-Identifier: MIT
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 //
-// Where the decoder sends what it draws: any class with the functions of NoSink. The decoder knows
-// its sink when it is compiled, so that a vector costs no call.
+// Where the decoder sends what it draws: any class with the functions of NoSink. The sink is a
+// template parameter of the decoder, so a vector costs no virtual call.
 #pragma once
 
 #include <string_view>
 
-/// Takes nothing: a pass for the sake of its count, or of its observer.
+/// Ignores everything: for passes that only count, or only inform an observer.
 class NoSink
 {
 public:
     /// The pass begins.
     void Begin() {}
-    /// Lines have another width.
+    /// The line width has changed.
     /// @param color  palette index of the pen
     void SetWidth(int /*width*/, int /*color*/) {}
-    /// Lines have another color.
+    /// The line color has changed.
     void SetColor(int /*color*/, int /*width*/) {}
     /// A vector, in drawing units.
-    /// @param continues  it begins where the path ended that was drawn last
+    /// @param continues  it begins where the last path ended
     void Vector(bool /*continues*/, int /*x1*/, int /*y1*/, int /*x2*/, int /*y2*/) {}
     /// A text, with its baseline at a point in drawing units.
     void Text(std::string_view /*text*/, int /*x*/, int /*y*/) {}
-    /// The pass is over.
+    /// The pass ends.
     void Finish() {}
 };
 
-/// Hands everything to two sinks.
+/// Passes everything to two sinks.
 template <class First, class Second> class BothSinks
 {
 public:

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 //
-// What a pass changes on its way through a graph, as plain values.
+// The state of a pass, as plain values.
 #pragma once
 
 #include <cstddef>
 
-/// Bytes in a text or font name with the terminating NUL; a longer one is not used at all.
+/// Bytes of a text or font name, including the terminating NUL; a longer one is ignored.
 constexpr size_t kTextSize = 1024;
 // Bits of the text attributes.
 constexpr int kBold = 1;
@@ -23,19 +23,19 @@ struct TextState {
     int dwTextAttr = 0;              // ZA: bit 0 bold, bit 1 italic
 };
 
-/// Where the decoder stands in the bytes.
+/// The decoder's position in the bytes.
 struct InputState {
     const char* pCur = nullptr; // read cursor
     const char* pEnd = nullptr; // end of the data, where unclosed texts end
     int chPending = 0;          // pushed-back character; 0 = none
     int fMoveNext = 0;          // 1 = the next address is a move
-    bool bCommaSeen = false;    // a comma took the place of a color component
+    bool bCommaSeen = false;    // a comma replaced a color component
     int fCommaOk = 0;           // 1 = commas are special
-    bool bTextOpen = false;     // the last string or position ended with the data
+    bool bTextOpen = false;     // the last string or position ended at the end of the data
     int nTextsRefused = 0;      // texts of this pass that did not fit
 };
 
-/// What lines are drawn with.
+/// The color and width of lines.
 struct LineState {
     int iColor = -1; // current mapped color; -1 = none
     int iWidth = -1; // current line width; -1 = none
@@ -47,14 +47,14 @@ struct BeamState {
     int xPathEnd = 0, yPathEnd = 0; // where the output path ended
 };
 
-/// The five-bit parts of an address as last received.
+/// The five-bit parts of an address, as last read.
 struct AddressParts {
     int hiX = 0, loX = 0, hiY = 0, loY = 0;
     int extra = 0; // two bits for each coordinate
-    int nLoY = 0;  // low-Y bytes seen in the address
+    int nLoY = 0;  // low-Y bytes read in this address
 };
 
-/// All of it, wherever its parts are kept.
+/// All of the state, wherever its parts are stored.
 struct PassState {
     TextState& text;
     InputState& input;

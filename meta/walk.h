@@ -5,10 +5,10 @@
 #include <cstddef>
 #include <string>
 
-/// What the decoder collects while it walks through a graph.
+/// What the decoder collects while it reads a graph.
 struct Walk {
-    // Address bytes that are kept without asking for memory. An ordinary address has five; there is
-    // no limit, longer runs make the buffer grow, at most to the size of the file.
+    // Initial size of the buffer for address bytes. An ordinary address has five; there is no
+    // limit, and longer runs make the buffer grow, at most to the size of the file.
     static constexpr size_t kReserve = 64;
 
     std::string szSeq = std::string(kReserve, '\0'); // letters of a command, or bytes of an address
