@@ -59,7 +59,7 @@ DrawView::~DrawView()
         gpDraw = nullptr;
 }
 
-// The constructor's last step, unless a host's command printed while its file dialog stood open.
+// The constructor's last step, unless a host's command has printed while the file dialog was open.
 void DrawView::MakePrinter()
 {
     if (pPrinter == nullptr)
@@ -73,7 +73,7 @@ void DrawView::updateIt()
 
 void DrawView::customEvent(QCustomEvent* /*e*/) {}
 
-// The part of the file under the zoom rectangle, in drawing units. An inverted rectangle stays
+// The part of the file under the zoom rectangle, in drawing units. An inverted rectangle remains
 // inverted.
 Rect DrawView::ZoomSource(const Rect& whole) const
 {
@@ -88,7 +88,7 @@ Rect DrawView::ZoomSource(const Rect& whole) const
     return source;
 }
 
-// Line widths follow the width of the view alone, also on paper.
+// Line widths depend only on the width of the view, even on paper.
 void DrawView::drawIt(QPainter* ppainter, bool fPrinting, int iCvtopt)
 {
     if (gszPlffileOrig[0] == 0)
@@ -97,7 +97,7 @@ void DrawView::drawIt(QPainter* ppainter, bool fPrinting, int iCvtopt)
     Rect source = {};
     double scale = width() / double{kUnscaledWidth};
     if (zoomState != kZoomNone) {
-        // An empty rectangle gives an infinite scale or none, which the interpreter takes.
+        // An empty rectangle gives an infinite or undefined scale, which the interpreter accepts.
         scale *= width() / static_cast<double>(zoomRect.width);
         source = ZoomSource(whole);
     }
@@ -121,7 +121,8 @@ void DrawView::paintEvent(QPaintEvent* event)
     picture.Show(&painter, event->region());
 }
 
-// At first the view is empty: the window with its menus comes before a pass that may take long.
+// The first paint leaves the view empty, so that the window and its menus appear before a pass that
+// may take long.
 void DrawView::RenewPicture(const QRegion& part)
 {
     if (!std::exchange(wasPainted, true)) {
@@ -141,12 +142,12 @@ void DrawView::DrawRubberRect(QPainter* /*painter*/)
                SaturateToInt(std::max<int64_t>(zoomRect.height, 1))});
 }
 
-// What changes with the band, on the screen when this returns. No graph is drawn for it: what the
-// band uncovers, and what shows through it, looks as it did before. The part under the rectangle is
-// shown by the next repaint of another cause.
+// Changes the band and repaints that part of the screen at once, without drawing the graph:
+// everything under and around the band looks as in the last full repaint. The part under the
+// rectangle is shown by the next ordinary repaint.
 void DrawView::ChangeBand(const QRegion& changed, const std::function<void()>& change)
 {
-    // Left to itself, Qt would repaint everything under the band, now or from the event loop.
+    // Otherwise Qt would repaint everything under the band, now or from the event loop.
     setAttribute(Qt::WA_UpdatesDisabled);
     rubberBand->setAttribute(Qt::WA_UpdatesDisabled);
     change();
@@ -155,14 +156,14 @@ void DrawView::ChangeBand(const QRegion& changed, const std::function<void()>& c
     setAttribute(Qt::WA_UpdatesDisabled, false);
     if (changed.isEmpty())
         return;
-    // At once, because Qt paints the view twice where the band lies on it, and a repaint of another
-    // cause must not be taken for one of the band's.
+    // Immediately, because Qt paints the view twice under the band, and an ordinary repaint must
+    // not be mistaken for one of the band.
     bandPart = changed;
     repaint(changed);
     bandPart = QRegion();
 }
 
-// The picture changes only in the frames and in what one of the bands alone covers.
+// The picture changes only in the frames, and where only one of the two bands is.
 void DrawView::PlaceBand(const QRect& to)
 {
     const QRect from = rubberBand->isVisible() ? rubberBand->geometry() : QRect();
@@ -232,12 +233,12 @@ void DrawView::mouseReleaseEvent(QMouseEvent* event)
     HideBand();
 }
 
-// A release close to the rectangle's left edge, whatever the height, was a click. The release point
-// itself goes nowhere: the last move gave the rectangle its corner.
+// A release close to the rectangle's left edge, at any height, was a click. The release point
+// itself is not used: the last move set the rectangle's corner.
 void DrawView::FinishSelecting(int x)
 {
     if (std::abs(x - zoomRect.left) < kMinSelection) {
-        zoomState = kZoomNone; // the band stays as it is, deliberately
+        zoomState = kZoomNone; // the band is left unchanged, deliberately
         update();
         return;
     }

@@ -20,11 +20,11 @@ namespace {
 
 constexpr int kSignals[] = {SIGTERM, SIGINT, SIGHUP};
 
-// Signals that come together are one request: "timeout" sends its own twice, a session that ends
+// Signals within this time are one request: "timeout" sends its own twice, a session that ends
 // sends TERM and HUP, and a terminal that closes may send HUP along with its shell. Milliseconds.
 constexpr int64_t kTogether = 500;
 
-// When the first one came, milliseconds; 0 = none has. Any thread may get a signal.
+// Time of the first signal, milliseconds; 0 = none yet. Any thread may receive a signal.
 std::atomic<int64_t> firstCame = 0;
 static_assert(std::atomic<int64_t>::is_always_lock_free);
 // A signal handler may do very little: it writes to this pipe, which the event loop reads.

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 //
-// Handles SIGTERM, SIGINT and SIGHUP: the first one ends the program as File, Quit does. When that
+// Handles SIGTERM, SIGINT and SIGHUP: the first one ends the program as File, Quit does. If that
 // takes long, a later one kills it.
 #pragma once
 
@@ -20,7 +20,8 @@ public:
     EndSignals();
     ~EndSignals() override;
 
-    /// Whether one has arrived. A window that is not shown yet must then be closed instead.
+    /// Whether one has arrived. A window that is not shown yet must then be closed instead of
+    /// shown.
     [[nodiscard]] static bool HaveCome();
 
     bool eventFilter(QObject* watched, QEvent* event) override;

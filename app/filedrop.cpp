@@ -16,14 +16,14 @@
 
 namespace {
 
-// Desktops differ in what they put between the slashes of a local file's address.
+// Desktops write different hosts into the URL of a local file.
 bool IsThisMachine(const QString& host)
 {
     return host.isEmpty() || host == QLatin1StringView("localhost") ||
            host.compare(QSysInfo::machineHostName(), Qt::CaseInsensitive) == 0;
 }
 
-// As bytes, because a file's name need not be valid text.
+// In bytes, because a file name need not be valid text.
 QByteArray PathOf(const QUrl& url)
 {
     return QByteArray::fromPercentEncoding(url.path(QUrl::FullyEncoded).toLatin1());
@@ -35,7 +35,7 @@ bool IsRegularFile(const QByteArray& path)
     return !path.contains('\0') && stat(path.constData(), &info) == 0 && S_ISREG(info.st_mode);
 }
 
-// What the viewer does with the file. Never a move, after which the source may delete it.
+// The drop action. Never a move, after which the source may delete the file.
 Qt::DropAction ActionFor(Qt::DropActions possible)
 {
     for (const Qt::DropAction action : {Qt::CopyAction, Qt::LinkAction}) {
@@ -91,11 +91,12 @@ bool FileDrop::Accept(QDropEvent* event)
     return isWelcome;
 }
 
-// Behind the drop, whose source waits for its end: a file that cannot be loaded keeps a box open.
+// After the drop, because its source waits for the end, and a file that cannot be loaded opens a
+// box.
 void FileDrop::Open(const QByteArray& path)
 {
     const auto load = [main = window, path] {
-        gbIsTempFile = false; // what the user picks is never deleted
+        gbIsTempFile = false; // a file that the user chooses is never deleted
         main->loadFile(path, QFile::decodeName(path));
     };
     QMetaObject::invokeMethod(window, load, Qt::QueuedConnection);

@@ -11,18 +11,18 @@ class AppWindow;
 class QDropEvent;
 class QMimeData;
 
-/// Stands beside the window and filters its events. A file that is dropped is opened as with File,
-/// Open. While anything but one local file is over the window, the cursor says that it cannot be
-/// dropped, and so it does while a dialog keeps the user from the menus.
+/// Filters the events of the window. A dropped file is opened as with File, Open. The cursor shows
+/// that dropping is not possible while anything but one local file is over the window, or while a
+/// dialog blocks the menus.
 class FileDrop : public QObject
 {
 public:
-    /// Lets the window take drops.
+    /// Lets the window accept drops.
     /// @param mainWindow  becomes the parent of the object
     explicit FileDrop(AppWindow* mainWindow);
 
-    /// The file that a drag holds.
-    /// @return its local name; empty unless it is one regular file of this machine
+    /// The file of a drag.
+    /// @return its local name; empty unless the drag consists of one regular file of this machine
     [[nodiscard]] static QByteArray LocalFile(const QMimeData* data);
 
     bool eventFilter(QObject* watched, QEvent* event) override;

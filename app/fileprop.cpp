@@ -19,7 +19,7 @@ namespace {
 constexpr int kLabelHeight = 20;
 constexpr QSize kDialogSize(452, 158);
 
-// The two labels of names were made as such.
+// The two labels of names were created as path labels.
 void ShowName(QLabel* label, const char* name)
 {
     static_cast<PathLabel*>(label)->ShowName(QString::fromLocal8Bit(name));
@@ -38,7 +38,7 @@ template <typename Label> Label* FileProp::AddLabel(const char* name, int x, int
 {
     auto* label = new Label(groupBox1);
     label->setObjectName(QLatin1StringView(name));
-    label->setTextFormat(Qt::PlainText); // values hold file names
+    label->setTextFormat(Qt::PlainText); // values contain file names
     label->setGeometry(x, y, width, kLabelHeight);
     return label;
 }

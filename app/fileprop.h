@@ -15,7 +15,7 @@ class FileProp : public QDialog
     Q_OBJECT
 
 public:
-    /// Builds the widgets, with placeholders where Init puts the values.
+    /// Creates the widgets, with placeholders for the values that Init sets.
     /// @param name  object name; null means "FileProp"
     explicit FileProp(QWidget* parent, const char* name = nullptr, bool modal = false,
                       Qt::WindowFlags fl = {});
@@ -33,7 +33,7 @@ public:
 
     // The order of the slots is the order of their indices in the meta-object.
 public slots:
-    /// Shows the values of the current file as they are at this moment.
+    /// Shows the present values of the current file.
     virtual void Init();
     /// Ends the dialog with result code 0, like closing it.
     virtual void butOk_clicked();

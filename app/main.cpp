@@ -21,7 +21,7 @@ namespace {
 void ReadWorkingDirectory()
 {
     if (getcwd(gszCurdir, sizeof gszCurdir) == nullptr)
-        gszCurdir[0] = 0; // it is gone or does not fit: relative names are then looked for in "/"
+        gszCurdir[0] = 0; // missing or too long: relative names are then looked for in "/"
 }
 
 void ReadExePath()
@@ -41,7 +41,7 @@ void LeaveInOrder()
 
 } // namespace
 
-// The order of the steps is part of the program's behaviour: the command line is read before the
+// The order of the steps is part of the program's behavior: the command line is read before the
 // configuration and settings files, which the window's constructor reads.
 int main(int argc, char** argv)
 {
@@ -55,7 +55,7 @@ int main(int argc, char** argv)
     GetHomeDir(gszHomedir);
     if (ProcessCmdline(argc, argv, 1) == -1)
         return 0;
-    // Both objects go when the window is closed.
+    // Both objects are deleted when the window is closed.
     gpMainwnd = new AppWindow;
     atexit(LeaveInOrder);
     new FileDrop(gpMainwnd);
@@ -69,7 +69,7 @@ int main(int argc, char** argv)
         gpDraw->show();
         gpDraw->PostCmdargDone(0);
     }
-    // A window that was closed meanwhile no longer ends an event loop that begins now.
+    // If the window has been closed meanwhile, it would not end an event loop that starts now.
     if (window.isNull() || !window->isVisible()) {
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         return 0;

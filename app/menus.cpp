@@ -13,7 +13,7 @@
 
 namespace {
 
-// The Export item carries the code of Ctrl+E as its id, and no shortcut: kept as designed.
+// The Export item has the code of Ctrl+E as its id, and no shortcut: deliberate.
 constexpr int kExportItemId = 0x4000045;
 
 // Ids of menu items that have none of their own: negative, counting down.
@@ -30,7 +30,7 @@ struct AppWindow::MenuRow {
     QMenu* menu;
     const char* text = nullptr;
     QKeyCombination key = {};                    // shortcut; {} = none
-    void (*action)(AppWindow* window) = nullptr; // null for one that opens a menu
+    void (*action)(AppWindow* window) = nullptr; // null if it opens a menu
     QMenu* submenu = nullptr;                    // the menu that it opens
     int id = NextItemId();
 };
@@ -44,7 +44,7 @@ void AppWindow::BuildMenus()
     bkclrItemId = NextItemId();
     using W = AppWindow;
     constexpr auto kCtrl = Qt::CTRL;
-    // Open has Ctrl+F and not the usual Ctrl+O: kept as users know it.
+    // Open has Ctrl+F and not the usual Ctrl+O: deliberate, users know it.
     // clang-format off
     const MenuRow rows[] = {
         {fileMenu,   QT_TR_NOOP("&Open"),                     kCtrl | Qt::Key_F, [](W* w) { w->choose(); }},

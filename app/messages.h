@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 //
-// Message boxes. Texts may hold file names, so they are always shown as plain text.
+// Message boxes. Texts may contain file names, so they are always shown as plain text.
 #pragma once
 
 #include <QDialog>
@@ -13,8 +13,9 @@
 
 class QWidget;
 
-/// A dialog on the heap for as long as it is needed. Its parent may go while it stands open (the
-/// host asks to quit) and then deletes it, which a dialog on the stack would not survive.
+/// A dialog on the heap, for the lifetime of this object. If its parent is destroyed while the
+/// dialog is open (because the host asks to quit), the parent deletes it, which would crash with a
+/// dialog on the stack.
 template <typename Dialog> class OwnDialog
 {
 public:
@@ -28,18 +29,19 @@ public:
     OwnDialog& operator=(const OwnDialog&) = delete;
 
     Dialog* operator->() const { return dialog.data(); }
-    /// Runs it modally. True when the user accepted it; false also when it went with its parent.
+    /// Runs it modally. True if the user accepted it; false otherwise, and if the parent deleted
+    /// it.
     bool IsAccepted() { return dialog->exec() == QDialog::Accepted && !dialog.isNull(); }
 
 private:
     QPointer<Dialog> dialog;
 };
 
-/// Shows a modal critical box with one OK button and returns when it is closed.
+/// Shows a modal critical box with an OK button and returns when it is closed.
 /// @param parent  the box's parent, or null
 void ShowError(QWidget* parent, const QString& title, const QString& text);
 
-/// Tells that a text does not fit its buffer and is therefore not used.
+/// Reports in a box that a text is too long for its buffer and was ignored.
 /// @param what    names the text at the start of a sentence ("The file name")
 /// @param length  its length in bytes
 /// @param limit   the most bytes that fit

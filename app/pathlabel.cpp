@@ -19,7 +19,7 @@ namespace {
 // path is wider than any screen.
 constexpr qsizetype kTipWidth = 100;
 
-// A name is one line, whatever it holds.
+// A name is always one line, whatever characters it contains.
 QString OneLine(QString name)
 {
     const auto breaksLine = [](QChar c) {
@@ -30,8 +30,8 @@ QString OneLine(QString name)
     return name;
 }
 
-// The start of a text that makes the next line of a tooltip. Breaks follow slashes, where there
-// are.
+// The beginning of a text that is the next line of a tooltip. Lines end after a slash if there is
+// one.
 QString NextTipLine(QStringView rest)
 {
     if (rest.size() <= kTipWidth)
@@ -43,7 +43,7 @@ QString NextTipLine(QStringView rest)
     return line.chopped(line.back().isHighSurrogate() ? 1 : 0).toString();
 }
 
-// Qt takes a tooltip that looks like markup for markup.
+// Qt interprets a tooltip that looks like markup as markup.
 QString AsToolTip(const QString& name)
 {
     QStringList lines;
@@ -99,7 +99,7 @@ void PathLabel::paintEvent(QPaintEvent* event)
                           shown, role);
 }
 
-// Where a letter is in what is painted is not where it is in the text.
+// The position of a letter in the painted text differs from its position in the whole text.
 void PathLabel::mousePressEvent(QMouseEvent* event)
 {
     if (!IsCut() || event->button() != Qt::LeftButton)

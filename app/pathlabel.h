@@ -6,13 +6,13 @@
 
 #include <QLabel>
 
-/// Shows a name of any length within its width. One that does not fit has an ellipsis in its
-/// middle, so that both ends can be read, and the whole name as its tooltip. The mouse selects the
-/// name, for copying: any part of one that fits, and else the whole. The context menu copies the
-/// whole also when nothing is selected.
+/// Shows a name of any length within its width. A name that does not fit is shortened in the
+/// middle, so both ends can be read, and has the whole name as its tooltip. The mouse selects any
+/// part of a name that fits, and otherwise the whole name, for copying. The context menu copies the
+/// whole name if nothing is selected.
 ///
-/// It is a plain label for whoever looks: the text is the whole name, and the class has no
-/// meta-object of its own.
+/// To other code it is a plain label: its text is the whole name, and the class has no meta-object
+/// of its own.
 class PathLabel : public QLabel
 {
 public:

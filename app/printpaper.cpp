@@ -11,14 +11,14 @@
 
 namespace {
 
-// The toolkit's own name of the list of papers in the properties window. Where another version
-// calls it differently, that window opens with the queue's paper.
+// Qt's name of the list of papers in the properties window. In a version with another name, that
+// window opens with the queue's paper.
 QComboBox* PaperList(const QDialog* window)
 {
     return window->findChild<QComboBox*>(QStringLiteral("pageSizeCombo"));
 }
 
-// The list's row of a paper, or -1. Rows carry the queue's own papers, whose names may differ.
+// The row of a paper in the list, or -1. The rows are papers of the queue, whose names may differ.
 int FindPaper(const QComboBox* list, const QPageSize& paper)
 {
     for (int row = 0; row < list->count(); ++row) {
@@ -38,7 +38,7 @@ PrintPaper::PrintPaper(QPrinter* dialogPrinter)
 
 void PrintPaper::Restore()
 {
-    // Another queue may not take these margins; it still gets the paper.
+    // Another queue may reject these margins; it still gets the paper.
     if (accepted.isNull() && !printer->setPageLayout(layout))
         printer->setPageSize(layout.pageSize());
 }
@@ -53,8 +53,8 @@ bool PrintPaper::eventFilter(QObject* watched, QEvent* event)
     return QObject::eventFilter(watched, event);
 }
 
-// A window that the user accepted shows what was chosen there. One that was rejected has gone back
-// to the queue's paper.
+// A window that was accepted shows the chosen paper. One that was rejected has returned to the
+// queue's paper.
 void PrintPaper::Prepare(QDialog* window)
 {
     if (window == accepted)

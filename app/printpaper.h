@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 //
-// Keeps a printer's paper through the toolkit's print dialog, which begins with the queue's own.
+// Keeps a printer's paper during Qt's print dialog, which starts with the paper of the queue.
 #pragma once
 
 #include <QObject>
@@ -11,8 +11,8 @@
 class QDialog;
 class QPrinter;
 
-/// Lives while a print dialog runs. The dialog's properties window, which is made late and with the
-/// paper of the queue, then opens with the printer's paper.
+/// Exists while a print dialog runs. The dialog's properties window, which Qt creates late and with
+/// the paper of the queue, then opens with the printer's paper.
 class PrintPaper : public QObject
 {
     Q_OBJECT
@@ -21,8 +21,8 @@ public:
     /// @param printer  the dialog's printer; must outlive the object
     explicit PrintPaper(QPrinter* printer);
 
-    /// After the dialog was accepted: gives the printer its paper, orientation and margins back,
-    /// unless the user accepted others in the properties window.
+    /// To be called after the dialog was accepted: restores the printer's paper, orientation and
+    /// margins, unless the user chose others in the properties window.
     void Restore();
 
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -32,6 +32,6 @@ private:
 
     QPrinter* printer;
     const QPageLayout layout;   // the printer's before the dialog
-    QPointer<QDialog> known;    // the properties window that was shown last
+    QPointer<QDialog> known;    // the last properties window
     QPointer<QDialog> accepted; // the one whose paper the user accepted
 };

@@ -19,10 +19,10 @@ QString Completed(QString name, const char* extension)
     return name;
 }
 
-// Qt asks about the name that it returns. Its default suffix would not do: it takes a name for a
-// folder's when the current directory, which need not be the dialog's, has a folder of that name,
-// and a folder of the dialog for a file. The class has no meta-object of its own, because Qt lets
-// only a plain QFileDialog be the desktop's.
+// Qt asks about the name that it returns. Its default suffix is not suitable: it takes the name for
+// that of a folder if the current directory, which need not be the dialog's, contains such a
+// folder, and takes a folder in the dialog for a file. The class has no meta-object of its own,
+// because Qt uses the desktop's dialog only for a plain QFileDialog.
 class SaveDialog : public QFileDialog
 {
 public:
@@ -42,27 +42,27 @@ public:
     }
 
 private:
-    // Only where there is something to ask: any other name goes through Qt as it was typed.
+    // Completes the name only if there is something to ask; otherwise Qt gets the name as typed.
     void CompleteTypedName()
     {
         const QString chosen = selectedFiles().value(0);
         const QString name = Completed(chosen, extension);
-        // Qt's own name of the field. Where it is missing the question comes later.
+        // Qt's name of the field. If it does not exist, MayReplace asks later.
         auto* field = findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
         if (field == nullptr || name == chosen || QFileInfo(chosen).isDir() ||
             QFileInfo(name).isDir())
             return;
         if (!QFileInfo::exists(chosen) && !QFileInfo::exists(name))
             return;
-        selectFile(name); // ends what is selected in the list, which counts before the field
+        selectFile(name); // clears the selection in the list, which has priority over the field
         field->setText(QFileInfo(name).fileName());
     }
 
     const char* extension;
 };
 
-// The question of Qt's dialog, for a name that this one has not asked about: the desktop's dialogs
-// do not complete names as the program does.
+// Asks like Qt's dialog, for a name that the dialog has not asked about: the desktop's dialogs do
+// not add the program's extensions.
 bool MayReplace(QWidget* parent, const SaveQuestion& question, const QString& name)
 {
     const OwnDialog<QMessageBox> box(
@@ -79,7 +79,7 @@ bool MayReplace(QWidget* parent, const SaveQuestion& question, const QString& na
 
 QString AskSaveName(QWidget* parent, const SaveQuestion& question)
 {
-    const QPointer<QWidget> owner(parent); // may go in each of the boxes
+    const QPointer<QWidget> owner(parent); // may be destroyed during each of the boxes
     while (!owner.isNull()) {
         OwnDialog<SaveDialog> dialog(parent, question);
         if (!dialog.IsAccepted())

@@ -8,15 +8,15 @@
 
 class QWidget;
 
-/// What the dialog of one action shows, and how it completes names.
+/// The texts of the dialog of one action, and the extension that it adds.
 struct SaveQuestion {
     const char* objectName;
     QString caption;
     QString filter;
-    const char* extension; // with its dot, for names without one
+    const char* extension; // with its dot; added to names without an extension
 };
 
-/// Runs the dialog, which asks before a file is replaced: the one that will be written, which is
-/// the one with the extension.
-/// @return the name as AppendFileExt completes it; empty when the user cancels
+/// Runs the dialog, which asks before a file is replaced, under the name that will be written, with
+/// its extension.
+/// @return the name as AppendFileExt completes it; empty if the user cancels
 QString AskSaveName(QWidget* parent, const SaveQuestion& question);

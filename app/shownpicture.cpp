@@ -10,8 +10,8 @@
 
 #include <cmath>
 
-// Before the window system shows the window, its backing store has no device yet, and Qt crashes on
-// asking for it where pixels are scaled.
+// Before the window system shows the window, its backing store has no device yet, and with scaled
+// pixels Qt crashes if asked for it.
 bool ShownPicture::IsScreen(const QPainter& painter) const
 {
     const QWindow* window = widget->window()->windowHandle();
@@ -27,7 +27,7 @@ QSize ShownPicture::PixelSize() const
     return {pixels(widget->width()), pixels(widget->height())};
 }
 
-// That of the window's own pixels, in which texts come out alike.
+// The format of the window's own pixels, so that texts look the same.
 QImage::Format ShownPicture::Format() const
 {
     QPaintDevice* device = widget->backingStore()->paintDevice();
@@ -54,7 +54,7 @@ void ShownPicture::Renew(const QRegion& part, const Paint& paint)
     painter.fillRect(widget->rect(), widget->palette().brush(widget->backgroundRole()));
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setFont(widget->font());
-    painter.setViewport(widget->rect()); // an image counts in device pixels
+    painter.setViewport(widget->rect()); // an image is measured in device pixels
     painter.setWindow(widget->rect());
     paint(&painter);
 }

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 //
-// The pixels that the view shows. They are painted by passes over the graph, and put on the screen
-// again without one where a rubber band covered or uncovers them.
+// The pixels that the view shows. Passes over the graph paint them; where a rubber band covers or
+// uncovers them, they are copied to the screen without a pass.
 #pragma once
 
 #include <QImage>
@@ -23,14 +23,16 @@ public:
     /// @param shown  the widget; must outlive the object
     explicit ShownPicture(QWidget* shown) : widget(shown) {}
 
-    /// Whether a painter paints on the widget's window. Others make a picture of the widget.
+    /// Whether a painter paints on the widget's window. Other painters make a picture of the
+    /// widget.
     [[nodiscard]] bool IsScreen(const QPainter& painter) const;
-    /// Whether the picture has the widget's size, pixels and format: only then it can be shown.
+    /// Whether the picture has the widget's size, pixel ratio and format. Only then can it be
+    /// shown.
     [[nodiscard]] bool Fits() const;
-    /// Paints a part anew, on the widget's base color. Everything is painted unless it fits.
+    /// Repaints a part, on the widget's base color, or everything if the picture does not fit.
     /// @param part  in the widget's coordinates
     void Renew(const QRegion& part, const Paint& paint);
-    /// Puts a part of the picture on the widget.
+    /// Copies a part of the picture to the widget.
     void Show(QPainter* painter, const QRegion& part) const;
 
 private:

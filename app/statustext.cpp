@@ -31,7 +31,7 @@ void StatusText::Restart()
     window->statusBar()->showMessage(text, time);
 }
 
-// A text whose time ended without a pass stays away.
+// A text whose time ended before the pass is not shown again.
 void StatusText::PassEnded()
 {
     if (isFresh && window->statusBar()->currentMessage() == text)
@@ -41,8 +41,8 @@ void StatusText::PassEnded()
 
 bool StatusText::eventFilter(QObject* watched, QEvent* event)
 {
-    // A menu item that the mouse or a key reaches sends its status tip. Items here have none, and
-    // Qt would clear the status bar.
+    // A menu item sends its status tip when it is highlighted. These items have none, so Qt would
+    // clear the status bar.
     if (watched == window && event->type() == QEvent::StatusTip)
         return true;
     if (watched == window && event->type() == QEvent::Show && isUnseen) {

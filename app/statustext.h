@@ -9,27 +9,27 @@
 
 class QMainWindow;
 
-/// How long a text about a graph that was opened stays, milliseconds.
+/// Duration of a text about a graph that was opened, milliseconds.
 constexpr int kSuccessTime = 2000;
-/// How long a text about saving stays, milliseconds.
+/// Duration of a text about saving, milliseconds.
 constexpr int kSavedTime = 5000;
 
-/// Shows the program's own texts, and no others: a text stays until its time is over or until the
-/// next one. The time counts from when the text can be seen.
+/// Shows only the program's own texts. A text stays until its time is over or until the next one;
+/// the time counts from when the text is visible.
 class StatusText : public QObject
 {
     Q_OBJECT
 
 public:
-    /// @param mainWindow  the parent, on whose status bar the texts appear
+    /// @param mainWindow  the parent, whose status bar shows the texts
     explicit StatusText(QMainWindow* mainWindow);
 
     /// Shows a text in place of the last one.
     /// @param milliseconds  how long; 0 = until the next text
     void Show(const QString& newText, int milliseconds = 0);
 
-    /// The same for a text whose view is about to be painted anew. The screen shows nothing new
-    /// during the pass: when it ends, the text's time starts again.
+    /// The same for a text that is set before a pass repaints the view. The screen does not change
+    /// during the pass, so the text's time restarts when the pass ends.
     void ShowBeforePass(const QString& newText, int milliseconds);
 
     /// To be called at the end of each pass that paints the view.
@@ -43,6 +43,6 @@ private:
     QMainWindow* window;
     QString text;
     int time = 0;          // milliseconds; 0 = no end
-    bool isUnseen = false; // the window was not visible when the text came
-    bool isFresh = false;  // the pass that comes with the text has not ended
+    bool isUnseen = false; // the window was not visible when the text was set
+    bool isFresh = false;  // the pass after the text has not ended
 };

@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: MIT
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 //
-// The cursor that says that the program is busy.
+// The cursor of a busy program.
 #pragma once
 
 #include <QCursor>
 #include <QGuiApplication>
 
-/// Shows it from Show() until the end of the scope; nothing before.
+/// Shows it from Show() until the end of the scope.
 class WaitCursor
 {
 public:

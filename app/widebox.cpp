@@ -8,8 +8,8 @@
 #include <QLayout>
 #include <QScreen>
 
-// In these events the box gives itself a size. The name of the label that holds the text is Qt's
-// own; where it is another one, the box is a plain one.
+// In these events the box sets its size. The label of the text has Qt's own name; in a version with
+// another name, the box is like a plain one.
 bool WideBox::event(QEvent* event)
 {
     const bool result = QMessageBox::event(event);
@@ -24,8 +24,8 @@ bool WideBox::event(QEvent* event)
     return result;
 }
 
-// On a screen that is too narrow the box keeps the lines that it made. The changes here must not
-// make it begin again.
+// On a screen that is too narrow the box keeps the line breaks that Qt made. The changes here must
+// not trigger this function again.
 void WideBox::Widen(QLabel& label)
 {
     const bool isWrapped = label.wordWrap();

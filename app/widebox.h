@@ -1,15 +1,15 @@
 // SPDX-License-Identifier: MIT
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 //
-// A message box for a text that has lines of its own.
+// A message box that keeps the lines of its text.
 #pragma once
 
 #include <QMessageBox>
 
 class QLabel;
 
-/// Breaks lines only where its text does, as long as the screen is wide enough. A plain box breaks
-/// them at a width of its own.
+/// Breaks lines only where the text does, if the screen is wide enough. A plain box breaks them at
+/// a fixed width.
 class WideBox : public QMessageBox
 {
     Q_OBJECT

@@ -11,19 +11,19 @@
 
 namespace {
 
-// Farthest that a window may be from the origin: window systems count pixels in 16 bits.
+// Largest distance of a window from the origin: window systems count pixels in 16 bits.
 constexpr int64_t kMaxPlace = 32767;
-// Longest side, and largest area: a window takes four bytes a pixel.
+// Longest side, and largest area: a window needs four bytes per pixel.
 constexpr int64_t kMaxSide = 16384;
 constexpr int64_t kMaxArea = 100'000'000;
-// Smallest window: the three menus side by side take about 130 pixels, and menu bar and status bar
-// leave some 75 of this height to the graph.
+// Smallest window: the three menus are together about 130 pixels wide, and menu bar and status bar
+// leave about 75 pixels of this height to the graph.
 constexpr int64_t kMinWidth = 160;
 constexpr int64_t kMinHeight = 120;
-// Top of the window by which it is moved: about the height of a title bar. Without one the menus
-// are there, through which the window is at least closed.
+// Height of the strip by which the window is moved, about that of a title bar. A window without a
+// title bar has its menus there, which can at least close it.
 constexpr int kStrip = 30;
-// What must be seen of the strip, each way: enough to be found and hit.
+// Visible width and height of the strip that a user needs to find and hit it.
 constexpr int kGrip = 16;
 
 int PlaceInLimits(int64_t value)
@@ -51,7 +51,7 @@ bool IsReachable(const QRect& window, const QList<QRect>& screens)
     });
 }
 
-// Also when it is larger than each of them.
+// Even if it is larger than each of them.
 bool IsWhollySeen(const QRect& window, const QList<QRect>& screens)
 {
     QRegion rest(window);
@@ -60,7 +60,7 @@ bool IsWhollySeen(const QRect& window, const QList<QRect>& screens)
     return rest.isEmpty();
 }
 
-// How far a point is from the nearest one of a rectangle, one way and the other added up.
+// Distance of a point from a rectangle: the sum of the horizontal and the vertical one.
 int Distance(const QPoint& point, const QRect& area)
 {
     const int x = std::clamp(point.x(), area.left(), area.right());
@@ -76,8 +76,8 @@ QRect NearestScreen(const QRect& window, const QList<QRect>& screens)
     });
 }
 
-// The nearest place at which the window is inside, with a title bar on top; one that is too large
-// begins at the corner.
+// The nearest position at which the window is inside, with its title bar; a window that is too
+// large starts at the corner.
 QPoint PlaceInside(const QRect& window, const QRect& screen)
 {
     const auto inside = [](int at, int length, int from, int room) {
