@@ -13,7 +13,7 @@ import math
 import os
 import sys
 
-HEADER = b"\x1bTG140000\x1bTG141000"  # ends an entry of the colour map, so that anything may follow
+HEADER = b"\x1bTG140000\x1bTG141000"  # ends an entry of the color map, so that anything may follow
 POINTS = 200
 CURVES = 3
 LEFT, RIGHT, BOTTOM, TOP = 300, 3900, 250, 2950

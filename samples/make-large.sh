@@ -45,5 +45,5 @@ awk -v n="$vectors" '
   }' | graph -T tek -x -18 18 -y -13 13 -g 0 -r 0.04 -w 1.04 -u 0.05 -h 0.86 >"$out/surface.tek"
 
 for name in walk surface; do
-  python3 -B "$here/plfwrap.py" "$out/$name.plf" background=navy width=0 colour=white "stream=$out/$name.tek"
+  python3 -B "$here/plfwrap.py" "$out/$name.plf" background=navy width=0 color=white "stream=$out/$name.tek"
 done

@@ -58,7 +58,7 @@ frame() {
 }
 
 # Labels are strokes of a Hershey font, because texts of a graph are drawn small on a screen.
-# label PLACE X Y HEIGHT STRING: note one, with its left end (l), centre (c) or right end (r) at X and its middle at Y.
+# label PLACE X Y HEIGHT STRING: note one, with its left end (l), center (c) or right end (r) at X and its middle at Y.
 labels=''
 label() {
   labels+="S $4"$'\n'"m $2 $3"$'\n'"T$1c$5"$'\n'
@@ -91,7 +91,7 @@ ylabels() {
 resonance() {
   local right=3240
   local ratios=(0.10 0.14 0.20 0.28 0.40 0.56 0.71 1.00)
-  local colours=(red magenta yellow green cyan olive teal grey)
+  local colors=(red magenta yellow green cyan olive teal gray)
   local ranges='set xrange [0:2.5]; set yrange [0:6]'
   local curves=() i=0 y
   frame tek40xx
@@ -114,7 +114,7 @@ $bare
 $ranges
 plot 1/sqrt((1 - x*x)**2 + (2*$ratio*x)**2)
 EOF
-    curves+=("colour=${colours[i]}" "stream=$tmp/curve$i.tek" "path=3400,$y 3660,$y")
+    curves+=("color=${colors[i]}" "stream=$tmp/curve$i.tek" "path=3400,$y 3660,$y")
     label l 3720 $y 100 "$ratio"
     i=$((i + 1))
   done
@@ -126,15 +126,15 @@ EOF
   label l $left 2790 90 'Amplitude / static deflection'
   strokes labels
   wrap resonance background=black \
-    width=0 colour=grey "stream=$tmp/grid.tek" \
-    colour=white "stream=$tmp/border.tek" "stream=$tmp/peaks.tek" "stream=$tmp/labels.tek" \
+    width=0 color=gray "stream=$tmp/grid.tek" \
+    color=white "stream=$tmp/border.tek" "stream=$tmp/peaks.tek" "stream=$tmp/labels.tek" \
     width=12 "${curves[@]}"
 }
 
 # Contours: stress in a wide plate with a round hole, pulled from the left and the right.
 plate() {
   local left=560
-  local colours=(teal cyan green yellow red magenta white)
+  local colors=(teal cyan green yellow red magenta white)
   local levels=('0.1,0.2,0.3,0.4' '0.5,0.6,0.7' '0.8,0.85,0.9' '0.95,1' '1.05,1.1,1.2,1.3' '1.4,1.6,1.8' '2,2.25,2.5,2.75')
   local names=('0.1 to 0.4' '0.5 to 0.7' '0.8 to 0.9' '0.95 to 1' '1.05 to 1.3' '1.4 to 1.8' '2 to 2.75')
   local legend=() i=0 x y
@@ -169,7 +169,7 @@ set cntrparam levels discrete $level
 $surface
 EOF
     x=$((left + i % 4 * 860)) y=$((330 - (i > 3) * 130))
-    legend+=("colour=${colours[i]}" "stream=$tmp/level$i.tek")
+    legend+=("color=${colors[i]}" "stream=$tmp/level$i.tek")
     legend+=("path=$x,$y $((x + 160)),$y")
     label l $((x + 210)) $y 90 "${names[i]}"
     i=$((i + 1))
@@ -183,9 +183,9 @@ EOF
     pull+=("path=3920,$y 4060,$y" "path=4010,$((y + 30)) 4060,$y 4010,$((y - 30))")
   done
   wrap plate background=black \
-    width=0 colour=grey "stream=$tmp/mesh.tek" \
+    width=0 color=gray "stream=$tmp/mesh.tek" \
     "${legend[@]}" \
-    colour=white "stream=$tmp/labels.tek" width=12 "stream=$tmp/outline.tek" "${pull[@]}"
+    color=white "stream=$tmp/labels.tek" width=12 "stream=$tmp/outline.tek" "${pull[@]}"
 }
 
 # A surface with hidden lines over its own contours.
@@ -201,7 +201,7 @@ set hidden3d; set isosamples 64; set samples 64
 splot height(x,y) with lines
 EOF
   local rings=() i=0
-  local colours=(magenta cyan green yellow red)
+  local colors=(magenta cyan green yellow red)
   for level in -0.8,-0.6,-0.4 -0.25,-0.15,-0.08 0.08,0.15,0.25 0.35,0.45 0.6,0.8,1; do
     draw "ring$i" tek410x <<EOF
 $bare
@@ -210,7 +210,7 @@ unset surface; set contour base; set isosamples 120; set samples 120
 set cntrparam levels discrete $level
 splot height(x,y) with lines
 EOF
-    rings+=("colour=${colours[i]}" "stream=$tmp/ring$i.tek")
+    rings+=("color=${colors[i]}" "stream=$tmp/ring$i.tek")
     i=$((i + 1))
   done
   label l 200 2980 140 'Membrane'
@@ -218,19 +218,19 @@ EOF
   strokes labels
   wrap membrane background=navy \
     width=0 "${rings[@]}" \
-    colour=white "stream=$tmp/surface.tek" "stream=$tmp/labels.tek"
+    color=white "stream=$tmp/surface.tek" "stream=$tmp/labels.tek"
 }
 
-# A dense walk, joined vectors, six colours along the way.
+# A dense walk, joined vectors, six colors along the way.
 walk() {
-  local colours=(teal cyan green yellow red magenta)
+  local colors=(teal cyan green yellow red magenta)
   local words=() i=0 steps=4200
   python3 "$here/walk.py" $((6 * steps + 1)) 1905 0.99 0.0004 >"$tmp/walk.dat"
-  for colour in "${colours[@]}"; do
+  for color in "${colors[@]}"; do
     sed -n "$((i * steps + 1)),$(((i + 1) * steps + 1))p" "$tmp/walk.dat" |
       graph -T tek -x 0 1 -y 0 1 -g 0 -r 0.04 -w 1.04 -u 0.05 -h 0.86 >"$tmp/walk.tek"
     mv "$tmp/walk.tek" "$tmp/walk$i.tek"
-    words+=("colour=$colour" "stream=$tmp/walk$i.tek")
+    words+=("color=$color" "stream=$tmp/walk$i.tek")
     i=$((i + 1))
   done
   label l 180 2890 140 'Persistent random walk'
@@ -238,13 +238,13 @@ walk() {
   strokes labels
   wrap walk background=black \
     width=0 "${words[@]}" \
-    colour=white "stream=$tmp/labels.tek" width=12 "rect=100,60,4000,3000"
+    color=white "stream=$tmp/labels.tek" width=12 "rect=100,60,4000,3000"
 }
 
 # A chart with a legend: twelve months of three power sources as stacked bars, and the demand.
 energy() {
   local bottom=460 top=2580
-  local colours=(cyan green red) sources=(Hydro Wind Solar)
+  local colors=(cyan green red) sources=(Hydro Wind Solar)
   local months=(Jan Feb Mar Apr May Jun Jul Aug Sep Oct Nov Dec)
   local ranges='set xrange [0.25:12.75]; set yrange [0:12]'
   # Month, hydro, wind, solar, demand in GW.
@@ -292,7 +292,7 @@ low(n) = n == 0 ? 0 : n == 1 ? column(2) : column(2) + column(3)
 plot "$tmp/energy.dat" using 1:(low($i)):(\$1-0.36):(\$1+0.36):(low($i)):(low($i)+column($i+2)) with boxxyerror
 EOF
     x=$((left + 820 * i)) y=2690
-    words+=("colour=${colours[i]}" width=0 "stream=$tmp/hatch$i.tek" "hatch=$x,$y,$((x + 160)),$((y + 100)),6")
+    words+=("color=${colors[i]}" width=0 "stream=$tmp/hatch$i.tek" "hatch=$x,$y,$((x + 160)),$((y + 100)),6")
     words+=(width=12 "stream=$tmp/boxes$i.tek" "rect=$x,$y,$((x + 160)),$((y + 100))")
     label l $((x + 220)) $((y + 50)) 90 "${sources[i]}"
   done
@@ -310,9 +310,9 @@ EOF
   done <"$tmp/energy.dat"
   strokes labels
   wrap energy background=black \
-    width=0 colour=grey "stream=$tmp/grid.tek" \
+    width=0 color=gray "stream=$tmp/grid.tek" \
     "${words[@]}" \
-    width=24 colour=white "stream=$tmp/demand.tek" "path=$((left + 2460)),$((y + 50)) $((left + 2620)),$((y + 50))" \
+    width=24 color=white "stream=$tmp/demand.tek" "path=$((left + 2460)),$((y + 50)) $((left + 2620)),$((y + 50))" \
     width=0 "stream=$tmp/border.tek" "stream=$tmp/labels.tek" \
     font=Helvetica size=10 ink=white "${texts[@]}"
 }
@@ -356,11 +356,11 @@ function frequency(i) { return exp(log(10)*(-1 + i/100)) }
   graph "${common[@]}" "${lower[@]}" -g 0 "$tmp/margin.dat" >"$tmp/phasemargin.tek"
   label l 2140 1015 65 'phase margin'
   strokes labels
-  wrap bode background=darkgrey \
-    width=0 colour=grey "stream=$tmp/gaingrid.tek" "stream=$tmp/phasegrid.tek" \
-    colour=white "stream=$tmp/gainframe.tek" "stream=$tmp/phaseframe.tek" "stream=$tmp/labels.tek" \
-    width=12 colour=magenta "stream=$tmp/gain.tek" colour=green "stream=$tmp/phase.tek" \
-    width=24 colour=red "stream=$tmp/gainmargin.tek" "stream=$tmp/phasemargin.tek"
+  wrap bode background=darkgray \
+    width=0 color=gray "stream=$tmp/gaingrid.tek" "stream=$tmp/phasegrid.tek" \
+    color=white "stream=$tmp/gainframe.tek" "stream=$tmp/phaseframe.tek" "stream=$tmp/labels.tek" \
+    width=12 color=magenta "stream=$tmp/gain.tek" color=green "stream=$tmp/phase.tek" \
+    width=24 color=red "stream=$tmp/gainmargin.tek" "stream=$tmp/phasemargin.tek"
 }
 
 # A phase portrait: solutions of an oscillator that run into one closed curve, over the field of its directions.
@@ -397,9 +397,9 @@ portrait() {
   }' | graph "${box[@]}" -g 0 >"$tmp/field.tek"
   echo 0 0 | graph "${box[@]}" -g 2 -L 'Phase portrait of a self-excited oscillator' -X x -Y "x'" >"$tmp/frame.tek"
   wrap portrait background=darkgreen \
-    width=0 colour=green "stream=$tmp/field.tek" \
-    colour=white "stream=$tmp/frame.tek" "${runs[@]}" \
-    width=28 colour=yellow "stream=$tmp/cycle.tek"
+    width=0 color=green "stream=$tmp/field.tek" \
+    color=white "stream=$tmp/frame.tek" "${runs[@]}" \
+    width=28 color=yellow "stream=$tmp/cycle.tek"
 }
 
 # A tour of the commands: one row each, and two pictures of plotting programs.
@@ -427,12 +427,12 @@ tour() {
 
   words+=(width=20)
   row 'ML  line colour'
-  for ((i = 0; i < 16; ++i)); do swatch "$i" "colour=$i"; done
+  for ((i = 0; i < 16; ++i)); do swatch "$i" "color=$i"; done
   row 'TG  colour map'
-  for ((i = 0; i < 12; ++i)); do swatch "$i" "raw=\\eTG{1}{4}{2}{$((30 * i))}{50}{100}" colour=darkred; done
+  for ((i = 0; i < 12; ++i)); do swatch "$i" "raw=\\eTG{1}{4}{2}{$((30 * i))}{50}{100}" color=darkred; done
   # A comma leaves the component after it unread.
-  for i in 13 15; do swatch "$i" "raw=\\eTG{1}{4}{2},{$((i * 5))}" colour=darkred; done
-  words+=('raw=\eTG{1}{4}{2}{120}{25}{100}' colour=white)
+  for i in 13 15; do swatch "$i" "raw=\\eTG{1}{4}{2},{$((i * 5))}" color=darkred; done
+  words+=('raw=\eTG{1}{4}{2}{120}{25}{100}' color=white)
   row 'GT  line width'
   i=0
   for width in 0 10 20 40 60 90 120; do
@@ -473,9 +473,9 @@ EOF
   for i in 1 2 3 4 5 6; do
     awk -v n="$i" 'BEGIN { for (t = 0; t <= 6.2832; t += 0.02) printf "%.4f %.4f\n", t, sin(t)*cos(n*0.5)*exp(-t/9) }' |
       graph -T tek -x 0 6.2832 -y -1 1 -g 0 -r 0.62 -w 0.48 -u 0.05 -h 0.19 >"$tmp/wave$i.tek"
-    words+=("colour=$((8 + i))" "stream=$tmp/wave$i.tek")
+    words+=("color=$((8 + i))" "stream=$tmp/wave$i.tek")
   done
-  words+=(colour=magenta "stream=$tmp/rose.tek" width=0 colour=white)
+  words+=(color=magenta "stream=$tmp/rose.tek" width=0 color=white)
   label l 120 2910 140 'A tour of the commands'
   label l 2420 1170 85 'ZP ZD  texts, zoom in'
   strokes labels

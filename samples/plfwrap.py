@@ -7,9 +7,9 @@
 
 The words are written in their order:
 
-    background=COLOUR      the graph's own background; give it first
+    background=COLOR      the graph's own background; give it first
     width=N                line width for what follows
-    colour=COLOUR          line colour for what follows, a name or an index 0..15
+    color=COLOR          line color for what follows, a name or an index 0..15
     stream=FILE            the vectors of a Tektronix 4010, 4014 or 4100 stream
     path=X,Y X,Y ...       a polyline
     rect=X1,Y1,X2,Y2       the outline of a rectangle
@@ -17,7 +17,7 @@ The words are written in their order:
     font=FAMILY            text font family
     size=N                 text size in points
     style=N                text style: 1 bold, 2 italic, 3 both
-    ink=COLOUR             text colour
+    ink=COLOR             text color
     text=X,Y,STRING        a text that starts at X,Y
     raw=BYTES              bytes as they are: \\e is ESC, \\f is FF, \\g is GS, {N} is N in the integer code,
                            {X,Y} is an address
@@ -33,14 +33,14 @@ ESC = b"\x1b"
 GS = b"\x1d"
 BEL = b"\x07"
 
-# Every reader expects these bytes first: the colour-map entry of index 0, and index 1 up to its hue.
+# Every reader expects these bytes first: the color-map entry of index 0, and index 1 up to its hue.
 HEADER = b"\x1bTG140000\x1bTG1410"
 
 # What the header leaves open of index 1: lightness and saturation.
 INDEX_1_REST = (100, 0)
 
-# Hue, lightness and saturation of the other indices, so that every index has a colour of its own.
-COLOUR_MAP = {
+# Hue, lightness and saturation of the other indices, so that every index has a color of its own.
+COLOR_MAP = {
     2: (120, 25, 100),
     3: (240, 25, 100),
     4: (0, 25, 100),
@@ -56,8 +56,8 @@ COLOUR_MAP = {
     14: (0, 25, 0),
     15: (0, 50, 0),
 }
-COLOURS = (
-    "black white darkred darkgreen navy teal purple yellow olive green cyan blue magenta red darkgrey grey"
+COLORS = (
+    "black white darkred darkgreen navy teal purple yellow olive green cyan blue magenta red darkgray gray"
 ).split()
 
 # Readers look for the background only from this offset on, and take the second one they meet.
@@ -145,11 +145,11 @@ def vectors(stream):
     return bytes(out[:drawn]), count
 
 
-def colour_index(name):
-    """The line index of a colour, given by name or number."""
-    index = int(name) if name.isdigit() else COLOURS.index(name)
+def color_index(name):
+    """The line index of a color, given by name or number."""
+    index = int(name) if name.isdigit() else COLORS.index(name)
     if index > 15:
-        raise ValueError(f"colour index {index} is outside 0..15")
+        raise ValueError(f"color index {index} is outside 0..15")
     return index
 
 
@@ -165,7 +165,7 @@ class PlfWriter:
         self.count = 0
         self.after_text = False
         self.out = bytearray(HEADER + b"".join(map(integer, INDEX_1_REST)))
-        for index, components in COLOUR_MAP.items():
+        for index, components in COLOR_MAP.items():
             self.command("TG", 1, 4, index, *components)
 
     def put(self, data):
@@ -188,8 +188,8 @@ class PlfWriter:
     def background(self, name):
         if len(self.out) < BACKGROUND_FROM:
             raise ValueError("the background comes too early in the file")
-        self.put(ESC + b"RA1" + background_byte(colour_index("white")))
-        self.put(ESC + b"RA1" + background_byte(colour_index(name)))
+        self.put(ESC + b"RA1" + background_byte(color_index("white")))
+        self.put(ESC + b"RA1" + background_byte(color_index(name)))
 
     def stream(self, path):
         with open(path, "rb") as file:
@@ -246,7 +246,7 @@ def placed_text(plf, value):
 WORDS = {
     "background": PlfWriter.background,
     "width": lambda plf, value: plf.command("GT", int(value)),
-    "colour": lambda plf, value: plf.command("ML", colour_index(value)),
+    "color": lambda plf, value: plf.command("ML", color_index(value)),
     "stream": PlfWriter.stream,
     "path": lambda plf, value: plf.path([integers(point, 2) for point in value.split()]),
     "rect": lambda plf, value: plf.rect(*integers(value, 4)),
@@ -254,7 +254,7 @@ WORDS = {
     "font": lambda plf, value: plf.string(ESC + b"ZF", value),
     "size": lambda plf, value: plf.command("ZS", int(value)),
     "style": lambda plf, value: plf.command("ZA", int(value)),
-    "ink": lambda plf, value: plf.command("ZC", colour_index(value)),
+    "ink": lambda plf, value: plf.command("ZC", color_index(value)),
     "text": placed_text,
     "raw": PlfWriter.raw,
 }
