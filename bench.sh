@@ -2,12 +2,12 @@
 # SPDX-License-Identifier: MIT
 # SPDX-FileCopyrightText: 2026 plotvw contributors
 #
-# Measure the program and print a table of ratios, each of two things that were measured in one run.
+# Measure the program and print a table of ratios, each of two things measured in one run.
 #
-#   ./bench.sh           builds, makes the graphs it needs, measures; about ten minutes on an idle machine
-#   ./bench.sh table     the table of the last run again
+#   ./bench.sh           build, make the graphs, measure; about ten minutes on an idle machine
+#   ./bench.sh table     print the table of the last run again
 #
-# out/bench gets the table, the figures it was made of (Google Benchmark's JSON), and the graphs: 130 MB.
+# The table, its figures (Google Benchmark's JSON) and the graphs (130 MB) are in out/bench.
 # Missing Debian packages are installed first.
 set -euo pipefail
 
@@ -33,7 +33,7 @@ prepare() {
   fi
 }
 
-# measure TOPIC OPTION...: run bench_TOPIC and keep its figures. "around" is what the command runs in.
+# measure TOPIC OPTION...: run bench_TOPIC and keep its figures. "around" is a command to run it with.
 around=()
 folders=("$streams")
 measure() {

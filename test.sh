@@ -2,18 +2,18 @@
 # SPDX-License-Identifier: MIT
 # SPDX-FileCopyrightText: 2026 plotvw contributors
 #
-# Build the program in one way and run its tests.
+# Build the program with a preset and run its tests.
 #
-#   ./test.sh            g++, warnings are errors: all tests, at the end those in an X server of their own
-#   ./test.sh asan       clang++ with the address and undefined-behaviour sanitizers: the same tests
-#   ./test.sh tsan       clang++ with the thread sanitizer: the tests that run threads
+#   ./test.sh            g++, warnings are errors: all tests, finally those that start an X server
+#   ./test.sh asan       clang++ with the address and undefined-behavior sanitizers: the same tests
+#   ./test.sh tsan       clang++ with the thread sanitizer: the tests with threads
 #   ./test.sh lint [changed|quick]
-#                        what formatters, validators and analyzers say about the sources; clang-tidy looks at all of
-#                        them, at those that have changed since the last release, or at none
-#   ./test.sh release    a release with warnings as errors and the benchmarks, installed into a folder and tried
+#                        formatters, validators and analyzers; clang-tidy checks all sources,
+#                        those that have changed since the last release, or none
+#   ./test.sh release    a release and the benchmarks, with warnings as errors, installed into a folder and tried
 #   ./test.sh all        these five
 #   ./test.sh fuzz SECONDS [TARGET...]
-#                        each fuzz target, or those named, for so long; two at a time
+#                        each fuzz target, or the named ones, for SECONDS; two at a time
 #
 # Missing Debian packages are installed first.
 set -euo pipefail
@@ -34,7 +34,7 @@ build_and_test() {
   ctest --preset "$tests" "${selection[@]}"
 }
 
-# Apart from build/release, which is the user's.
+# Separate from build/release, which is the user's.
 build_and_install() {
   install_packages "${build_packages[@]}" "${test_packages[@]}" "${bench_packages[@]}"
   echo 'Building in build/installed ...'

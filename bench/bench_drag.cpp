@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 //
-// What the mouse costs over a graph, from the event to the painted window, and beside it a repaint
-// of the whole view:
+// The cost of mouse events over a graph, from the event to the painted window, compared with a
+// repaint of the whole view:
 //   GRAPH/repaint      the whole view
 //   GRAPH/drag         a step of ten pixels each way; the counter "longest" is its slowest step, in
 //                      milliseconds
@@ -12,8 +12,8 @@
 //
 //   bench_drag [GOOGLE-BENCHMARK-OPTION...] [FOLDER [SAMPLES]]
 //
-// FOLDER, or $PLOTVW_STREAMS when it is left out, holds walk.plf and surface.plf; SAMPLES holds the
-// other graphs that are pressed on. Runs in the X server of $DISPLAY where QT_QPA_PLATFORM is xcb.
+// FOLDER (default: $PLOTVW_STREAMS) contains walk.plf and surface.plf; SAMPLES contains the other
+// graphs to press on. Runs in the X server of $DISPLAY if QT_QPA_PLATFORM is xcb.
 #include "app/appwindow.h"
 #include "app/drawview.h"
 #include "app/state/globals.h"
@@ -59,10 +59,10 @@ void Settle()
         QCoreApplication::processEvents();
 }
 
-// A view in which four units are a pixel, both ways.
+// A view with four units per pixel in both directions.
 constexpr QSize kEvenScale(1024, 780);
 
-// A window with a graph. An empty size leaves the view as it opens.
+// A window with a graph. With an empty size, the view has its initial size.
 class Viewer
 {
 public:
@@ -160,7 +160,7 @@ void Press(benchmark::State& state, const std::string& graph)
 
 void RegisterPress(const std::string& name, const std::string& graph)
 {
-    constexpr int kTimes = 3; // what comes between two presses draws the graph
+    constexpr int kTimes = 3; // the graph is drawn between two presses
     benchmark::RegisterBenchmark((name + "/press").c_str(),
                                  [graph](benchmark::State& state) { Press(state, graph); })
         ->UseManualTime()
@@ -204,7 +204,7 @@ void RegisterPresses(const QTemporaryDir& copies, const std::string& folder, con
 int main(int argc, char** argv)
 {
     benchmark::Initialize(&argc, argv);
-    const QTemporaryDir home; // the user's own settings stay out of it, and untouched
+    const QTemporaryDir home; // the user's own settings are not used
     setenv("HOME", qPrintable(home.path()), 1);
     setenv("QT_QPA_PLATFORM", "offscreen", 0);
     qputenv("QT_LOGGING_RULES", "*.debug=false");

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 //
-// What a repaint costs, each figure beside one that it is to be compared with:
+// The cost of a repaint, each figure with one to compare it with:
 //   GRAPH/decode          the pass without a painter
-//   GRAPH/bytes           the same bytes through the smallest reader of addresses there can be
+//   GRAPH/bytes           the same bytes through the smallest possible reader of addresses
 //   GRAPH/draw/pen:N      the pass onto an image, lines N pixels wide
 //   GRAPH/lines/pen:N     the same lines from memory, by Qt's fastest call
 //   GRAPH/zoomed          a hundredth of the graph's area, onto the same image
@@ -15,7 +15,7 @@
 //
 //   bench_draw [GOOGLE-BENCHMARK-OPTION...] [FOLDER]
 //
-// FOLDER, or $PLOTVW_STREAMS when it is left out, holds walk.plf and surface.plf.
+// FOLDER (default: $PLOTVW_STREAMS) contains walk.plf and surface.plf.
 #include "app/state/globals.h"
 #include "bench/graphs.h"
 #include "meta/palette.h"
@@ -39,7 +39,7 @@
 
 namespace {
 
-constexpr QSize kImage(1024, 780); // four units to a pixel, both ways
+constexpr QSize kImage(1024, 780); // four units per pixel in both directions
 constexpr int kUnitsPerPixel = 4;
 constexpr QRect kStrip(0, 385, 1024, 10);
 constexpr int kBatch = 1024;
@@ -90,14 +90,14 @@ std::vector<QLine> CollectLines()
     return collector.lines;
 }
 
-// The graph with lines that many pixels wide: its only width command is replaced.
+// The graph with lines of this width in pixels: its only width command is replaced.
 std::string WithPen(std::string graph, int pixels)
 {
     const std::string thin = "\x1bGT0";
     const size_t at = graph.find(thin);
     if (at == std::string::npos)
         Fail("graph", "has no width command to replace.");
-    const int width = 2 * kUnitsPerPixel * pixels; // a pen is half as wide as the command says
+    const int width = 2 * kUnitsPerPixel * pixels; // a pen is half as wide as the command's value
     const std::string integer = {static_cast<char>(64 + width / 16),
                                  static_cast<char>(48 + width % 16)};
     return graph.replace(at, thin.size(), "\x1bGT" + integer);
@@ -116,8 +116,8 @@ void Decode(benchmark::State& state, const std::string& graph)
     state.SetItemsProcessed(static_cast<int64_t>(gdwVectorCnt) * state.iterations());
 }
 
-// Reads every address of the bytes and tells the sum of their coordinates, which keeps the
-// compiler from leaving anything out. It knows of no command.
+// Reads all addresses of the bytes and returns the sum of their coordinates, so that the compiler
+// cannot leave anything out. Ignores commands.
 int64_t SumAddresses(const std::string& graph)
 {
     int hiX = 0;
@@ -214,7 +214,7 @@ void DrawStrip(benchmark::State& state, const std::string& graph)
     }
 }
 
-// Writes addresses as plotting programs do: without the parts that have not changed.
+// Writes addresses as plotting programs do, without unchanged parts.
 class AddressWriter
 {
 public:
@@ -273,7 +273,7 @@ std::string RandomWalk(int64_t vectors)
     return graph + '\x07';
 }
 
-// How far the million points of the two graphs below are from each other, units.
+// Distance of the points of the two graphs below, units.
 constexpr int kSpacing = 4;
 
 // Vectors evenly over the whole area, row by row: joined, or each with a move of its own.

@@ -1,16 +1,16 @@
 // SPDX-License-Identifier: MIT
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 //
-// How fast a graph is written as EPS, in vectors per second, and beside it what bounds that:
+// How fast a graph is written as EPS, in vectors per second, and the limits of that:
 //   decode   the same pass without any output
 //   export   the pass that writes the file
 //   fprintf  the same file from a list of its vectors, one fprintf for each
-//   write    the same file from memory, one write for all of it
+//   write    the same file from memory, with one write
 //
 //   bench_eps [GOOGLE-BENCHMARK-OPTION...] [FOLDER]
 //
-// FOLDER, or $PLOTVW_STREAMS when it is left out, holds walk.plf and surface.plf; files are written
-// to $TMPDIR.
+// FOLDER (default: $PLOTVW_STREAMS) contains walk.plf and surface.plf; files are written to
+// $TMPDIR.
 #include "app/state/globals.h"
 #include "bench/graphs.h"
 #include "meta/palette.h"
@@ -118,7 +118,7 @@ void WriteGraph(const Graph& graph)
     close(file);
 }
 
-// Times are taken of nothing that does not leave the whole file behind.
+// Only exports that write the whole file are measured.
 void CheckOutput(const Graph& graph)
 {
     if (Output() != graph.eps)

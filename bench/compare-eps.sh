@@ -6,8 +6,8 @@
 #
 #   compare-eps.sh PLFCONVERT FOLDER [RUNS]
 #
-# PLFCONVERT is the program of that name in a release build, FOLDER what ../samples/make-large.sh made, and of RUNS runs
-# each, 7 when it is left out, the median counts. Debian package: plotutils.
+# PLFCONVERT is the program of that name in a release build, FOLDER the output of ../samples/make-large.sh; the median
+# of RUNS runs (default: 7) counts. Debian package: plotutils.
 set -euo pipefail
 export LC_ALL=C
 
@@ -23,7 +23,7 @@ fi
 out=$(mktemp -d)
 trap 'rm -rf -- "$out"' EXIT
 
-# median COMMAND...: print how many microseconds it takes.
+# median COMMAND...: print its time in microseconds.
 median() {
   local run start
   for ((run = 0; run < runs; run++)); do

@@ -2,16 +2,17 @@
 # SPDX-License-Identifier: MIT
 # SPDX-FileCopyrightText: 2026 plotvw contributors
 #
-# Convert many small graphs and a hundred large ones, each folder in one call, beside tek2plot on the same streams.
+# Convert many small graphs and a hundred large ones, each folder in one call, and compare with tek2plot on the same
+# streams.
 #
 #   convert.sh PLFCONVERT DIR [SMALL [VECTORS]]
 #
-# PLFCONVERT is the program of that name in a release build. DIR gets the graphs, unless they are there already, and the
-# pictures for a while. SMALL is the number of small graphs, 10000 when it is left out; VECTORS about how many vectors
-# each large one has, 1000000 when it is left out. The large ones are two graphs, under fifty names each.
-# tek2plot reads one stream in a call, so that its measured share of the time includes its start; it gets 200 of the
-# small streams and both large ones. Files and megabytes are counted for each second of processor time, which the
-# machine's other work disturbs least.
+# PLFCONVERT is the program of that name in a release build. DIR is for the graphs, unless they exist already, and
+# temporarily for the pictures. SMALL is the number of small graphs (default: 10000), VECTORS the approximate number of
+# vectors in each large one (default: 1000000). The large ones are two graphs, under fifty names each. tek2plot reads
+# one stream in a call, so that its measured share of the time includes its start; it gets 200 of the small streams and
+# both large ones. Files and megabytes are counted per second of processor time, which depends least on the machine's
+# other work.
 # Debian packages: plotutils, python3, time.
 set -euo pipefail
 export LC_ALL=C

@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: MIT
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 //
-// The smallest program of the toolkit with a main window, as large as the viewer's and in its
-// place.
+// The smallest Qt program with a main window, of the viewer's size and at its position.
 #include <QApplication>
 #include <QMainWindow>
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 //
-// Loading and drawing for the benchmarks. What goes wrong ends the program with a message.
+// Loading and drawing for the benchmarks. Errors end the program with a message.
 #pragma once
 
 #include "meta/plfmeta.h"
@@ -20,8 +20,8 @@ void LoadBytes(const std::string& graph);
 /// The bytes of a file.
 std::string ReadBytes(const std::string& path);
 
-/// Draws the loaded graph, its own widths as they are.
-/// @param painter  null draws nothing
+/// Draws the loaded graph, with its widths unchanged.
+/// @param painter  null to draw nothing
 /// @param mode     kConvertEps writes it into gszCvtFilename
-/// @param zoom     the part to draw, in drawing units; all zeros draw the whole
+/// @param zoom     the part to draw, in drawing units; all zeros for the whole graph
 void Draw(QPainter* painter, int mode, Rect zoom = {});

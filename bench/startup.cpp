@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: MIT
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 //
-// How long programs take from their start to their first painted frame, and how much memory they
-// take by then, in an X server that shows nothing else (../tests/e2e/with-xserver.sh).
+// Time of programs from their start to their first painted frame, and their memory at that moment,
+// in an X server that shows nothing else (../tests/e2e/with-xserver.sh).
 //
 //   startup RUNS COMMAND...
 //
-// A command is one argument, its words separated by blanks. The commands take turns; for each the
-// medians over the runs are printed, a line of milliseconds, kilobytes and the command.
+// A command is one argument, with its words separated by blanks. The commands run alternately; for
+// each, the medians of the runs are printed in a line: milliseconds, kilobytes and the command.
 #include <QColor>
 #include <QElapsedTimer>
 #include <QFile>
@@ -32,7 +32,7 @@ struct Run {
     long kilobytes = 0;
 };
 
-// The screen is black where no window is, and where one is that has not been painted.
+// The screen is black where there is no window, or one that has not been painted.
 bool IsPainted()
 {
     const QRect& r = kLookedAt;

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 //
-// Input: the words of a command line, one a line.
+// Input: the words of a command line, one per line.
 #include "app/cmdline.h"
 #include "app/state/globals.h"
 #include "fuzz/target.h"
@@ -14,7 +14,7 @@
 
 namespace {
 
-// A word ends at its zero byte, as those of a process do.
+// A word ends at its zero byte, as in the arguments of a process.
 QByteArrayList Words(const uint8_t* data, size_t size)
 {
     const QByteArray input(reinterpret_cast<const char*>(data), static_cast<qsizetype>(size));
@@ -24,7 +24,7 @@ QByteArrayList Words(const uint8_t* data, size_t size)
     return words;
 }
 
-// Is the text what stands behind the first bytes of a word?
+// Is the text the rest of a word after its first bytes?
 bool IsWhole(const QByteArrayList& words, const char* text, qsizetype behind)
 {
     return std::any_of(words.begin(), words.end(), [text, behind](const QByteArray& word) {
@@ -59,7 +59,7 @@ void CheckWindowPlace()
 
 extern "C" int LLVMFuzzerInitialize(int* argc, char*** argv)
 {
-    fuzz::PrepareToolkit();
+    fuzz::PrepareQt();
     auto* application = new QApplication(*argc, *argv); // as long as the process
     application->installEventFilter(new fuzz::Refuser);
     return 0;

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 //
-// Input: a configuration file. What it sets is then drawn with, on paper and as EPS.
+// Input: a configuration file. A graph is then drawn with its settings, on paper and as EPS.
 #include "support/config.h"
 #include "app/state/globals.h"
 #include "fuzz/target.h"
@@ -19,7 +19,7 @@
 
 namespace {
 
-// The lines of EPS that every file has, with the longest numbers.
+// The lines of every EPS file, with the longest numbers.
 constexpr qsizetype kEpsHead = 4096;
 
 fuzz::Sandbox& Home()
@@ -75,7 +75,7 @@ void WriteEps()
 
 extern "C" int LLVMFuzzerInitialize(int* argc, char*** argv)
 {
-    fuzz::PrepareToolkit();
+    fuzz::PrepareQt();
     new QGuiApplication(*argc, *argv); // as long as the process
     initGraphics();
     Home();

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 //
-// Input: a graph file. It is written as EPS, the way that its last byte chooses, and compared with
-// what the plain interpreter of the tests writes.
+// Input: a graph file. It is written as EPS, with options selected by its last byte, and compared
+// with the output of the plain interpreter of the tests.
 #include "fuzz/target.h"
 #include "meta/bytesink.h"
 #include "meta/pass.h"
@@ -13,10 +13,10 @@
 
 namespace {
 
-// Bytes of EPS for a byte of the graph, at most: an address may be one byte and become
-// "4095 3120 moveto 4095 3120 lineto ", a width takes a little less.
+// Maximum bytes of EPS per byte of the graph: an address may be one byte and become "4095 3120
+// moveto 4095 3120 lineto ", a width needs slightly less.
 constexpr size_t kEpsBytes = 40;
-// The lines that every file has; numbers may be long, as the scale is any number.
+// The lines of every file; numbers may be long, because the scale may be any number.
 constexpr size_t kEpsHead = 4096;
 
 struct Way {
@@ -62,7 +62,7 @@ void Compare(const PlfBytes& graph)
 
 extern "C" int LLVMFuzzerInitialize(int* /*argc*/, char*** /*argv*/)
 {
-    fuzz::PrepareToolkit();
+    fuzz::PrepareQt();
     return 0;
 }
 

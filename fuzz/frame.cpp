@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 //
-// Input: a byte that tells how many bytes of the rest arrive at a time, and what a host sends.
+// Input: a byte, the number of bytes that arrive at a time, and the bytes that a host sends.
 #include "hostlink/frame.h"
 #include "fuzz/target.h"
 
@@ -11,7 +11,7 @@
 
 namespace {
 
-// Characters whose frame's length still fits its field.
+// Most characters for which the length of the frame fits its field.
 constexpr qsizetype kLongestMessage = 32765;
 
 void CheckRoundTrip(const QString& message)
@@ -26,7 +26,7 @@ void CheckRoundTrip(const QString& message)
     fuzz::Require(ReadFrame(&device, &length, &again) && again == message, "a frame comes back");
 }
 
-// One call of the slot: what it reads, and what it keeps of a message that names nothing.
+// One call of the slot: what it reads, and the length that it keeps after a message without a file.
 void Arrive(QBuffer& device, qint16& length)
 {
     const qint64 before = device.pos();

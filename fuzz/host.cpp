@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: MIT
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 //
-// Input: a conversation over a real socket, one step a line:
+// Input: a conversation over a real socket, one step per line:
 //   >WORDS   the host sends a command line, in UTF-8
-//   =BYTES   the host sends bytes; %XX stands for one of them
+//   =BYTES   the host sends bytes; %XX is one byte
 //   !N       the user chooses the N-th of the actions below
-//   .        the graphs are there again, in case they were deleted
+//   .        the graphs are restored, in case they were deleted
 //   x        the host hangs up
-// Every '/' becomes '_', so that no name lies outside of the sandbox.
+// Every '/' becomes '_', so that no name is outside the sandbox.
 #include "app/appwindow.h"
 #include "app/drawview.h"
 #include "app/state/globals.h"
@@ -30,13 +30,14 @@
 
 namespace {
 
-// What the host may name. Names that lie in each other show a name that was cut.
+// Files that the host may name. Some names are the beginning of others, to show names that were
+// cut.
 constexpr const char* kGraphs[] = {"a.plf", "a.plf.plf", "b", "ab.plf"};
-// What it cannot name: every word with this in it asks for a print.
+// A file that it cannot name: every word that contains this requests a print.
 constexpr const char* kOutOfReach = "keep-p.plf";
-// Steps of an input that are looked at.
+// Maximum number of steps of an input.
 constexpr qsizetype kMostSteps = 24;
-// Larger windows cost only time.
+// Larger windows only cost time.
 constexpr QSize kLargestWindow(320, 240);
 
 constexpr const char* kActions[] = {"refresh",      "backclr",        "resetaspect",
@@ -49,7 +50,7 @@ QByteArray Graph()
     return QByteArray::fromStdString(plf::Start() + plf::Line(0, 0, 4095, 3119) + plf::End());
 }
 
-// What outlives an input.
+// State that is kept between inputs.
 struct World {
     fuzz::Sandbox sandbox;
     QTemporaryDir elsewhere;
@@ -103,7 +104,7 @@ private:
     std::unique_ptr<QLocalSocket> host;
     bool choseFile = false;
     QSet<QByteArray> mayBeDeleted;
-    bool anyMayBeDeleted = false; // bytes were sent that are not understood here
+    bool anyMayBeDeleted = false; // bytes were sent that this test does not interpret
 };
 
 Conversation::Conversation()
@@ -193,7 +194,7 @@ void Conversation::CheckFiles() const
     }
 }
 
-// The user's own file, whatever the host did.
+// Checks that the user can still open a file, whatever the host did.
 void Conversation::CheckViewer() const
 {
     if (window.isNull() || gpDraw == nullptr)
@@ -218,14 +219,14 @@ void Converse(const QByteArray& input)
 
 extern "C" int LLVMFuzzerInitialize(int* argc, char*** argv)
 {
-    fuzz::PrepareToolkit();
+    fuzz::PrepareQt();
     auto* application = new QApplication(*argc, *argv); // as long as the process
     application->installEventFilter(new fuzz::Refuser);
     TheWorld();
     return 0;
 }
 
-// The toolkit quits only an event loop that runs.
+// Qt can only quit an event loop that is running.
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
 {
     const QByteArray input(reinterpret_cast<const char*>(data), static_cast<qsizetype>(size));

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 //
-// Input: a graph file. It is drawn into a small picture, the way that its last byte chooses; most
-// graphs end before that byte, so that it can be anything.
+// Input: a graph file. It is drawn into a small picture, with options selected by its last byte;
+// most graphs end before that byte, so it can have any value.
 #include "app/state/globals.h"
 #include "fuzz/target.h"
 #include "meta/plfmeta.h"
@@ -62,7 +62,7 @@ void Draw(const View& view)
 
 extern "C" int LLVMFuzzerInitialize(int* argc, char*** argv)
 {
-    fuzz::PrepareToolkit();
+    fuzz::PrepareQt();
     new QGuiApplication(*argc, *argv); // for the fonts; as long as the process
     return 0;
 }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 //
-// Runs a fuzz target without the fuzzer over files, and over all files of folders:
+// Runs a fuzz target without the fuzzer, on files and on all files of folders:
 //   fuzz_TARGET PATH...
 #include "fuzz/target.h"
 
@@ -26,7 +26,7 @@ QStringList FilesOf(const QString& path)
     return files;
 }
 
-// The name is written first, so that the last one is that of an input that ends the process.
+// The name is printed first, so the last one is that of an input that ends the process.
 bool Run(const QString& path)
 {
     std::fprintf(stderr, "%s\n", qPrintable(path));
@@ -36,7 +36,7 @@ bool Run(const QString& path)
         return false;
     }
     const QByteArray bytes = file.readAll();
-    // From an address of its own, so that reading behind the end is seen.
+    // In its own block of memory, so that reading beyond the end is detected.
     const std::vector<uint8_t> input(bytes.begin(), bytes.end());
     LLVMFuzzerTestOneInput(input.data(), input.size());
     return true;

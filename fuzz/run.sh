@@ -2,22 +2,22 @@
 # SPDX-License-Identifier: MIT
 # SPDX-FileCopyrightText: 2026 plotvw contributors
 #
-# Run the fuzz targets that ../test.sh has built, and tell how that went.
+# Run the fuzz targets that ../test.sh has built, and print a summary.
 #
-#   fuzz/run.sh SECONDS [TARGET...]     each target, or those named, for so long; two at a time
+#   fuzz/run.sh SECONDS [TARGET...]     each target, or the named ones, for SECONDS; two at a time
 #
-# What a target has learnt is kept in build/fuzz/corpus/TARGET and used by the next run. What it finds goes to
-# out/fuzz/TARGET, with its log. The result is 1 when anything was found.
+# The inputs that a target collects are kept in build/fuzz/corpus/TARGET for the next run. Failing inputs go to
+# out/fuzz/TARGET, with the log. The exit code is 1 if there are any.
 set -euo pipefail
 
 root=$(cd -- "$(dirname -- "${BASH_SOURCE[0]}")/.." && pwd)
 readonly build=$root/build/fuzz/fuzz corpus=$root/build/fuzz/corpus finds=$root/out/fuzz
 readonly jobs=2
-# An input of the lengths below takes a few milliseconds. Seconds, and megabytes.
+# Limits of an input: seconds and megabytes. Inputs of the lengths below take a few milliseconds.
 readonly longest_input_time=10 most_memory=1024
 
-# target | folders of inputs | dictionary | longest input | leaks are looked for behind each input, or at the end: the
-# toolkit's windows keep so much that looking takes most of the time
+# target | folders of inputs | dictionary | longest input | whether to look for leaks after each input or at the end:
+# Qt's windows keep so much memory that looking takes most of the time
 readonly targets='
 painter  | graphs seeds | plf     | 4096 | end
 eps      | graphs seeds | plf     | 8192 | each
@@ -35,7 +35,7 @@ fi
 readonly seconds=$1
 shift
 
-# row TARGET: its line of the table, in words.
+# row TARGET: the fields of its line of the table.
 row() {
   grep "^$1 " <<<"$targets"
 }
@@ -59,7 +59,7 @@ fuzz() {
     "-artifact_prefix=$finds/$target/" "$corpus/$target" "${inputs[@]}" >"$finds/$target/log" 2>&1
 }
 
-# stat TARGET NAME: a number of the statistics at the end of its log.
+# stat TARGET NAME: a number from the statistics at the end of its log.
 stat() {
   sed -n "s/^stat::$2: *//p" "$finds/$1/log" | tail -n 1
 }

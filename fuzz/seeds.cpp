@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 //
-// Writes graphs for the fuzz targets to start from: the cases of the decoder scripts, and pieces of
-// the samples, as a whole sample is too long to change it often.
+// Writes initial graphs for the fuzz targets: the cases of the decoder scripts, and pieces of the
+// samples, because whole samples are too long.
 //   fuzz_seeds SAMPLES SCRIPTS OUTPUT
 #include "tests/script.h"
 
@@ -13,10 +13,10 @@
 
 namespace {
 
-// Bytes of a sample that hold its colour map and the start of its first commands.
+// Bytes of a sample that contain its color map and the start of its first commands.
 constexpr qsizetype kHead = 300;
 constexpr qsizetype kPiece = 1200;
-// Pieces of a sample, from its start to its end.
+// Number of pieces of a sample.
 constexpr int kPieces = 6;
 
 void Write(const QDir& output, const QString& name, const QByteArray& bytes)

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 //
-// Input: a settings file. It is read, a window is made with it, and it is written again.
+// Input: a settings file. It is read, a window is created with it, and it is written again.
 #include "support/settings.h"
 #include "app/appwindow.h"
 #include "app/state/globals.h"
@@ -19,7 +19,7 @@ namespace {
 constexpr const char* kName = ".plotvwsettings";
 constexpr qsizetype kVersionAndFlag = 11;
 constexpr qsizetype kWholeSize = 59;
-// Nobody has a screen for more; see the window.
+// Larger than any screen; see windowplace.cpp.
 constexpr int64_t kFarthest = 32767;
 constexpr int64_t kLongest = 16384;
 constexpr int64_t kLeastWidth = 160;
@@ -40,7 +40,7 @@ QByteArray Written()
     return file.readAll();
 }
 
-// Any byte but 0 stands for white and comes back as 1.
+// Any byte but 0 means white and is written back as 1.
 QByteArray Settled(QByteArray image)
 {
     if (image.size() >= kVersionAndFlag)
@@ -72,7 +72,7 @@ void CheckWindow()
 
 extern "C" int LLVMFuzzerInitialize(int* argc, char*** argv)
 {
-    fuzz::PrepareToolkit();
+    fuzz::PrepareQt();
     new QApplication(*argc, *argv); // as long as the process
     Home();
     return 0;

@@ -21,7 +21,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-// Asked by the leak checker. The fonts' library loses its caches while the application lives.
+// Called by the leak checker. The font library leaks its caches while the application exists.
 extern "C" const char* __lsan_default_suppressions();
 extern "C" const char* __lsan_default_suppressions()
 {
@@ -50,7 +50,7 @@ void Require(bool kept, const char* promise)
     std::abort();
 }
 
-void PrepareToolkit()
+void PrepareQt()
 {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     qputenv("CUPS_SERVER", "/nowhere/printers");
@@ -75,7 +75,7 @@ void Sandbox::Write(const char* name, const QByteArray& bytes) const
             "the sandbox can be written to");
 }
 
-// An input may have made files in the outer folder too.
+// An input may have created files in the outer folder too.
 void Sandbox::Clear() const
 {
     for (const QString& place : {folder, root.path()}) {

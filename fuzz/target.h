@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 //
-// What every fuzz target has. The fuzzer, or the plain replayer (replay.cpp), calls the two
-// functions; a target reports what it finds by ending the process.
+// The interface of a fuzz target. The fuzzer, or the plain replayer (replay.cpp), calls the two
+// functions; a target reports a failure by ending the process.
 #pragma once
 
 #include "support/rect.h"
@@ -17,28 +17,28 @@
 
 /// Prepares the process, once. The two parameters are main's.
 extern "C" int LLVMFuzzerInitialize(int* argc, char*** argv);
-/// Runs one input. What it leaves behind must not change what the next one does.
+/// Runs one input. It must not leave anything that affects the next one.
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size);
 
 namespace fuzz {
 
-/// Ends the process with a message when a promise is broken.
+/// Ends the process with a message if the condition is false.
 void Require(bool kept, const char* promise);
 
-/// Shows windows nowhere, prints on no printer of the system, and drops the toolkit's messages,
-/// which would fill the log. To be called before the application object is made.
-void PrepareToolkit();
+/// Uses no display and no printer of the system, and drops Qt's messages, which would fill the log.
+/// To be called before the application object is created.
+void PrepareQt();
 
-/// A folder of the target's own, which is the working directory, gszCurdir, gszHomedir and
-/// gszExePath from then on. It lies in a folder that is its own too, so that "..", which an input
-/// may name, holds nothing else. Both go with the process.
+/// A private folder of the target, which becomes the working directory, gszCurdir, gszHomedir and
+/// gszExePath. It is inside another private folder, so that "..", which an input may name, contains
+/// nothing else. Both are removed with the process.
 class Sandbox
 {
 public:
     Sandbox();
-    /// Replaces a file in it.
+    /// Replaces a file in the folder.
     void Write(const char* name, const QByteArray& bytes) const;
-    /// Removes every file in it.
+    /// Removes every file in the folder.
     void Clear() const;
     [[nodiscard]] QString Path(const char* name) const;
 
@@ -56,7 +56,7 @@ public:
     MemoryFile(const MemoryFile&) = delete;
     MemoryFile& operator=(const MemoryFile&) = delete;
 
-    /// What opens it for others; stays the same.
+    /// The name to open it by; it does not change.
     [[nodiscard]] char* Path() { return path.data(); }
     [[nodiscard]] QByteArray Contents() const;
 
@@ -65,17 +65,17 @@ private:
     std::string path;
 };
 
-/// Gives every variable of the program that an input may change the value that it starts with.
+/// Resets every variable of the program that an input may change to its initial value.
 void ResetGlobals();
 
-/// Makes the bytes the loaded file, as the program loads one. ResetGlobals frees it.
-/// @return false when the loader refuses them
+/// Loads the bytes as the program loads a file. ResetGlobals frees them.
+/// @return false if the loader refuses them
 bool LoadGraph(const uint8_t* data, size_t size);
 
 /// The file's whole area, in drawing units.
 Rect WholeArea();
 
-/// Rejects every dialog as soon as the event loop runs behind it, as a user would who wants none.
+/// Rejects every dialog as soon as its event loop runs.
 class Refuser : public QObject
 {
 public:

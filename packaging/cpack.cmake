@@ -1,7 +1,7 @@
 # SPDX-License-Identifier: MIT
 # SPDX-FileCopyrightText: 2026 plotvw contributors
 #
-# The Debian package: `cpack -G DEB` in the folder of a release build. make-deb.sh does it all.
+# The Debian package: `cpack -G DEB` in the folder of a release build. See make-deb.sh.
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME plotvw)
 set(CPACK_PACKAGE_VENDOR "plotvw contributors")

@@ -2,19 +2,19 @@
 # SPDX-FileCopyrightText: 2026 plotvw contributors
 # shellcheck shell=bash disable=SC2034 # the lists are for the scripts that read this file
 #
-# The Debian 12 packages that the project needs, by what for, and how they are installed. Scripts read this file.
+# The Debian 12 packages that the project needs, by purpose, and functions to install them. Sourced by scripts.
 
-# To build the program, and a font to draw texts with.
+# To build the program, and a font for texts.
 build_packages=(cmake fonts-dejavu-core g++ libgl-dev ninja-build qt6-base-dev qt6-svg-dev)
-# The same, for a desktop without an X server.
+# Additionally, for a desktop without an X server.
 wayland_packages=(qt6-wayland)
-# To build and run the tests: readers of PostScript and PDF, a print server, locales of other countries,
-# a screen with a window manager and a user, a compositor without one, and what desktops know of file types.
+# To build and run the tests: readers of PostScript and PDF, a print server, locales, an X server with a window manager
+# and simulated input, a Wayland compositor, and desktop tools for file types.
 test_packages=(cups-client cups-daemon desktop-file-utils file ghostscript libglib2.0-bin locales openbox
   poppler-utils qt6-wayland shared-mime-info weston x11-utils xdotool xvfb)
-# To build with sanitizers, and names in their reports.
+# To build with sanitizers, with function names in their reports.
 sanitizer_packages=(clang libclang-rt-14-dev llvm)
-# To measure the program: beside another one, on a screen.
+# To measure the program, on a screen, and another one for comparison.
 bench_packages=(libbenchmark-dev openbox plotutils python3 time xvfb)
 # To check the sources, the manual pages, the completions, the files for desktops and the package.
 lint_packages=(appstream clang-format-14 clang-tidy-14 desktop-file-utils dpkg-dev file fish libxml2-utils lintian
@@ -33,8 +33,8 @@ missing_packages() {
   done
 }
 
-# apt_install NAME...: as root, or through sudo. The package lists may be missing or older than the archive, so a first
-# failure is followed by a second try with new ones.
+# apt_install NAME...: as root, or through sudo. The package lists may be missing or outdated, so after a failure they
+# are updated for a second try.
 apt_install() {
   local as_root=(env)
   ((EUID == 0)) || as_root=(sudo env)
@@ -44,7 +44,7 @@ apt_install() {
   "${apt[@]}" update && "${install[@]}"
 }
 
-# install_packages NAME...: install those that are missing; asks nothing of apt when none is.
+# install_packages NAME...: install those that are missing; does not call apt if none is.
 install_packages() {
   if ! command -v dpkg-query >/dev/null; then
     echo "This is not a Debian system. Install what these Debian packages contain: $*" >&2
@@ -69,7 +69,7 @@ install_packages() {
   rm -f -- "$log"
 }
 
-# quietly COMMAND...: show what a command prints only when it fails.
+# quietly COMMAND...: show the output of a command only if it fails.
 quietly() {
   local log status=0
   log=$(mktemp)

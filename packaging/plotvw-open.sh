@@ -2,13 +2,13 @@
 # SPDX-License-Identifier: MIT
 # SPDX-FileCopyrightText: 2026 plotvw contributors
 #
-# Open a graph in the viewer, whatever its name is; for the desktop, where people choose files and not command lines.
+# Open a graph of any name in the viewer; for the desktop, where users choose files.
 #
 #   plotvw-open [FILE]
 #
-# The viewer takes an option wherever it stands in an argument: the name my-plot.plf asks it for a print. Such a file is
-# named to it from inside its folder or, when the file's own name holds the option, through a link that goes with the
-# viewer.
+# The viewer recognizes an option anywhere in an argument: the name my-plot.plf requests a print. Such a file is passed
+# to it from inside the file's folder or, if the file's own name contains the option, through a link that is removed
+# when the viewer exits.
 set -eu
 
 if [ "$#" -gt 1 ]; then
@@ -28,7 +28,7 @@ holds_option() {
 
 holds_option "$1" || exec "$viewer" "$1"
 
-# Exported files are offered a place beside the graph.
+# Start in the graph's folder, where exports should go by default.
 case $viewer in
 /* | plotvw) ;;
 *) viewer=$PWD/$viewer ;;
@@ -39,7 +39,7 @@ holds_option "$name" || exec "$viewer" "$name"
 
 folder=$(mktemp -d /tmp/plotvw.XXXXXX)
 link=$folder/$(printf %s "$name" | tr - _)
-# Whatever else came into the folder stays.
+# Other files in the folder are kept.
 trap 'rm -f -- "$link"; rmdir -- "$folder" 2>/dev/null || true' EXIT
 trap 'exit 129' HUP
 trap 'exit 130' INT

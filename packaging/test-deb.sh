@@ -2,12 +2,11 @@
 # SPDX-License-Identifier: MIT
 # SPDX-FileCopyrightText: 2026 plotvw contributors
 #
-# Does a package install, run and go again in a bare Debian 12?
+# Test that a package can be installed, run and removed in a bare Debian 12.
 #
 #   packaging/test-deb.sh PACKAGE [MIRROR]
 #
-# Only for root, who alone may make such a system; it takes minutes and downloads some hundred megabytes. The system
-# stands in a folder of its own that is removed at the end.
+# Needs root; takes minutes and downloads several hundred megabytes. The system is created in a temporary folder.
 #
 # Missing Debian packages are installed first.
 set -euo pipefail
@@ -31,13 +30,13 @@ install_packages "${deb_test_packages[@]}"
 system=$(mktemp -d)
 trap 'umount -- "$system/proc" 2>/dev/null || true; rm -rf --one-file-system -- "$system"' EXIT
 
-# inside COMMAND...: run a command in the system, without anything of this one's environment.
+# inside COMMAND...: run a command in the system, with an empty environment.
 inside() {
   env --ignore-environment PATH=/usr/sbin:/usr/bin:/sbin:/bin HOME=/root LC_ALL=C.UTF-8 DEBIAN_FRONTEND=noninteractive \
     chroot "$system" "$@"
 }
 
-# files: what stands in the system, but for the records of its package manager, caches and logs.
+# files: the files of the system, without package records, caches and logs.
 files() {
   (cd -- "$system" && find . -xdev \( -path ./proc -o -path ./var/lib/apt -o -path ./var/lib/dpkg -o -path ./var/cache \
     -o -path ./var/log -o -path ./tmp \) -prune -o -print | sort)
@@ -57,7 +56,7 @@ cp -- "$package" "$system/tmp/plotvw.deb"
 cp -- "$top"/samples/*.plf "$system/tmp/"
 quietly inside apt-get -qq update
 
-# What it depends on comes first, so that what it leaves itself can be told from what they leave.
+# Dependencies are installed first, so that leftovers of the package itself can be recognized.
 step 'Dependencies'
 depends=$(dpkg-deb --field "$package" Depends | sed 's/ *([^)]*)//g; s/ *|[^,]*//g; s/,/ /g')
 # shellcheck disable=SC2086 # a list of names
@@ -82,7 +81,7 @@ done
 pictures=("$system"/tmp/pictures/*)
 graphs=("$top"/samples/*.plf)
 ((${#pictures[@]} == ${#graphs[@]} + 4)) || fail "there are ${#pictures[@]} pictures"
-# The viewer under a host that closes it, with the toolkit's platform without a display.
+# The viewer, with a host that closes it, on Qt's platform without a display.
 inside env QT_QPA_PLATFORM=offscreen krvhost --viewer plotvw --arg /tmp/tour.plf \
   '/tmp/bode.plf -c=2 -cf=/tmp/pictures/viewer' || fail 'the viewer does not answer'
 [[ -s $system/tmp/pictures/viewer.eps ]] || fail 'the viewer exports nothing'

@@ -4,9 +4,9 @@
 #
 # Make two large graphs for measurements: a walk of joined vectors and a surface of separate ones.
 #
-#   make-large.sh DIR [VECTORS]      VECTORS is about how many each of them has, 1000000 when it is left out
+#   make-large.sh DIR [VECTORS]      VECTORS: approximate number of vectors in each; default: 1000000
 #
-# DIR gets walk.plf and surface.plf, and beside them walk.tek and surface.tek, the streams they were made from.
+# DIR gets walk.plf and surface.plf, and walk.tek and surface.tek, the streams that they were made from.
 # Debian packages: plotutils, python3.
 set -euo pipefail
 export LC_ALL=C

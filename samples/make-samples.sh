@@ -2,9 +2,9 @@
 # SPDX-License-Identifier: MIT
 # SPDX-FileCopyrightText: 2026 plotvw contributors
 #
-# Make the sample graphs again, byte for byte.
+# Make the sample graphs, byte for byte.
 #
-#   make-samples.sh [DIR]      DIR is where they go; the folder of this script when it is left out
+#   make-samples.sh [DIR]      DIR: output folder; default: the folder of this script
 #
 # Debian packages: gnuplot-nox (or another gnuplot), plotutils, python3.
 set -euo pipefail
@@ -32,8 +32,8 @@ wrap() {
   python3 -B "$here/plfwrap.py" "$out/$1.plf" "${@:2}"
 }
 
-# draw STREAM TERMINAL: run the gnuplot commands on standard input in the common frame. Alpha text in a stream would
-# be taken for addresses, so every label stays off.
+# draw STREAM TERMINAL: run the gnuplot commands on standard input in the common frame. Labels are switched off, because
+# alpha text in a stream would be taken for addresses.
 draw() {
   { cat <<EOF
 set terminal $2
@@ -49,10 +49,10 @@ EOF
     cat; } | gnuplot -d
 }
 
-# Without frame and tics: one more curve for a frame that another stream holds.
+# Without frame and tics: one more curve for the frame of another stream.
 bare='unset border; unset tics'
 
-# frame TERMINAL: the border alone.
+# frame TERMINAL: only the border.
 frame() {
   draw border "$1" <<<'unset tics; set xrange [0:1]; set yrange [0:1]; plot -1'
 }
@@ -344,12 +344,12 @@ function frequency(i) { return exp(log(10)*(-1 + i/100)) }
   graph "${common[@]}" "${lower[@]}" -g 2 -X 'frequency [rad/s]' -Y 'phase [deg]' "$tmp/phase.dat" >"$tmp/phaseframe.tek"
   graph "${common[@]}" "${upper[@]}" -g 0 "$tmp/gain.dat" >"$tmp/gain.tek"
   graph "${common[@]}" "${lower[@]}" -g 0 "$tmp/phase.dat" >"$tmp/phase.tek"
-  # Grid: nine lines a decade, and the height of each tick.
+  # Grid: nine lines per decade, and the height of each tick.
   awk -v low=-80 -v high=60 -v step=20 "$grid" >"$tmp/grid.dat"
   graph "${common[@]}" "${upper[@]}" -g 0 "$tmp/grid.dat" >"$tmp/gaingrid.tek"
   awk -v low=-360 -v high=-90 -v step=45 "$grid" >"$tmp/grid.dat"
   graph "${common[@]}" "${lower[@]}" -g 0 "$tmp/grid.dat" >"$tmp/phasegrid.tek"
-  # Where the gain is 1, down to the phase that is left there.
+  # From the point where the gain is 1 down to the phase at that frequency.
   awk "$loop"'BEGIN { for (w = 1; gain(w) > 0; w += 0.001); printf "%.3f 0\n%.3f -80\n", w, w }' >"$tmp/margin.dat"
   graph "${common[@]}" "${upper[@]}" -g 0 "$tmp/margin.dat" >"$tmp/gainmargin.tek"
   awk "$loop"'BEGIN { for (w = 1; gain(w) > 0; w += 0.001); printf "%.3f %.3f\n%.3f -180\n", w, phase(w), w }' >"$tmp/margin.dat"
@@ -363,7 +363,7 @@ function frequency(i) { return exp(log(10)*(-1 + i/100)) }
     width=24 color=red "stream=$tmp/gainmargin.tek" "stream=$tmp/phasemargin.tek"
 }
 
-# A phase portrait: solutions of an oscillator that run into one closed curve, over the field of its directions.
+# A phase portrait: solutions of an oscillator that approach one closed curve, over the field of its directions.
 portrait() {
   local box=(-T tek -x -4 4 -y -5 5 -r 0.04 -w 1.04 -u 0.12 -h 0.77
     -F HersheySans -f 0.045 --title-font-size 0.05)
@@ -402,7 +402,7 @@ portrait() {
     width=28 color=yellow "stream=$tmp/cycle.tek"
 }
 
-# A tour of the commands: one row each, and two pictures of plotting programs.
+# A tour of the commands: one row each, and two pictures made by plotting programs.
 tour() {
   local words=() y=2640 x i first=1230 last=2230
   # row LABEL: the next row, its height in y.
@@ -410,7 +410,7 @@ tour() {
     label l 120 $y 85 "$1"
     y=$((y - 200))
   }
-  # zigzag BYTES: a line in the row just begun, with these bytes in front of each of its vectors. It stays unbroken.
+  # zigzag BYTES: a line in the current row, with these bytes before each of its vectors. It is not interrupted.
   zigzag() {
     local bytes="\\g{$first,$((y + 160))}" up=1
     for ((x = first + 100; x <= last; x += 100)); do
@@ -419,7 +419,7 @@ tour() {
     done
     words+=("raw=$bytes")
   }
-  # swatch N WORD...: the Nth small shaded field in the row just begun.
+  # swatch N WORD...: the Nth small shaded field in the current row.
   swatch() {
     x=$((first + 63 * $1))
     words+=("${@:2}" "hatch=$x,$((y + 150)),$((x + 50)),$((y + 250)),7")
@@ -479,7 +479,7 @@ EOF
   label l 120 2910 140 'A tour of the commands'
   label l 2420 1170 85 'ZP ZD  texts, zoom in'
   strokes labels
-  # The width and the style that a text asks for are read; the viewer's font stays.
+  # The size and the style of a text are read; the viewer's font does not change.
   words+=("stream=$tmp/labels.tek" "path=2380,1000 2460,1000" "path=2420,960 2420,1040" "text=2420,1000,Text at a point"
     font=Courier size=24 style=3 ink=red 'raw=\eZO{30}'
     "text=2420,860,After ZF ZS ZA ZC ZO" "text=2420,720,20 °C, 5 µm, ½ Ω")

@@ -1,7 +1,7 @@
 # SPDX-License-Identifier: MIT
 # SPDX-FileCopyrightText: 2026 plotvw contributors
 #
-# Makes the installed files those of a Debian package; cpack runs this before it packs them.
+# Turns the installed files into those of a Debian package; cpack runs this before it packs them.
 set(share ${CPACK_TEMPORARY_INSTALL_DIRECTORY}/usr/share)
 set(doc ${share}/doc/plotvw)
 
@@ -21,7 +21,7 @@ gzip(${doc}/changelog.Debian ${doc}/changelog)
 # Where Debian's zsh looks.
 file(RENAME ${share}/zsh/site-functions ${share}/zsh/vendor-completions)
 
-# The umask of whoever builds the package must not show in it.
+# The package must not depend on the umask of the build.
 set(readable OWNER_READ OWNER_WRITE GROUP_READ WORLD_READ)
 set(executable ${readable} OWNER_EXECUTE GROUP_EXECUTE WORLD_EXECUTE)
 file(CHMOD_RECURSE ${CPACK_TEMPORARY_INSTALL_DIRECTORY}/usr
