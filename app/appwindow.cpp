@@ -44,7 +44,7 @@ QList<QRect> ScreenAreas()
     return areas;
 }
 
-// For a source that is known to fit: a path buffer or a part of one.
+// For sources that always fit: a path buffer or a part of one.
 void CopyPath(char (&buffer)[kPathSize], const char* path)
 {
     [[maybe_unused]] const bool fits = CopyText(buffer, path);
@@ -82,7 +82,8 @@ AppWindow::~AppWindow()
         gpMainwnd = nullptr;
 }
 
-// Moves the window to grWinPos, or as near as it can be used, and makes grWinPos say where it is.
+// Moves the window to grWinPos, or to the nearest usable position and size, and stores these in
+// grWinPos.
 void AppWindow::PlaceWindow()
 {
     const QRect window = UsableWindow(grWinPos, gfCmdlineWndpos == 0, ScreenAreas());
@@ -92,8 +93,7 @@ void AppWindow::PlaceWindow()
     resize(window.size());
 }
 
-// The item is not checkable until the background was white once: that is how it starts when the
-// settings file says so.
+// Checkable only after the first toggle if the settings start with the graph's background.
 void AppWindow::CheckBackgroundItem()
 {
     QAction* item = FindViewItem(bkclrItemId);
@@ -109,7 +109,7 @@ void AppWindow::choose()
     dialog->setFileMode(QFileDialog::ExistingFile);
     if (!dialog.IsAccepted())
         return;
-    gbIsTempFile = false; // what the user picks is never deleted
+    gbIsTempFile = false; // a file that the user chooses is never deleted
     load(dialog->selectedFiles().constFirst());
 }
 
@@ -130,13 +130,13 @@ void AppWindow::loadFile(const QByteArray& path, const QString& name)
     if (!fits || LoadPlfFile(gszPlffileOrig, message) != 0) {
         if (fits)
             ShowError(this, tr("Error"), QString::fromLatin1(message));
-        // A graph that the host sent while the box was open stays.
+        // A graph that the host sent while the box was open is kept.
         if (!self.isNull() && !turn.IsOver())
             ForgetDocument(fits ? QString::fromLocal8Bit(gszPlffileOrig) : name);
         return;
     }
     CopyPath(gszPlffileName, GetFilenameNoPath(gszPlffileOrig));
-    // In a title "[*]" stands for a mark of changed documents, and twice for itself.
+    // In a title, Qt replaces "[*]" by a mark of changed documents; doubled, it is literal.
     const QString file = QString::fromLocal8Bit(gszPlffileName);
     setWindowTitle(tr("KORVEL Viewer - ") +
                    QString(file).replace(QStringLiteral("[*]"), QStringLiteral("[*][*]")));
@@ -145,9 +145,9 @@ void AppWindow::loadFile(const QByteArray& path, const QString& name)
     status->ShowBeforePass(tr("Loaded document ") + name, kSuccessTime);
 }
 
-// Writes the full path of a document into gszPlffileOrig; relative names stand in the directory at
-// start-up. The first document of the program also names what is exported, until the end. Says so
-// and returns false when the path does not fit.
+// Writes the full path of a document into gszPlffileOrig; relative names are in the working
+// directory at start-up. The first document also sets the name of exported files, once and for all.
+// Reports a path that does not fit and returns false.
 bool AppWindow::StoreFileName(const QByteArray& name)
 {
     QByteArray path = name;
@@ -165,8 +165,8 @@ bool AppWindow::StoreFileName(const QByteArray& name)
 }
 
 // After a failed load there is no current file; the view, which may still show the last one, is
-// repainted to show it. The properties keep the last graph's short name and vector count, and show
-// the size of the rejected file, deliberately: their empty path says that there is no current file.
+// repainted empty. The properties keep the last graph's short name and vector count, and show the
+// size of the rejected file, deliberately: their empty path says that there is no current file.
 void AppWindow::ForgetDocument(const QString& name)
 {
     status->Show(tr("Error reading ") + name);
@@ -202,7 +202,7 @@ void AppWindow::resetaspect()
     resize(width(), TruncToInt(width() * aspect * pixelShape));
 }
 
-// The two window events keep grWinPos at what the settings file is to hold. They are not passed on.
+// The two window events update grWinPos, which the settings file stores. They are not passed on.
 void AppWindow::moveEvent(QMoveEvent* /*event*/)
 {
     const QPoint corner = pos();
@@ -230,6 +230,6 @@ void AppWindow::closeEvent(QCloseEvent* event)
     event->accept();
     SaveOnClosing();
     giCmdArg = 0; // without a graph the remaining jobs would write empty pictures
-    // The pointer goes with the memory: events that are still waiting may ask for a repaint.
+    // The pointer is cleared too, because waiting events may request a repaint.
     FreePlfBuffer();
 }

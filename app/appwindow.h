@@ -12,7 +12,7 @@ class DrawView;
 class QMenu;
 class StatusText;
 
-/// What the dialogs that open and save graphs offer.
+/// The file types of the dialogs that open and save graphs.
 constexpr char kGraphFilter[] = "KORVEL Graphics (*.plf);;All Files (*)";
 
 class AppWindow : public QMainWindow
@@ -20,24 +20,24 @@ class AppWindow : public QMainWindow
     Q_OBJECT
 
 public:
-    /// Reads the configuration and settings files, builds the menus and places the window at
-    /// grWinPos. It deletes itself when it is closed.
+    /// Reads the configuration and settings files, creates the menus and places the window at
+    /// grWinPos. The window deletes itself when it is closed.
     AppWindow();
     ~AppWindow() override;
 
     /// Loads a graph and shows it; the view keeps its zoom. A failure is reported in a box and in
-    /// the status bar and leaves no current file.
-    /// @param name  absolute, with a directory, or relative to the directory at start-up
+    /// the status bar; there is no current file then.
+    /// @param name  absolute, with a directory, or relative to the working directory at start-up
     void load(const QString& name);
     /// The same for a name in local 8-bit form, which need not be valid text.
-    /// @param name  what the status bar calls it
+    /// @param name  its name in the status bar
     void loadFile(const QByteArray& path, const QString& name);
 
-    /// The texts of the status bar, which all go through it.
+    /// Shows all texts of the status bar.
     StatusText* statusText() const { return status; }
 
-    /// Writes and deletes the files that closing the window would: the settings if autosave is on,
-    /// the host's temporary file. For a program that ends without closing it.
+    /// Does with files what closing the window would: writes the settings if autosave is on, and
+    /// deletes the host's temporary file. For when the program ends without closing it.
     void LeaveFiles();
 
     DrawView* view = nullptr; // set by the view's own constructor
@@ -66,12 +66,12 @@ private:
 
     // The order of the slots is the order of their indices in the meta-object.
 public slots:
-    /// Asks for a file and loads it; a cancelled dialog changes nothing.
+    /// Asks for a file and loads it; canceling the dialog changes nothing.
     void choose();
-    /// Writes the view's picture as a JPEG image: under the name that the command line gave when
-    /// that asked for it, else where the user says.
+    /// Writes the view's picture as a JPEG image: under the name of the command line if that
+    /// requested it, otherwise under a name that the user chooses.
     void ExportJpeg();
-    /// Writes the graph as an EPS file, named like a JPEG image.
+    /// Writes the graph as an EPS file, named in the same way.
     void ExportEPS();
 
 private slots:
@@ -85,7 +85,7 @@ private slots:
     void about();
     void moveEvent(QMoveEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
-    /// Reads one command line from the host and carries it out.
+    /// Reads one command line from the host and runs it.
     void readData();
     /// Ends the connection.
     void deleteSocket();

@@ -29,7 +29,7 @@ int64_t WrapSum(int64_t a, int64_t b)
     return static_cast<int64_t>(static_cast<uint64_t>(a) + static_cast<uint64_t>(b));
 }
 
-// Fields that are missing or no numbers keep their values.
+// Fields that are missing or not numbers keep their values.
 void WindowPosition(const char* value)
 {
     ScanLongs(value, {&grWinPos.left, &grWinPos.top, &grWinPos.width, &grWinPos.height});
@@ -49,7 +49,7 @@ void Print(const char* /*value*/)
     giCmdArg |= kJobPrint;
 }
 
-// Assigns instead of adding: a "-p" before it is discarded, one behind it is kept. Deliberate.
+// Assigns instead of adding: an earlier "-p" is discarded, a later one is kept. Deliberate.
 void Convert(const char* value)
 {
     if (value[0] == '1')
@@ -75,7 +75,7 @@ struct Place {
     const char* name;
 };
 
-// Whether that many bytes fit. Shows a box if they do not.
+// Whether this many bytes fit. Shows a box if not.
 bool Fits(const Place& place, size_t length)
 {
     if (length < place.size)
@@ -84,17 +84,17 @@ bool Fits(const Place& place, size_t length)
     return false;
 }
 
-// Leaves the buffer unchanged when the text does not fit.
+// Leaves the buffer unchanged if the text does not fit.
 bool Store(const Place& place, const char* text)
 {
     return Fits(place, strlen(text)) && CopyText(place.buffer, place.size, text);
 }
 
-// An option, and what it does with the text after it. The text is taken as many characters from
-// the argument's start as the option is long, wherever in the argument the option is.
+// An option, and what it does with its value. The value begins as many characters after the
+// argument's start as the option is long, wherever in the argument the option is.
 struct Action {
     ViewerOption option;
-    void (*apply)(const char* value); // null: the text is stored
+    void (*apply)(const char* value); // null: the value is stored
     Place place = {};
 };
 
@@ -123,7 +123,7 @@ constexpr bool IsComplete()
 }
 static_assert(IsComplete(), "one row for each option, in their order");
 
-// An argument, taken apart.
+// An argument: its option and the value of that.
 struct Argument {
     const Action& action;
     const char* value;
@@ -138,7 +138,7 @@ Argument TakeApart(const char* argument)
     return {kActions[static_cast<size_t>(option)], argument + TextOf(option).size()};
 }
 
-// The working directory is put before relative file names.
+// The working directory is prepended to relative file names.
 size_t FullLength(const Argument& argument)
 {
     const char* value = argument.value;
@@ -146,8 +146,8 @@ size_t FullLength(const Argument& argument)
     return strlen(value) + (isJoined ? strlen(gszCurdir) + 1 : 0);
 }
 
-// The last file name wins. One that does not fit clears the name, so that no earlier one is used
-// instead.
+// The last file name wins. A name that does not fit clears the file name, so that no earlier one is
+// used instead.
 void Apply(const Argument& argument)
 {
     if (argument.action.apply != nullptr)

@@ -28,10 +28,10 @@
 
 namespace {
 
-// Steps of giExportQuality on the toolkit's scale of 0 to 100.
+// One step of giExportQuality on Qt's scale of 0 to 100.
 constexpr int kQualityStep = 10;
 
-// Where names without a directory go, in bytes.
+// The directory of names without one, in bytes.
 QByteArray ExportDirectory()
 {
     if (gszCurrentWorkingDir[0] != 0)
@@ -40,8 +40,8 @@ QByteArray ExportDirectory()
     return current.get();
 }
 
-// Puts a directory in front of a name without one and makes the result the export's file name.
-// Says so and returns false when it does not fit.
+// Prepends a directory to a name without one and stores the result as the export's file name.
+// Reports a path that does not fit and returns false.
 bool CompleteExportName(QWidget* parent, QByteArray name)
 {
     if (!name.contains('/') && !name.contains('\\'))
@@ -53,15 +53,14 @@ bool CompleteExportName(QWidget* parent, QByteArray name)
     return false;
 }
 
-// Any configured value is passed on; only the product is kept an int.
+// Any configured value is passed on; it is only limited so that the product is an int.
 int JpegQuality()
 {
     constexpr int kMost = std::numeric_limits<int>::max() / kQualityStep;
     return std::clamp(giExportQuality, -kMost, kMost) * kQualityStep;
 }
 
-// Writes a picture under the export's file name. The toolkit's own saving would wait for somebody
-// to read a pipe.
+// Writes a picture under the export's file name. QPixmap::save would wait for a reader of a pipe.
 bool SaveJpeg(const QPixmap& picture)
 {
     QBuffer jpeg;
@@ -74,7 +73,7 @@ bool SaveJpeg(const QPixmap& picture)
            fclose(file.release()) == 0;
 }
 
-// What makes one export differ from the other, but for the writing.
+// The differences between the exports, except for writing.
 struct ExportKind {
     int job; // its bit of giCmdArg
     const char* extension;
@@ -90,17 +89,17 @@ QByteArray ExportName(AppWindow& window, const ExportKind& kind, bool asJob)
         .toLocal8Bit();
 }
 
-// Names the file, calls write and, when the export is a job, continues with the remaining jobs. A
-// box may be shown; if a host's command arrives while it is open, that command must not run this
-// job again, and the remaining jobs are no longer ours to run.
+// Determines the file name, calls write and, if the export is a job, continues with the remaining
+// jobs. A box may be shown; if a host's command arrives while it is open, that command must not run
+// this job again, and the remaining jobs are no longer ours to run.
 template <typename Write> void Export(AppWindow& window, const ExportKind& kind, Write write)
 {
     const bool asJob = (giCmdArg & kind.job) != 0;
-    // A character a byte: the bytes need not be text, and read as text they would become the name
-    // of another file. Only ASCII is looked at until they are bytes again.
+    // One character per byte: the bytes need not be valid text, and decoded as text they could
+    // become the name of another file. Only ASCII characters matter until they are bytes again.
     QString name = QString::fromLatin1(ExportName(window, kind, asJob));
     if (name.isEmpty())
-        return; // a job without a name stays pending, deliberately
+        return; // a job without a name remains pending, deliberately
     AppendFileExt(name, kind.extension);
     const QPointer<DrawView> view(window.view); // the window may be closed while a box is open
     const Turn turn;
@@ -134,12 +133,12 @@ void AppWindow::saveAs()
     }
     const QString name =
         AskSaveName(this, {"Save Graphic File", tr("Save as"), tr(kGraphFilter), ".plf"});
-    // A host's command may have replaced or dropped the graph while the dialog stood open.
+    // A host's command may have replaced or closed the graph while the dialog was open.
     if (name.isEmpty() || gpPlfmembuf == nullptr)
         return;
     const FilePtr file(OpenForWriting(name.toLocal8Bit().constData()));
     if (file == nullptr) {
-        // No blank between the words and the name: kept so on purpose.
+        // No blank between the text and the name: deliberate.
         ShowError(this, tr("Error"), tr("Error opening") + name);
         return;
     }
@@ -158,7 +157,7 @@ void AppWindow::ExportJpeg()
     });
 }
 
-// Neither success nor failure is told.
+// Reports neither success nor failure.
 void AppWindow::ExportEPS()
 {
     const ExportKind eps = {kJobEps, ".eps", tr("Export EPS file"),

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 //
-// The main window's side of the host link: command lines come in, each is carried out and
-// acknowledged.
+// The main window's side of the host link: it receives command lines, runs each and acknowledges
+// it.
 #include "app/appwindow.h"
 #include "app/cmdline.h"
 #include "app/drawview.h"
@@ -24,8 +24,8 @@
 
 namespace {
 
-// In the program's own texts a zero would cut the line, and half a surrogate pair would become
-// another character: either way a word would name another file, which "-tmp" then deletes.
+// In the program's 8-bit texts a zero would cut the line, and half a surrogate pair would become
+// another character: a word would name another file, which "-tmp" would then delete.
 bool FitsIntoBytes(const QString& line)
 {
     if (!line.contains(QChar(u'\0')) && QString::fromLocal8Bit(line.toLocal8Bit()) == line)
@@ -37,7 +37,7 @@ bool FitsIntoBytes(const QString& line)
 }
 
 // The words of a command line, split at every blank: two blanks in a row give an empty word, which
-// is a file name like any other. There is no program name in front.
+// is a file name like any other. There is no program name.
 class Words
 {
 public:
@@ -50,10 +50,10 @@ public:
             argv.push_back(word.data());
     }
 
-    /// Checks that all of them fit their buffers; shows a box if not.
+    /// Whether all words fit their buffers; shows a box if not.
     bool Fit() { return CmdlineFits(Count(), argv.data(), 0); }
 
-    /// Returns whether the words place the window; gfCmdlineWndpos stays set if earlier ones did.
+    /// Returns whether the words place the window; gfCmdlineWndpos remains set if earlier ones did.
     /// May show the usage box.
     bool Apply()
     {
@@ -79,7 +79,7 @@ void AppWindow::ConnectHost()
     host.Connect(QString::fromLocal8Bit(gszKrvServerName), this, [this] { readData(); });
 }
 
-// One command line a call.
+// Runs one command line per call.
 void AppWindow::readData()
 {
     if (!host.HasSocket())
@@ -92,18 +92,18 @@ void AppWindow::readData()
     const std::optional<QString> commandLine = host.Receive();
     if (!commandLine)
         return;
-    checkDeleteTempFile(); // the file of the command before
+    checkDeleteTempFile(); // the file of the previous command
     const bool isAnswered = RunCommand(*commandLine);
     if (!self.isNull() && isAnswered)
         host.Acknowledge();
 }
 
-// Runs a command line. Returns whether it is to be acknowledged.
+// Runs a command line. Returns whether to acknowledge it.
 bool AppWindow::RunCommand(const QString& commandLine)
 {
     Words words(commandLine);
-    // A command line is used whole or not at all: part of one could delete or overwrite a file that
-    // was not meant. Its file is not marked as temporary while the box is open either.
+    // A command line is used as a whole or not at all: a part of it could delete or overwrite
+    // another file. While the box is open, no file is marked as temporary.
     gbIsTempFile = false;
     if (!FitsIntoBytes(commandLine) || !words.Fit())
         return true;
@@ -114,9 +114,9 @@ bool AppWindow::RunCommand(const QString& commandLine)
         return false;
     if (places)
         PlaceWindow();
-    // Without a file there is no answer and the length stays as it is, so that the next frame's own
-    // is taken for the start of its string. Deliberate: hosts send no such command and expect no
-    // answer to one.
+    // Without a file there is no answer and the length is kept, so the length of the next frame is
+    // read as the start of its string. Deliberate: hosts do not send such commands and expect no
+    // answer to them.
     if (gszPlffileOrig[0] == 0) {
         Turn::LeaveJobs();
         return false;
@@ -139,9 +139,9 @@ void AppWindow::deleteSocket()
     host.DeleteSocket();
 }
 
-// Only a file that the host handed over whole, by name and with "-tmp", is ever deleted. The name
-// is used byte by byte: one that is no text would be another file's after a conversion to text. The
-// flag and the name stay; the next command line resets them.
+// Only a file that the host named in full, with "-tmp", is ever deleted. The name is used byte by
+// byte: decoded as text, an invalid one could name another file. The flag and the name are kept;
+// the next command line resets them.
 void AppWindow::checkDeleteTempFile()
 {
     qDebug() << "Existing file name: " << QString::fromLocal8Bit(gszPlffileOrig);

@@ -68,11 +68,11 @@ void DrawView::PostCmdargDone(int iNotval)
     const QPointer<DrawView> self(this);
     QCoreApplication::processEvents(); // paints the window before anything else happens
     ClearDone(done);
-    // Qt ignores the request outside the event loop; it is made anyway.
+    // Qt ignores the request outside the event loop; it is sent anyway.
     if (giCmdArg == 0 && gbCmdQuit)
         QCoreApplication::quit();
-    // Each job ends in a call of this function that clears its bit and runs the rest, so every
-    // test reads giCmdArg afresh.
+    // Each job ends with a call of this function that clears its bit and runs the rest, so giCmdArg
+    // is read again for each test.
     const auto isPending = [&](int job) {
         return !self.isNull() && !turn.JobsWait() && (giCmdArg & job) != 0;
     };

@@ -28,17 +28,16 @@ private:
     unsigned long left;
 };
 
-/// Bits of giCmdArg that can be jobs.
+/// All bits of giCmdArg that are jobs.
 constexpr int kMostJobs = 31;
 
-/// The number under which the end of a job is reported to DrawView::PostCmdargDone: 1 print, 2
-/// JPEG, 3 EPS.
+/// The number that reports the end of a job to DrawView::PostCmdargDone: 1 print, 2 JPEG, 3 EPS.
 /// @param job  its bit of giCmdArg
 constexpr int JobNumber(int job)
 {
     return std::countr_zero(static_cast<unsigned>(job)) + 1;
 }
-/// The bit of giCmdArg of a job, by its number; 0 when the number is none.
+/// The bit of giCmdArg of a job, by its number; 0 if there is no such job.
 constexpr int JobOf(int number)
 {
     return number > 0 && number <= kMostJobs ? 1 << (number - 1) : 0;
@@ -49,7 +48,7 @@ constexpr int JobOf(int number)
 /// @param jobs  bits of giCmdArg
 void MarkDone(int jobs);
 
-/// Clears the bits of jobs that are marked as done. Bits that a command has set since stay.
+/// Clears the bits of jobs that are marked as done, except those that a command has set since.
 void ClearDone(int jobs);
 
 /// Starts the turn of a command from the host; to be called before its words are applied.

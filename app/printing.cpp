@@ -17,8 +17,8 @@
 
 namespace {
 
-// Only 0 is Letter and only 2 is A4: deliberate, configuration files in use rely on the rest being
-// Legal.
+// Only 0 is Letter and only 2 is A4: deliberate, existing configuration files rely on all other
+// values being Legal.
 QPageSize::PageSizeId CmdlinePaper()
 {
     switch (giCmdPrintPapertype) {
@@ -31,14 +31,14 @@ QPageSize::PageSizeId CmdlinePaper()
     }
 }
 
-// Without a printer on the system the toolkit's printer writes files, and has no name for one. A
-// painter cannot begin on it then, and the attempt would leave it unable to print for good.
+// If the system has no printer, QPrinter writes to files but has no file name. A painter cannot
+// begin on it then, and after the attempt it could never print.
 bool HasOutput(const QPrinter& printer)
 {
     return printer.outputFormat() != QPrinter::PdfFormat || !printer.outputFileName().isEmpty();
 }
 
-// What lists of print jobs and the titles of printed files say. A failed load leaves the last name.
+// The name of print jobs and the title of printed files. A failed load leaves the last file name.
 QString JobName()
 {
     return gszPlffileOrig[0] != 0 ? QString::fromLocal8Bit(gszPlffileName)
@@ -55,7 +55,7 @@ void AppWindow::print()
 void DrawView::printIt()
 {
     MakePrinter();
-    const QPointer<QPrintDialog> dialog = new QPrintDialog(pPrinter, this); // goes with the view
+    const QPointer<QPrintDialog> dialog = new QPrintDialog(pPrinter, this); // deleted with the view
     dialog->setWindowTitle(tr("Print Graph"));
     PrintPaper paper(pPrinter);
     const bool isAccepted = dialog->exec() == QDialog::Accepted;
@@ -75,14 +75,14 @@ void DrawView::cmdPrint()
     PostCmdargDone(JobNumber(kJobPrint));
 }
 
-// The user is not told of a printer that does not take the job.
+// A printer that rejects the job is not reported.
 void DrawView::PrintGraph()
 {
     if (!HasOutput(*pPrinter)) {
         qWarning("plotvw: no printer found");
         return;
     }
-    // Open for as long as the toolkit opens the file itself, which waits for a reader of a pipe.
+    // Kept open while Qt opens the file itself, because Qt would wait for a reader of a pipe.
     const QByteArray name = pPrinter->outputFileName().toLocal8Bit();
     const FilePtr output(name.isEmpty() ? nullptr : OpenForWriting(name.constData(), true));
     pPrinter->setDocName(JobName());
