@@ -12,8 +12,8 @@
 
 namespace {
 
-// Bytes that wait to be read; what a host sends beyond them waits on its side. A frame has 32769 at
-// most as far as its length can tell, and far longer ones are taken too.
+// Limit of unread bytes; the rest waits on the host's side. A frame has at most 32769 bytes
+// according to its length field, but much longer ones are accepted too.
 constexpr qint64 kMostWaiting = 1'048'576;
 
 } // namespace

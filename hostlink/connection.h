@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 //
-// The viewer's end of the host link: command lines come in, acknowledgements go out. What a command
-// line does is its owner's business.
+// The viewer's end of the host link: receives command lines and sends acknowledgements. The owner
+// runs the command lines.
 #pragma once
 
 #include <QString>
@@ -17,25 +17,27 @@ class HostConnection
 {
 public:
     HostConnection() = default;
-    /// Leaves the socket, which may be in use further up the call stack, to the application.
+    /// Does not delete the socket, which may be in use further up the call stack; the application
+    /// does.
     ~HostConnection();
     HostConnection(const HostConnection&) = delete;
     HostConnection& operator=(const HostConnection&) = delete;
 
     /// Connects to the host's local server and sends the greeting. Does not wait for the
-    /// connection: a listening server takes it immediately, or as soon as its queue has room.
-    /// Without a server nothing happens.
+    /// connection: a listening server takes it immediately, or as soon as its queue has room. Does
+    /// nothing if there is no server.
     /// @param server   name or path
-    /// @param owner    ends the calls of arrived when it is destroyed
-    /// @param arrived  called each time that bytes arrive
+    /// @param owner    arrived is not called after the owner is destroyed
+    /// @param arrived  called whenever bytes arrive
     void Connect(const QString& server, QObject* owner, std::function<void()> arrived);
 
-    /// Whether the socket is still there.
+    /// Whether the socket still exists.
     [[nodiscard]] bool HasSocket() const { return socket != nullptr; }
 
-    /// One command line, when it has come. A second one that came with it waits for the next call.
+    /// Returns one command line, if one has arrived. A second one that arrived with it waits for
+    /// the next call.
     std::optional<QString> Receive();
-    /// Answers the command line that was received last; the next one begins with its length.
+    /// Acknowledges the last command line; the next one begins with its length.
     void Acknowledge();
     /// Sends a message, if the link is open.
     void Send(const QString& message);

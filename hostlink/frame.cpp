@@ -8,7 +8,7 @@
 
 namespace {
 
-// The stream format that hosts speak: number 7.
+// The stream format of the hosts, number 7.
 constexpr QDataStream::Version kStreamVersion = QDataStream::Qt_4_0;
 static_assert(kStreamVersion == 7);
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 //
-// What viewer and host say to each other. A host sends command lines; all else is here.
+// The messages of the host link, except for the command lines that a host sends.
 #pragma once
 
 #include <QString>

@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: MIT
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 //
-// The options of the viewer's command line, which is also what a host sends.
+// The options of the viewer's command line, which hosts send too.
 #pragma once
 
 #include <array>
 #include <cstddef>
 #include <string_view>
 
-/// In the order in which the viewer looks for them.
+/// In the order in which the viewer searches for them.
 enum class ViewerOption {
     kWindowPlace,
     kOrientation,
@@ -25,9 +25,9 @@ enum class ViewerOption {
 
 constexpr size_t kViewerOptionCount = static_cast<size_t>(ViewerOption::kNone);
 
-/// Their texts; a '=' opens a value. Hosts rely on the order and on the search inside the whole
-/// word: the first option that occurs in a word decides, so that a path such as
-/// /data/run-plot.plf asks for a print, and "-h" is a file name.
+/// Their texts; a value follows '='. Hosts rely on the order and on the search inside the whole
+/// word: the first option that occurs in a word counts, so a path such as /data/run-plot.plf
+/// requests a print, and "-h" is a file name.
 constexpr std::array<std::string_view, kViewerOptionCount> kViewerOptions = {
     "-wp=",      // kWindowPlace
     "-po=",      // kOrientation
@@ -47,7 +47,7 @@ constexpr std::string_view TextOf(ViewerOption option)
                                          : kViewerOptions[static_cast<size_t>(option)];
 }
 
-/// The option that the viewer takes a word for, or kNone if the word is a file name.
+/// The option that the viewer recognizes in a word, or kNone if the word is a file name.
 constexpr ViewerOption OptionIn(std::string_view word)
 {
     size_t i = 0;
