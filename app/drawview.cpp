@@ -142,7 +142,7 @@ void DrawView::DrawRubberRect(QPainter* /*painter*/)
                SaturateToInt(std::max<int64_t>(zoomRect.height, 1))});
 }
 
-// Changes the band and repaints that part of the screen at once, without drawing the graph:
+// Changes the band and repaints that part of the screen immediately, without drawing the graph:
 // everything under and around the band looks as in the last full repaint. The part under the
 // rectangle is shown by the next ordinary repaint.
 void DrawView::ChangeBand(const QRegion& changed, const std::function<void()>& change)

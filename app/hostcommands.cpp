@@ -73,7 +73,7 @@ private:
 
 } // namespace
 
-// Without a server the viewer runs alone.
+// If there is no server, the viewer runs without a host.
 void AppWindow::ConnectHost()
 {
     host.Connect(QString::fromLocal8Bit(gszKrvServerName), this, [this] { readData(); });

@@ -18,7 +18,7 @@ if(PLOTVW_SANITIZE)
   target_compile_options(plotvw_flags INTERFACE ${sanitizers} -fno-omit-frame-pointer)
   target_link_options(plotvw_flags INTERFACE ${sanitizers})
   if(PLOTVW_FUZZ)
-    # What guides the fuzzer; its main function is linked with the targets alone.
+    # What guides the fuzzer; its main function is linked with the targets only.
     target_compile_options(plotvw_flags INTERFACE -fsanitize=fuzzer-no-link)
   endif()
 endif()

@@ -212,7 +212,7 @@ class PlfWriter:
             self.path([(x, y1), (x, y2)])
 
     def text(self, x, y, value):
-        # The semicolon that ends a position stands for the ESC of the command after it.
+        # The semicolon that ends a position replaces the ESC of the next command.
         self.string(ESC + f"ZP{x},{y};ZD".encode("ascii"), value)
 
     def raw(self, template):

@@ -2,7 +2,7 @@
 # SPDX-License-Identifier: MIT
 # SPDX-FileCopyrightText: 2026 plotvw contributors
 #
-# Draw the icon in the sizes that desktops ask for, beside this script; to be run when plotvw.svg has changed.
+# Draw the icon in the sizes that desktops need, in the folder of this script; run it after plotvw.svg has changed.
 #
 # Debian packages: librsvg2-bin.
 set -euo pipefail
