@@ -17,6 +17,8 @@
 #include <QPainter>
 #include <QTest>
 
+using namespace info;
+
 namespace {
 
 constexpr unsigned kStreams = 3000;

@@ -3,14 +3,18 @@
 //
 // The converter's parts: what its options mean, how pictures are named, how files get their names,
 // and what becomes of workers that die.
-#include "tools/convert/arguments.h"
-#include "tools/convert/names.h"
-#include "tools/convert/naming.h"
+#include "tools/common/filename.h"
+#include "tools/common/integer.h"
+#include "tools/convert/convert.h"
+#include "tools/convert/format.h"
+#include "tools/convert/namepattern.h"
 #include "tools/convert/options.h"
 #include "tools/convert/output.h"
 #include "tools/convert/palettize.h"
+#include "tools/convert/picturesize.h"
 #include "tools/convert/plan.h"
-#include "tools/convert/report.h"
+#include "tools/convert/progress.h"
+#include "tools/convert/values.h"
 #include "tools/convert/workers.h"
 
 #include <QDir>
@@ -26,6 +30,8 @@
 #include <memory>
 #include <optional>
 
+using namespace convert;
+
 namespace {
 
 CommandLine Read(const QString& arguments)
@@ -37,7 +43,7 @@ Options ReadValid(const QString& arguments)
 {
     const CommandLine line = Read(arguments);
     if (!line.options)
-        qWarning("%s", qPrintable(line.text));
+        qWarning("%s", qPrintable(line.reply.text));
     return line.options.value_or(Options{});
 }
 
@@ -113,7 +119,7 @@ private slots:
     void integer_isDigitsWithinItsRange()
     {
         QFETCH(QString, text);
-        QTEST(ParseInteger(text, 1, 100).value_or(-1), "value");
+        QTEST(tools::ParseInteger(text, 1, 100).value_or(-1), "value");
     }
 
     void size_isTwoSides_data()
@@ -258,13 +264,13 @@ private slots:
 
     void partsOfNames_areTaken()
     {
-        QCOMPARE(BaseName(QStringLiteral("a/b.plf")), QStringLiteral("b"));
-        QCOMPARE(BaseName(QStringLiteral("a.b/c")), QStringLiteral("c"));
-        QCOMPARE(BaseName(QStringLiteral(".plf")), QStringLiteral(".plf"));
-        QCOMPARE(BaseName(QStringLiteral("-")), QStringLiteral("stdin"));
-        QCOMPARE(FolderOf(QStringLiteral("a/b/c.plf")), QStringLiteral("a/b"));
-        QCOMPARE(FolderOf(QStringLiteral("c.plf")), QStringLiteral("."));
-        QCOMPARE(FolderOf(QStringLiteral("/c.plf")), QStringLiteral("/"));
+        QCOMPARE(tools::BaseName(QStringLiteral("a/b.plf")), QStringLiteral("b"));
+        QCOMPARE(tools::BaseName(QStringLiteral("a.b/c")), QStringLiteral("c"));
+        QCOMPARE(tools::BaseName(QStringLiteral(".plf")), QStringLiteral(".plf"));
+        QCOMPARE(tools::BaseName(QStringLiteral("-")), QStringLiteral("stdin"));
+        QCOMPARE(tools::FolderOf(QStringLiteral("a/b/c.plf")), QStringLiteral("a/b"));
+        QCOMPARE(tools::FolderOf(QStringLiteral("c.plf")), QStringLiteral("."));
+        QCOMPARE(tools::FolderOf(QStringLiteral("/c.plf")), QStringLiteral("/"));
     }
 
     void names_survive_data()
@@ -280,15 +286,15 @@ private slots:
     void names_survive()
     {
         QFETCH(QByteArray, name);
-        QCOMPARE(EncodeName(DecodeName(name)), name);
-        QCOMPARE(EncodeName(u'/' + DecodeName(name) + QStringLiteral("é")),
+        QCOMPARE(tools::EncodeName(tools::DecodeName(name)), name);
+        QCOMPARE(tools::EncodeName(u'/' + tools::DecodeName(name) + QStringLiteral("é")),
                  '/' + name + "\xc3\xa9");
     }
 
     void nameInAMessage_staysOnItsLine()
     {
-        QCOMPARE(VisibleName("a\nb\x1b[2J\x7f"), QByteArray("a\\x0ab\\x1b[2J\\x7f"));
-        QCOMPARE(VisibleName("\xc3\xa4"), QByteArray("\xc3\xa4"));
+        QCOMPARE(tools::VisibleName("a\nb\x1b[2J\x7f"), QByteArray("a\\x0ab\\x1b[2J\\x7f"));
+        QCOMPARE(tools::VisibleName("\xc3\xa4"), QByteArray("\xc3\xa4"));
     }
 
     void commandLine_thatIsWrong_isToldWhy_data()
@@ -302,16 +308,16 @@ private slots:
         row("a.plf", "--output-dir");
         row("a.plf b.plf c.plf", "--output-dir");
         row("--output-dir d", "no graph");
-        row("--output-dir= a.plf", "no folder");
-        row("a.plf b.gif", "no known format");
+        row("--output-dir= a.plf", "--output-dir '': expected a directory");
+        row("a.plf b.gif", "'b.gif': unknown extension; use png, jpg");
         row("a.plf -", "--format");
-        row("--pattern {name} a.plf", "no known format");
+        row("--pattern {name} a.plf", "unknown extension");
         row("--pattern {x}.png a.plf", "--pattern");
         row("--format gif a.plf b", "--format 'gif'");
         row("--size 10 a.plf b.png", "--size '10'");
         row("--width 0 a.plf b.png", "--width '0'");
-        row("--size 10x10 --width 10 a.plf b.png", "exclude");
-        row("--size 10x10 a.plf b.eps", "--width instead");
+        row("--size 10x10 --width 10 a.plf b.png", "cannot be combined");
+        row("--size 10x10 a.plf b.eps", "use --width instead");
         row("--width 32767 --area 0,0,1,100 a.plf b.png", "too large");
         row("--dpi 0 a.plf b.png", "--dpi '0'");
         row("--area 5,5,5,5 a.plf b.png", "--area");
@@ -320,18 +326,18 @@ private slots:
         row("--line-scale 0 a.plf b.png", "--line-scale");
         row("--min-line-width -1 a.plf b.png", "--min-line-width");
         row("--quality 0 a.plf b.jpg", "--quality '0'");
-        row("--quality 50 a.plf b.png", "JPEG alone");
+        row("--quality 50 a.plf b.png", "applies to JPEG only");
         row("--jobs 0 a.plf b.png", "--jobs '0'");
-        row("--colour a.plf b.png", "colour");
+        row("--colour a.plf b.png", "unknown option 'colour'");
     }
     void commandLine_thatIsWrong_isToldWhy()
     {
         QFETCH(QString, arguments);
         QFETCH(QString, reason);
         const CommandLine line = Read(arguments);
-        QVERIFY(line.isWrong);
+        QVERIFY(line.reply.isWrong);
         QVERIFY(!line.options);
-        QVERIFY2(line.text.contains(reason), qPrintable(line.text));
+        QVERIFY2(line.reply.text.contains(reason), qPrintable(line.reply.text));
     }
 
     void commandLine_withoutOptions_isTheViewersPicture()
@@ -341,8 +347,8 @@ private slots:
         QCOMPARE(options.output, QStringLiteral("b.png"));
         QCOMPARE(options.picture.background, Background::kAllWhite);
         QCOMPARE(options.picture.lineScale, 1.0);
-        QCOMPARE(options.picture.quality, 100);
-        QVERIFY(!options.picture.minLineWidth && !options.picture.black);
+        QVERIFY(!options.picture.minLineWidth && !options.picture.quality &&
+                !options.picture.black);
         QVERIFY(options.workers >= 1);
     }
 
@@ -357,10 +363,10 @@ private slots:
     void helpAndVersion_arePrintedInstead()
     {
         const CommandLine help = Read(QStringLiteral("--help"));
-        QVERIFY(!help.options && !help.isWrong);
-        QVERIFY(help.text.contains(QStringLiteral("--min-line-width")));
+        QVERIFY(!help.options && !help.reply.isWrong);
+        QVERIFY(help.reply.text.contains(QStringLiteral("--min-line-width")));
         const CommandLine version = Read(QStringLiteral("--version"));
-        QVERIFY(!version.options && !version.isWrong && !version.text.isEmpty());
+        QVERIFY(!version.options && !version.reply.isWrong && !version.reply.text.isEmpty());
     }
 
     void plan_namesEveryPicture()
@@ -402,14 +408,14 @@ private slots:
 
     void summary_counts()
     {
-        Report report(4, true);
-        report.Add("a", {Outcome::kConverted, {}});
-        report.Add("b", {Outcome::kConverted, {}});
-        report.Add("c", {Outcome::kFailed, {}});
-        QCOMPARE(report.Summary(), QByteArray("4 files: 2 converted, 1 failed"));
-        report.Add("d", {Outcome::kSkipped, {}});
-        QCOMPARE(report.Summary(), QByteArray("4 files: 2 converted, 1 skipped, 1 failed"));
-        QCOMPARE(report.FailureCount(), 1);
+        Progress progress(4, true);
+        progress.Add("a", {Outcome::kConverted, {}});
+        progress.Add("b", {Outcome::kConverted, {}});
+        progress.Add("c", {Outcome::kFailed, {}});
+        QCOMPARE(progress.Summary(), QByteArray("4 files: 2 converted, 1 failed"));
+        progress.Add("d", {Outcome::kSkipped, {}});
+        QCOMPARE(progress.Summary(), QByteArray("4 files: 2 converted, 1 skipped, 1 failed"));
+        QCOMPARE(progress.FailureCount(), 1);
     }
 
     void imageOfFewColors_getsATable_data()

@@ -233,7 +233,7 @@ void TestPlfInfo::call_fileThatCannotBeRead_namesItAndGoesOn_data()
     QTest::addColumn<QString>("name");
     QTest::addColumn<QByteArray>("reason");
     QTest::newRow("missing") << Text("none.plf") << QByteArray("No such file or directory");
-    QTest::newRow("folder") << Text(".") << QByteArray("is a folder");
+    QTest::newRow("folder") << Text(".") << QByteArray("is a directory");
     QTest::newRow("empty") << Text("empty.plf") << QByteArray("is empty");
     QTest::newRow("no graph") << Text("text.plf")
                               << QByteArray("File is not a recognized PLF graphic format.");
@@ -281,7 +281,7 @@ void TestPlfInfo::call_outputThatCannotBeWritten_endsWith1()
     QVERIFY(process.waitForFinished(kTimeout));
     QCOMPARE(process.exitCode(), 1);
     QCOMPARE(process.readAllStandardError(),
-             QByteArray("plfinfo: the output cannot be written: No space left on device\n"));
+             QByteArray("plfinfo: cannot write output: No space left on device\n"));
 }
 
 void TestPlfInfo::call_helpAndVersion_endWith0()
@@ -302,7 +302,7 @@ void TestPlfInfo::call_nameThatIsNoText_isRead()
     process.setWorkingDirectory(folder->path());
     process.start(Text("sh"), {Text("-c"), Text("exec '" PLFINFO_PROGRAM "' --json caf*")});
     QVERIFY(process.waitForFinished(kTimeout));
-    QCOMPARE(unlink(name.c_str()), 0); // the toolkit cannot
+    QCOMPARE(unlink(name.c_str()), 0); // Qt cannot
     QCOMPARE(process.exitCode(), 0);
     const QJsonArray graphs = QJsonDocument::fromJson(process.readAllStandardOutput()).array();
     QCOMPARE(graphs[0][Text("file")].toString(), Text("caf\ufffd.plf"));

@@ -7,7 +7,7 @@
 #include "meta/pass.h"
 #include "tests/sanitized.h"
 #include "tools/info/inspector.h"
-#include "tools/info/report.h"
+#include "tools/info/summarytext.h"
 
 #include <QDir>
 #include <QImage>
@@ -20,6 +20,8 @@
 #include <functional>
 #include <thread>
 #include <vector>
+
+using namespace info;
 
 namespace {
 

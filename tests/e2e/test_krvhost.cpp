@@ -80,13 +80,13 @@ private slots:
     void cleanup();
 
     void answers_arePrinted();
-    void help_tellsOptionsAndCodes();
-    void exitCode_tellsWhatHappened_data();
-    void exitCode_tellsWhatHappened();
-    void wrongGreeting_isCode3();
-    void wrongAnswer_isCode4();
-    void viewerThatQuits_isCode5();
-    void viewerThatIsKilled_isCode5();
+    void help_namesOptionsAndCodes();
+    void exitCode_isThatOfEveryTool_data();
+    void exitCode_isThatOfEveryTool();
+    void wrongGreeting_isCode1();
+    void wrongAnswer_isCode1();
+    void viewerThatQuits_isCode1();
+    void viewerThatIsKilled_isCode1();
     void nameThatIsTaken_isLeftAlone();
     void socket_isForItsUserAlone();
     void script_isRead_data();
@@ -94,12 +94,12 @@ private slots:
     void commandWithoutAnswer_isNotWaitedFor();
     void tmp_handsOverCopiesThatTheViewerDeletes();
     void tmp_removesWhatTheViewerLeft();
-    void tmp_withoutAPlaceForCopies_isCode2();
-    void tmp_inADirectoryThatNoCommandCanName_isCode2_data();
-    void tmp_inADirectoryThatNoCommandCanName_isCode2();
+    void tmp_withoutAPlaceForCopies_isCode1();
+    void tmp_inADirectoryThatNoCommandCanName_isCode1_data();
+    void tmp_inADirectoryThatNoCommandCanName_isCode1();
     void quit_thatTheViewerForgets_isSentAgain_data();
     void quit_thatTheViewerForgets_isSentAgain();
-    void quit_thatNeverCounts_isCode4();
+    void quit_thatNeverCounts_isCode1();
     void stay_waitsForTheUser();
     void hostThatIsKilled_leavesItsViewer();
 
@@ -196,18 +196,18 @@ void TestKrvHost::answers_arePrinted()
     QCOMPARE(QDir(home->path()).entryList({QStringLiteral("krvhost*")}, kinds), QStringList());
 }
 
-void TestKrvHost::help_tellsOptionsAndCodes()
+void TestKrvHost::help_namesOptionsAndCodes()
 {
     const HostRun run = RunHost(QStringLiteral("--help"));
     QCOMPARE(run.code, 0);
     QCOMPARE(run.errors, QString());
-    for (const char* text : {"--viewer <program>", "--arg <argument>", "--name <name>",
-                             "--script <file>", "--timeout <seconds>", "--no-start", "--tmp",
-                             "--stay", "--leave", "[commands...]", "5 the viewer went away"})
+    for (const char* text : {"--viewer <PROGRAM>", "--arg <ARGUMENT>", "--name <NAME>",
+                             "--script <FILE>", "--timeout <SECONDS>", "--no-start", "--tmp",
+                             "--stay", "--leave", "[COMMAND...]", "3 no server"})
         QVERIFY2(run.output.simplified().contains(QString::fromLatin1(text)), text);
 }
 
-void TestKrvHost::exitCode_tellsWhatHappened_data()
+void TestKrvHost::exitCode_isThatOfEveryTool_data()
 {
     QTest::addColumn<QString>("arguments");
     QTest::addColumn<int>("code");
@@ -220,26 +220,26 @@ void TestKrvHost::exitCode_tellsWhatHappened_data()
     row("no command",                   "--arg|graph.plf",                         0, "");
     row("commands that are answered",   "--arg|graph.plf|other.plf|graph.plf -q",  0, "");
     row("an option begins the command", "--arg|graph.plf|--|-po=l other.plf",      0, "");
-    row("an unknown option",            "--arg|graph.plf|--color",                 1, "color");
-    row("an option read as krvhost's",  "--arg|graph.plf|-po=l other.plf",         1, "Put -- in front of");
-    row("no time",                      "--timeout|0|graph.plf",                   1, "--timeout takes 1 to 86400 seconds.");
-    row("a time that is no number",     "--timeout|soon|graph.plf",                1, "--timeout takes");
-    row("too long a time",              "--timeout|86401|graph.plf",               1, "--timeout takes");
-    row("two ways to end",              "--stay|--leave|graph.plf",                1, "--stay and --leave exclude each other.");
-    row("a server in no directory",     "--name|%1/none/socket|graph.plf",         2, "cannot listen on");
-    row("a viewer that is not there",   "--viewer|%1/none|graph.plf",              2, "cannot start");
-    row("the same, to be left",         "--leave|--viewer|%1/none|graph.plf",      2, "cannot start");
-    row("a script that is not there",   "--script|none.txt",                       2, "cannot read none.txt.");
-    row("a script that is a directory", "--script|%1",                             2, "cannot read");
-    row("no viewer",                    "--no-start|--timeout|1",                  3, "no viewer connected in time.");
-    row("a viewer without a link",      "--viewer|true|--timeout|1",               3, "no viewer connected in time.");
-    row("a name that is an option",     "--name|krv-pipe|--arg|graph.plf|--timeout|1", 3, "no viewer connected in time.");
-    row("a command without a file",     "--arg|graph.plf|--timeout|1|graph.plf  -po=l", 4, "no acknowledgement in time: graph.plf  -po=l");
-    row("a box that nobody closes",     "--arg|graph.plf|--timeout|1|missing.plf", 4, "no acknowledgement in time: missing.plf");
+    row("an unknown option",            "--arg|graph.plf|--color",                 2, "unknown option 'color'");
+    row("an option read as krvhost's",  "--arg|graph.plf|-po=l other.plf",         2, "put -- before commands that start with '-'");
+    row("no time",                      "--timeout|0|graph.plf",                   2, "--timeout '0': expected a whole number from 1 to 86400");
+    row("a time that is no number",     "--timeout|soon|graph.plf",                2, "--timeout 'soon'");
+    row("too long a time",              "--timeout|86401|graph.plf",               2, "--timeout '86401'");
+    row("two ways to end",              "--stay|--leave|graph.plf",                2, "--stay and --leave cannot be combined\nTry 'krvhost --help'.");
+    row("a server in no directory",     "--name|%1/none/socket|graph.plf",         3, "cannot listen on");
+    row("a viewer that is not there",   "--viewer|%1/none|graph.plf",              3, "cannot start");
+    row("the same, to be left",         "--leave|--viewer|%1/none|graph.plf",      3, "cannot start");
+    row("a script that is not there",   "--script|none.txt",                       3, "cannot read none.txt: No such file or directory");
+    row("a script that is a directory", "--script|%1",                             3, "cannot read");
+    row("no viewer",                    "--no-start|--timeout|1",                  1, "no viewer connected in time");
+    row("a viewer without a link",      "--viewer|true|--timeout|1",               1, "no viewer connected in time");
+    row("a name that is an option",     "--name|krv-pipe|--arg|graph.plf|--timeout|1", 1, "no viewer connected in time");
+    row("a command without a file",     "--arg|graph.plf|--timeout|1|graph.plf  -po=l", 1, "no acknowledgement in time: graph.plf  -po=l");
+    row("a box that nobody closes",     "--arg|graph.plf|--timeout|1|missing.plf", 1, "no acknowledgement in time: missing.plf");
     // clang-format on
 }
 
-void TestKrvHost::exitCode_tellsWhatHappened()
+void TestKrvHost::exitCode_isThatOfEveryTool()
 {
     QFETCH(QString, arguments);
     QFETCH(int, code);
@@ -250,7 +250,7 @@ void TestKrvHost::exitCode_tellsWhatHappened()
 }
 
 // Something else than a viewer connects.
-void TestKrvHost::wrongGreeting_isCode3()
+void TestKrvHost::wrongGreeting_isCode1()
 {
     QProcess krvhost;
     StartHost(krvhost, QStringLiteral("--no-start|--name|server|graph.plf"));
@@ -260,13 +260,13 @@ void TestKrvHost::wrongGreeting_isCode3()
     QVERIFY(stranger.waitForConnected());
     stranger.write(kNo);
     stranger.flush();
-    QCOMPARE(AwaitEnd(krvhost), 3);
+    QCOMPARE(AwaitEnd(krvhost), 1);
     QCOMPARE(krvhost.readAllStandardError(),
-             QByteArray("krvhost: the viewer did not send its greeting.\n"));
+             QByteArray("krvhost: the viewer did not send its greeting\n"));
 }
 
 // Something that greets like a viewer and does not go on like one.
-void TestKrvHost::wrongAnswer_isCode4()
+void TestKrvHost::wrongAnswer_isCode1()
 {
     QProcess krvhost;
     StartHost(krvhost, QStringLiteral("--no-start|--name|server|graph.plf|other.plf"));
@@ -276,34 +276,36 @@ void TestKrvHost::wrongAnswer_isCode4()
     QVERIFY(stranger.waitForConnected());
     stranger.write(kGreeting + kNo);
     stranger.flush();
-    QCOMPARE(AwaitEnd(krvhost), 4);
+    QCOMPARE(AwaitEnd(krvhost), 1);
     QCOMPARE(krvhost.readAllStandardError(),
              QByteArray("krvhost: the viewer answered \"no\": graph.plf\n"));
 }
 
 // The viewer takes no request to quit before it has come to rest.
-void TestKrvHost::viewerThatQuits_isCode5()
+void TestKrvHost::viewerThatQuits_isCode1()
 {
     QProcess krvhost;
     StartBoth(krvhost, QStringLiteral("--script|-"));
     QVERIFY(viewer->AwaitWindow(TitleOf(QStringLiteral("graph.plf"))));
     QVERIFY(viewer->AwaitStillPicture());
     krvhost.write("other.plf -q\ngraph.plf\n");
-    QCOMPARE(AwaitEnd(krvhost), 5);
+    QCOMPARE(AwaitEnd(krvhost), 1);
     QCOMPARE(viewer->AwaitEnd(), 0);
     QVERIFY(krvhost.readAllStandardOutput().endsWith(" ms  other.plf -q\n"));
-    QVERIFY(krvhost.readAllStandardError().endsWith("the viewer went away: graph.plf\n"));
+    QVERIFY(
+        krvhost.readAllStandardError().endsWith("the viewer closed the connection: graph.plf\n"));
 }
 
 // While its error box is open, so that no answer can come.
-void TestKrvHost::viewerThatIsKilled_isCode5()
+void TestKrvHost::viewerThatIsKilled_isCode1()
 {
     QProcess krvhost;
     StartBoth(krvhost, QStringLiteral("missing.plf"));
     QVERIFY(viewer->AwaitWindow(QStringLiteral("Error")));
     viewer.emplace(home->path()); // the old one kills its program
-    QCOMPARE(AwaitEnd(krvhost), 5);
-    QVERIFY(krvhost.readAllStandardError().endsWith("the viewer went away: missing.plf\n"));
+    QCOMPARE(AwaitEnd(krvhost), 1);
+    QVERIFY(
+        krvhost.readAllStandardError().endsWith("the viewer closed the connection: missing.plf\n"));
 }
 
 void TestKrvHost::nameThatIsTaken_isLeftAlone()
@@ -313,9 +315,9 @@ void TestKrvHost::nameThatIsTaken_isLeftAlone()
     QVERIFY(AwaitLine(first));
     for (const char* name : {"graph.plf", "server", "%1/graph.plf", "%1/server"}) {
         const HostRun run = RunHost(QStringLiteral("--no-start|--name|") + QLatin1String(name));
-        QCOMPARE(run.code, 2);
+        QCOMPARE(run.code, 3);
         const QString path = Path(QFileInfo(QLatin1String(name)).fileName());
-        QCOMPARE(run.errors, QStringLiteral("krvhost: %1 is there already.\n").arg(path));
+        QCOMPARE(run.errors, QStringLiteral("krvhost: %1 already exists\n").arg(path));
     }
     QVERIFY(QFileInfo(Path(QStringLiteral("graph.plf"))).isFile());
     QVERIFY(viewer->Start({QStringLiteral("-svrname=") + Path(QStringLiteral("server")),
@@ -403,23 +405,23 @@ void TestKrvHost::tmp_removesWhatTheViewerLeft()
 {
     QCOMPARE(RunHost(QStringLiteral("--tmp|--arg|graph.plf|other.plf")).code, 0);
     QCOMPARE(Copies(), QStringList());
-    QCOMPARE(RunHost(QStringLiteral("--tmp|--arg|graph.plf|--timeout|1|text.plf")).code, 4);
+    QCOMPARE(RunHost(QStringLiteral("--tmp|--arg|graph.plf|--timeout|1|text.plf")).code, 1);
     QCOMPARE(Copies(), QStringList());
     QVERIFY(Exists(QStringLiteral("text.plf")));
 }
 
-void TestKrvHost::tmp_withoutAPlaceForCopies_isCode2()
+void TestKrvHost::tmp_withoutAPlaceForCopies_isCode1()
 {
     QProcess krvhost;
     QProcessEnvironment environment = EnvironmentIn(home->path());
     environment.insert(QStringLiteral("TMPDIR"), QStringLiteral("/proc")); // also closed to root
     krvhost.setProcessEnvironment(environment);
     StartHost(krvhost, QStringLiteral("--name|%1/server|--tmp|--arg|graph.plf|other.plf"));
-    QCOMPARE(AwaitEnd(krvhost), 2);
-    QVERIFY(krvhost.readAllStandardError().contains("krvhost: cannot make a temporary copy.\n"));
+    QCOMPARE(AwaitEnd(krvhost), 1);
+    QVERIFY(krvhost.readAllStandardError().contains("krvhost: cannot create a temporary copy\n"));
 }
 
-void TestKrvHost::tmp_inADirectoryThatNoCommandCanName_isCode2_data()
+void TestKrvHost::tmp_inADirectoryThatNoCommandCanName_isCode1_data()
 {
     QTest::addColumn<QString>("directory");
     QTest::newRow("an option in it") << QStringLiteral("run-plots");
@@ -427,7 +429,7 @@ void TestKrvHost::tmp_inADirectoryThatNoCommandCanName_isCode2_data()
     QTest::newRow("a blank in it") << QStringLiteral("my files");
 }
 
-void TestKrvHost::tmp_inADirectoryThatNoCommandCanName_isCode2()
+void TestKrvHost::tmp_inADirectoryThatNoCommandCanName_isCode1()
 {
     QFETCH(QString, directory);
     QVERIFY(QDir(home->path()).mkdir(directory));
@@ -436,8 +438,8 @@ void TestKrvHost::tmp_inADirectoryThatNoCommandCanName_isCode2()
     environment.insert(QStringLiteral("TMPDIR"), Path(directory));
     krvhost.setProcessEnvironment(environment);
     StartHost(krvhost, QStringLiteral("--tmp|--arg|graph.plf|other.plf"));
-    QCOMPARE(AwaitEnd(krvhost), 2);
-    QVERIFY(krvhost.readAllStandardError().contains("krvhost: cannot make a temporary copy.\n"));
+    QCOMPARE(AwaitEnd(krvhost), 1);
+    QVERIFY(krvhost.readAllStandardError().contains("krvhost: cannot create a temporary copy\n"));
     QCOMPARE(QDir(Path(directory)).entryList(QDir::Files), QStringList());
 }
 
@@ -475,11 +477,12 @@ void TestKrvHost::quit_thatTheViewerForgets_isSentAgain()
 }
 
 // The viewer's first file dialog is open and nobody closes it.
-void TestKrvHost::quit_thatNeverCounts_isCode4()
+void TestKrvHost::quit_thatNeverCounts_isCode1()
 {
     const HostRun run = RunHost(QStringLiteral("--timeout|2|other.plf -q"));
-    QCOMPARE(run.code, 4);
-    QVERIFY2(run.errors.contains(QStringLiteral("krvhost: the viewer does not quit: other.plf -q")),
+    QCOMPARE(run.code, 1);
+    QVERIFY2(run.errors.contains(
+                 QStringLiteral("krvhost: the viewer did not quit in time: other.plf -q")),
              qPrintable(run.errors));
 }
 

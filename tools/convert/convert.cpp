@@ -3,19 +3,21 @@
 #include "tools/convert/convert.h"
 
 #include "meta/plfgraph.h"
-#include "tools/convert/fd.h"
-#include "tools/convert/names.h"
+#include "support/files.h"
+#include "tools/common/filename.h"
+#include "tools/common/source.h"
 #include "tools/convert/output.h"
 #include "tools/convert/picture.h"
-#include "tools/convert/source.h"
 
-#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <cstdio>
 #include <cstring>
 #include <filesystem>
 #include <system_error>
+
+namespace convert {
 
 namespace {
 
@@ -35,35 +37,31 @@ bool IsSameFile(const QByteArray& a, const QByteArray& b)
 // Whoever names a graph as the output has most likely left one out.
 bool IsGraph(const QByteArray& name)
 {
-    struct stat info = {};
-    if (stat(name.constData(), &info) != 0 || !S_ISREG(info.st_mode))
-        return false;
-    const Fd file(open(name.constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    const FilePtr file(OpenForReading(name.constData()));
     char start[kPlfHeaderSize] = "";
-    return file.IsOpen() &&
-           read(file.Get(), start, sizeof start) == static_cast<ssize_t>(sizeof start) &&
+    return file != nullptr && fread(start, sizeof start, 1, file.get()) == 1 &&
            memcmp(start, gszPlfhdr, sizeof start) == 0;
 }
 
 QString OutputProblem(const Job& job)
 {
-    if (job.output == kStandardStream)
+    if (job.output == tools::kStandardStream)
         return {};
-    if (job.input != kStandardStream && IsSameFile(job.input, job.output))
-        return QStringLiteral("would be overwritten by its own picture");
+    if (job.input != tools::kStandardStream && IsSameFile(job.input, job.output))
+        return QStringLiteral("input and output are the same file");
     if (IsGraph(job.output))
-        return QStringLiteral("'%1' is a graph and is not overwritten")
-            .arg(QString::fromUtf8(VisibleName(job.output)));
+        return QStringLiteral("output '%1' is a graph; graphs are never overwritten")
+            .arg(QString::fromUtf8(tools::VisibleName(job.output)));
     return {};
 }
 
 bool IsThere(const QByteArray& name)
 {
     struct stat info = {};
-    return name != kStandardStream && lstat(name.constData(), &info) == 0;
+    return name != tools::kStandardStream && lstat(name.constData(), &info) == 0;
 }
 
-// Another worker may make the same folder at the same time, which is no failure.
+// Another worker may create the same directory at the same time, which is no failure.
 QString MakeFolder(const QByteArray& output)
 {
     const std::filesystem::path folder = std::filesystem::path(output.toStdString()).parent_path();
@@ -77,7 +75,7 @@ QString MakeFolder(const QByteArray& output)
 
 QString About(const Job& job, const QString& reason)
 {
-    return QStringLiteral("%1: %2").arg(QString::fromUtf8(VisibleName(job.output)), reason);
+    return QStringLiteral("%1: %2").arg(QString::fromUtf8(tools::VisibleName(job.output)), reason);
 }
 
 QString WritePicture(const PlfGraph& graph, const Job& job, int number,
@@ -98,7 +96,7 @@ QString Run(const Job& job, int number, const PictureSettings& settings, const O
     PlfGraph graph;
     QString problem = OutputProblem(job);
     if (problem.isEmpty())
-        problem = LoadGraph(job.input, &graph);
+        problem = tools::LoadGraph(job.input, &graph);
     if (problem.isEmpty() && rules.makeFolders) {
         problem = MakeFolder(job.output);
         if (!problem.isEmpty())
@@ -122,6 +120,8 @@ Outcome Convert(const Job& job, int number, const PictureSettings& settings,
 
 void RemoveLeftovers(const Job& job, int number, const OutputRules& rules)
 {
-    if (job.output != kStandardStream)
+    if (job.output != tools::kStandardStream)
         unlink(TemporaryName(job.output, Token(rules, number)).constData());
 }
+
+} // namespace convert

@@ -4,10 +4,13 @@
 // One conversion from the graph's file to the picture's.
 #pragma once
 
-#include "tools/convert/settings.h"
+#include "tools/convert/job.h"
+#include "tools/convert/picturesettings.h"
 
 #include <QByteArray>
 #include <QString>
+
+namespace convert {
 
 /// How a conversion went.
 struct Outcome {
@@ -18,8 +21,8 @@ struct Outcome {
 
 /// How outputs are treated.
 struct OutputRules {
-    bool keepExisting = false; // a file that is there is left alone, and the job skipped
-    bool makeFolders = false;  // folders in the name of an output are made
+    bool keepExisting = false; // a job whose output exists is skipped
+    bool makeFolders = false;  // missing directories of an output are created
     QByteArray token;          // makes the names of temporary files those of this call
 };
 
@@ -30,3 +33,5 @@ Outcome Convert(const Job& job, int number, const PictureSettings& settings,
 
 /// Removes what a conversion that ended in its middle left behind.
 void RemoveLeftovers(const Job& job, int number, const OutputRules& rules);
+
+} // namespace convert

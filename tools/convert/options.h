@@ -4,32 +4,37 @@
 // The converter's command line.
 #pragma once
 
-#include "tools/convert/settings.h"
+#include "tools/common/commandline.h"
+#include "tools/convert/format.h"
+#include "tools/convert/picturesettings.h"
 
 #include <QString>
 #include <QStringList>
 
 #include <optional>
 
+namespace convert {
+
 /// What a call asks for.
 struct Options {
     PictureSettings picture;
-    QStringList inputs;   // graphs, or folders of them
-    QString output;       // of the only graph; empty when there may be more
-    QString outputFolder; // of many pictures; empty = the current one
-    QString pattern;      // of their names, see naming.h
+    QStringList inputs;                // graphs, or directories of them
+    QString output;                    // of the only graph; empty when there may be more
+    QString outputFolder;              // of many pictures; empty = the current one
+    std::optional<QString> pattern;    // of their names, see namepattern.h
+    std::optional<Format> namedFormat; // by --format; without it the name of the output decides
     Format format = Format::kPng;
     bool keepExisting = false;
     bool quiet = false;
-    int workers = 1;
+    int workers = 0; // 0 while it is not known; in the result at least 1
+
+    /// The pattern of the names, also where none is given.
+    [[nodiscard]] QString Pattern() const;
 };
 
-/// The result of reading a command line: options, or a text to print instead.
-struct CommandLine {
-    std::optional<Options> options;
-    QString text; // the help or the version; or what is wrong, when isWrong
-    bool isWrong = false;
-};
+using CommandLine = tools::CommandLine<Options>;
 
 /// Reads the arguments, of which the first is the program's name. The application object exists.
 CommandLine ReadCommandLine(const QStringList& arguments);
+
+} // namespace convert

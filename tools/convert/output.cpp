@@ -2,7 +2,7 @@
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 #include "tools/convert/output.h"
 
-#include "tools/convert/settings.h"
+#include "tools/common/filename.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -13,6 +13,8 @@
 #include <cstdlib>
 #include <cstring>
 #include <memory>
+
+namespace convert {
 
 namespace {
 
@@ -26,6 +28,15 @@ bool IsSpecial(const QByteArray& name)
 {
     struct stat info = {};
     return stat(name.constData(), &info) == 0 && !S_ISREG(info.st_mode);
+}
+
+// Where they cannot be set, the file keeps those of a new one.
+void CopyPermissions(const QByteArray& from, FILE* to)
+{
+    constexpr mode_t kPermissions = 0777;
+    struct stat info = {};
+    if (stat(from.constData(), &info) == 0)
+        fchmod(fileno(to), info.st_mode & kPermissions);
 }
 
 FILE* OpenStandardOutput()
@@ -52,9 +63,9 @@ QByteArray TemporaryName(const QByteArray& name, const QByteArray& token)
 }
 
 Output::Output(const QByteArray& name, const QByteArray& token)
-    : target(name == kStandardStream ? name : FinalName(name))
+    : target(name == tools::kStandardStream ? name : FinalName(name))
 {
-    if (name != kStandardStream && !IsSpecial(target))
+    if (name != tools::kStandardStream && !IsSpecial(target))
         temporary = TemporaryName(name, token);
 }
 
@@ -69,14 +80,14 @@ QString Output::Open()
 {
     if (IsReplacing() && access(target.constData(), W_OK) != 0)
         return Reason(errno); // a file that is protected from writing is not replaced either
-    if (target == kStandardStream)
+    if (target == tools::kStandardStream)
         file.reset(OpenStandardOutput());
     else if (temporary.isEmpty())
         file.reset(OpenForWriting(target.constData()));
     else
         file.reset(fopen(temporary.constData(), "wbxe"));
     if (file == nullptr) {
-        temporary.clear(); // it is another's
+        temporary.clear(); // not ours: do not unlink
         return Reason(errno);
     }
     open(QIODevice::WriteOnly);
@@ -93,7 +104,7 @@ qint64 Output::readData(char* /*data*/, qint64 /*size*/)
     return -1;
 }
 
-// After a failure the rest is taken and dropped. The failure is told at the end, once: some of
+// After a failure the rest is taken and dropped. The failure is reported at the end, once: some of
 // those who write do not look, and others print words of their own.
 qint64 Output::writeData(const char* data, qint64 size)
 {
@@ -108,23 +119,13 @@ QString Output::Commit(bool keepExisting)
     if (firstError == 0 && fflush(file.get()) != 0)
         firstError = errno;
     if (IsReplacing())
-        KeepPermissions();
-    // Some file systems tell of a full disk only here.
+        CopyPermissions(target, file.get());
+    // Some file systems report a full disk only here.
     if (fclose(file.release()) != 0 && firstError == 0)
         firstError = errno;
     if (firstError != 0)
         return Reason(firstError);
     return temporary.isEmpty() ? QString() : Rename(keepExisting);
-}
-
-void Output::KeepPermissions()
-{
-    constexpr mode_t kPermissions = 0777;
-    struct stat info = {};
-    // Where they cannot be set, the file has those of a new one.
-    if (stat(target.constData(), &info) == 0 &&
-        fchmod(fileno(file.get()), info.st_mode & kPermissions) != 0)
-        return;
 }
 
 QString Output::Rename(bool keepExisting)
@@ -139,3 +140,5 @@ QString Output::Rename(bool keepExisting)
     temporary.clear();
     return {};
 }
+
+} // namespace convert

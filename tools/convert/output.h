@@ -10,6 +10,8 @@
 #include <QIODevice>
 #include <QString>
 
+namespace convert {
+
 /// Where the picture really goes: the file at the end of a chain of links, so that the link stays.
 QByteArray FinalName(const QByteArray& name);
 
@@ -17,11 +19,11 @@ QByteArray FinalName(const QByteArray& name);
 QByteArray TemporaryName(const QByteArray& name, const QByteArray& token);
 
 /// What is written goes into the temporary file, which Commit gives its name. A pipe or a device,
-/// and the standard output, are written to as they are.
+/// and the standard output, are written to directly.
 class Output : public QIODevice
 {
 public:
-    /// @param name   local name, or kStandardStream
+    /// @param name   local name, or tools::kStandardStream
     /// @param token  see TemporaryName; no two outputs that are open at a time may share it
     Output(const QByteArray& name, const QByteArray& token);
     /// Removes the temporary file unless it was committed.
@@ -31,7 +33,7 @@ public:
     QString Open();
     /// Finishes the file and gives it its name, with the permissions of a file that it replaces.
     /// @param keepExisting  replace no file
-    /// @return empty, or why that failed; a write that failed before is told here
+    /// @return empty, or why that failed; a write that failed before is reported here
     QString Commit(bool keepExisting);
     [[nodiscard]] bool isSequential() const override { return true; }
 
@@ -41,7 +43,6 @@ protected:
 
 private:
     [[nodiscard]] bool IsReplacing() const;
-    void KeepPermissions();
     QString Rename(bool keepExisting);
 
     QByteArray target;
@@ -49,3 +50,5 @@ private:
     FilePtr file;
     int firstError = 0; // errno
 };
+
+} // namespace convert

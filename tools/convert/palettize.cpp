@@ -8,6 +8,8 @@
 #include <cstddef>
 #include <cstdint>
 
+namespace convert {
+
 namespace {
 
 constexpr int kMaxColors = 256;
@@ -88,3 +90,5 @@ QImage Palettized(const QImage& image)
     indexed.setDotsPerMeterY(image.dotsPerMeterY());
     return indexed;
 }
+
+} // namespace convert

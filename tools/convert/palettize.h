@@ -6,6 +6,10 @@
 
 #include <QImage>
 
+namespace convert {
+
 /// The same image with a color table when it has at most 256 colors, else the image itself.
 /// @param image  RGB32 or ARGB32
 QImage Palettized(const QImage& image);
+
+} // namespace convert

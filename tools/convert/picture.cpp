@@ -4,8 +4,9 @@
 
 #include "meta/bytesink.h"
 #include "meta/pass.h"
-#include "tools/convert/arguments.h"
 #include "tools/convert/palettize.h"
+#include "tools/convert/picturesize.h"
+#include "tools/convert/values.h"
 
 #include <QGuiApplication>
 #include <QImage>
@@ -17,10 +18,10 @@
 #include <algorithm>
 #include <cmath>
 
+namespace convert {
+
 namespace {
 
-// The screen's resolution, for which the application's font has its size.
-constexpr int kScreenDpi = 96;
 constexpr double kPointsPerInch = 72.0;
 constexpr double kMetersPerInch = 0.0254;
 // On a screen a line is half as many units wide as the file has it.
@@ -122,8 +123,9 @@ QString DrawImage(const PlfBytes& graph, Format format, const PictureSettings& s
             .arg(size.height());
     }
     PaintImage(graph, settings, &image);
-    return format == Format::kPng ? WritePng(image, output)
-                                  : WriteJpeg(image, settings.quality, output);
+    return format == Format::kPng
+               ? WritePng(image, output)
+               : WriteJpeg(image, settings.quality.value_or(kMaxQuality), output);
 }
 
 // Paints on a device whose resolution is the picture's, with texts in the size that they have on
@@ -132,13 +134,13 @@ QString PaintOn(QPaintDevice* device, const PlfBytes& graph, const PictureSettin
 {
     QPainter painter;
     if (!painter.begin(device))
-        return QStringLiteral("the picture cannot be begun");
+        return QStringLiteral("cannot start drawing");
     QFont font = QGuiApplication::font();
     font.setPixelSize(std::max(
         static_cast<int>(std::lround(font.pointSizeF() * kScreenDpi / kPointsPerInch)), 1));
     painter.setFont(font);
     Paint(MakeVectorPass(graph, settings), painter);
-    return painter.end() ? QString() : QStringLiteral("the picture cannot be finished");
+    return painter.end() ? QString() : QStringLiteral("cannot finish drawing");
 }
 
 QString DrawSvg(const PlfBytes& graph, const PictureSettings& settings, QIODevice* output)
@@ -224,3 +226,5 @@ QString DrawPicture(const PlfBytes& graph, Format format, const PictureSettings&
     }
     return {};
 }
+
+} // namespace convert

@@ -5,14 +5,19 @@
 #pragma once
 
 #include "meta/plfgraph.h"
-#include "tools/convert/settings.h"
+#include "tools/convert/format.h"
+#include "tools/convert/picturesettings.h"
 
 #include <QString>
 
 class QIODevice;
+
+namespace convert {
 
 /// Draws a graph into a device.
 /// @param output  open for writing; its own failures are its owner's to notice
 /// @return empty, or why there is no picture
 QString DrawPicture(const PlfBytes& graph, Format format, const PictureSettings& settings,
                     QIODevice* output);
+
+} // namespace convert

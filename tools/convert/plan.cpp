@@ -2,8 +2,8 @@
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 #include "tools/convert/plan.h"
 
-#include "tools/convert/names.h"
-#include "tools/convert/naming.h"
+#include "tools/common/filename.h"
+#include "tools/convert/namepattern.h"
 
 #include <QDir>
 #include <QSet>
@@ -11,6 +11,8 @@
 #include <algorithm>
 #include <filesystem>
 #include <system_error>
+
+namespace convert {
 
 namespace {
 
@@ -28,7 +30,7 @@ bool HasGraphName(const QString& name)
 
 fs::path PathOf(const QString& name)
 {
-    return EncodeName(name).toStdString();
+    return tools::EncodeName(name).toStdString();
 }
 
 // Sorted by name: the system has them in any order.
@@ -38,14 +40,14 @@ std::vector<Input> GraphsIn(const QString& folder)
     std::error_code error;
     fs::directory_iterator entry(PathOf(folder), error);
     for (; !error && entry != fs::directory_iterator(); entry.increment(error)) {
-        const QString name = DecodeName(QByteArray::fromStdString(entry->path().string()));
+        const QString name = tools::DecodeName(QByteArray::fromStdString(entry->path().string()));
         if (HasGraphName(name) && !entry->is_directory(error))
             graphs.push_back({name, {}});
     }
     if (error)
         return {{folder, QString::fromStdString(error.message())}};
     if (graphs.empty())
-        return {{folder, QStringLiteral("holds no file whose name ends in .plf")}};
+        return {{folder, QStringLiteral("contains no file whose name ends in .plf")}};
     std::sort(graphs.begin(), graphs.end(),
               [](const Input& a, const Input& b) { return a.name < b.name; });
     return graphs;
@@ -75,13 +77,13 @@ QString InFolder(const QString& folder, const QString& name)
 PlannedJob MakeJob(const Options& options, const Input& input, const NameParts& parts,
                    QSet<QString>* taken)
 {
-    const QString output = InFolder(options.outputFolder, ExpandPattern(options.pattern, parts));
-    PlannedJob planned = {{EncodeName(input.name), EncodeName(output), options.format},
-                          input.problem};
+    const QString output = InFolder(options.outputFolder, ExpandPattern(options.Pattern(), parts));
+    PlannedJob planned = {
+        {tools::EncodeName(input.name), tools::EncodeName(output), options.format}, input.problem};
     const QString cleaned = QDir::cleanPath(QDir::current().absoluteFilePath(output));
     if (planned.problem.isEmpty() && taken->contains(cleaned))
-        planned.problem = QStringLiteral("the picture '%1' is that of an earlier graph")
-                              .arg(QString::fromUtf8(VisibleName(planned.job.output)));
+        planned.problem = QStringLiteral("output '%1' already used by an earlier graph")
+                              .arg(QString::fromUtf8(tools::VisibleName(planned.job.output)));
     if (planned.problem.isEmpty())
         taken->insert(cleaned);
     return planned;
@@ -92,8 +94,9 @@ PlannedJob MakeJob(const Options& options, const Input& input, const NameParts& 
 std::vector<PlannedJob> MakePlan(const Options& options)
 {
     if (!options.output.isEmpty())
-        return {
-            {{EncodeName(options.inputs.first()), EncodeName(options.output), options.format}, {}}};
+        return {{{tools::EncodeName(options.inputs.first()), tools::EncodeName(options.output),
+                  options.format},
+                 {}}};
     const std::vector<Input> inputs = AllInputs(options.inputs);
     std::vector<PlannedJob> plan;
     QSet<QString> taken;
@@ -104,3 +107,5 @@ std::vector<PlannedJob> MakePlan(const Options& options)
     }
     return plan;
 }
+
+} // namespace convert

@@ -1,15 +1,17 @@
 // SPDX-License-Identifier: MIT
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 //
-// Which pictures a call makes, known before the first is made.
+// Which pictures a call makes, known before it makes the first.
 #pragma once
 
+#include "tools/convert/job.h"
 #include "tools/convert/options.h"
-#include "tools/convert/settings.h"
 
 #include <QString>
 
 #include <vector>
+
+namespace convert {
 
 /// A job, or why there is none for that input.
 struct PlannedJob {
@@ -20,3 +22,5 @@ struct PlannedJob {
 /// One entry per graph, in the order of the call; a folder stands for the files in it whose names
 /// end in ".plf". An input whose picture would have the name of an earlier one has a problem.
 std::vector<PlannedJob> MakePlan(const Options& options);
+
+} // namespace convert

@@ -2,9 +2,8 @@
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 #include "tools/convert/workers.h"
 
-#include "tools/convert/fd.h"
+#include "tools/convert/pipes.h"
 
-#include <fcntl.h>
 #include <poll.h>
 #include <sys/wait.h>
 
@@ -17,6 +16,8 @@
 #include <cstring>
 #include <memory>
 #include <vector>
+
+namespace convert {
 
 namespace {
 
@@ -83,43 +84,13 @@ private:
     void (*oldPipe)(int) = SIG_DFL;
 };
 
-bool WriteWhole(int fd, const void* data, size_t size)
-{
-    const char* bytes = static_cast<const char*>(data);
-    while (size > 0) {
-        const ssize_t count = write(fd, bytes, size);
-        if (count < 0 && errno == EINTR)
-            continue;
-        if (count <= 0)
-            return false;
-        bytes += count;
-        size -= static_cast<size_t>(count);
-    }
-    return true;
-}
-
-bool ReadWhole(int fd, void* data, size_t size)
-{
-    char* bytes = static_cast<char*>(data);
-    while (size > 0) {
-        const ssize_t count = read(fd, bytes, size);
-        if (count < 0 && errno == EINTR)
-            continue;
-        if (count <= 0)
-            return false;
-        bytes += count;
-        size -= static_cast<size_t>(count);
-    }
-    return true;
-}
-
 // A message of a worker: this and so many bytes of UTF-8.
 struct MessageHead {
     int32_t kind; // kReady or an Outcome::Kind
     uint32_t bytes;
 };
 
-bool SendMessage(int fd, int kind, const QString& text)
+bool SendMessage(const Fd& fd, int kind, const QString& text)
 {
     const QByteArray bytes = text.toUtf8();
     const MessageHead head = {kind, static_cast<uint32_t>(bytes.size())};
@@ -127,7 +98,7 @@ bool SendMessage(int fd, int kind, const QString& text)
            WriteWhole(fd, bytes.constData(), static_cast<size_t>(bytes.size()));
 }
 
-bool ReceiveMessage(int fd, int* kind, QString* text)
+bool ReceiveMessage(const Fd& fd, int* kind, QString* text)
 {
     MessageHead head = {};
     if (!ReadWhole(fd, &head, sizeof head))
@@ -141,7 +112,7 @@ bool ReceiveMessage(int fd, int* kind, QString* text)
 }
 
 // The life of a worker. It ends with the process that started it, whose pipe then closes.
-void Work(int jobs, int results, const WorkerTasks& tasks)
+void Work(const Fd& jobs, const Fd& results, const WorkerTasks& tasks)
 {
     const std::shared_ptr<void> alive = tasks.start();
     bool heard = SendMessage(results, kReady, {});
@@ -160,24 +131,14 @@ struct Worker {
     bool isReady = false;
 };
 
-bool MakePipe(Fd* readEnd, Fd* writeEnd)
-{
-    int ends[2] = {-1, -1};
-    if (pipe2(ends, O_CLOEXEC) != 0)
-        return false;
-    *readEnd = Fd(ends[0]);
-    *writeEnd = Fd(ends[1]);
-    return true;
-}
-
 QString DeathReason(int status)
 {
     if (WIFSIGNALED(status)) {
-        return QStringLiteral("its conversion was ended by signal %1 (%2)")
+        return QStringLiteral("conversion killed by signal %1 (%2)")
             .arg(WTERMSIG(status))
             .arg(QString::fromLocal8Bit(strsignal(WTERMSIG(status))));
     }
-    return QStringLiteral("its conversion ended by itself with code %1").arg(WEXITSTATUS(status));
+    return QStringLiteral("conversion exited with code %1").arg(WEXITSTATUS(status));
 }
 
 class Pool
@@ -192,9 +153,9 @@ private:
     [[noreturn]] void BeWorker(Fd jobs, Fd results);
     void GiveJob(Worker* worker);
     void AwaitMessages();
-    void Listen(Worker* worker);
-    int Bury(Worker* worker);
-    void Replace(Worker* worker);
+    void Listen(size_t index);
+    static int Bury(const Worker& worker);
+    void Replace(size_t index);
     void EndAll();
 
     int count;
@@ -231,7 +192,7 @@ void Pool::BeWorker(Fd jobs, Fd results)
     // closed there.
     workers.clear();
     watch.RestoreInWorker();
-    Work(jobs.Get(), results.Get(), tasks);
+    Work(jobs, results, tasks);
     _exit(0);
 }
 
@@ -242,7 +203,7 @@ void Pool::GiveJob(Worker* worker)
     if (worker->job == kNoJob)
         worker->jobs.Close();
     else
-        WriteWhole(worker->jobs.Get(), &worker->job, sizeof worker->job);
+        WriteWhole(worker->jobs, &worker->job, sizeof worker->job);
 }
 
 void Pool::AwaitMessages()
@@ -255,43 +216,44 @@ void Pool::AwaitMessages()
     // Backwards: a worker that ended is taken out.
     for (size_t i = waits.size(); i-- > 0;) {
         if (waits[i].revents != 0)
-            Listen(&workers[i]);
+            Listen(i);
     }
 }
 
-void Pool::Listen(Worker* worker)
+void Pool::Listen(size_t index)
 {
+    Worker& worker = workers[index];
     int kind = kReady;
     QString text;
-    if (!ReceiveMessage(worker->results.Get(), &kind, &text)) {
-        Replace(worker);
+    if (!ReceiveMessage(worker.results, &kind, &text)) {
+        Replace(index);
         return;
     }
-    worker->isReady = true;
+    worker.isReady = true;
     if (kind != kReady)
-        tasks.finished(worker->job, {static_cast<Outcome::Kind>(kind), text});
-    GiveJob(worker);
+        tasks.finished(worker.job, {static_cast<Outcome::Kind>(kind), text});
+    GiveJob(&worker);
 }
 
-int Pool::Bury(Worker* worker)
+int Pool::Bury(const Worker& worker)
 {
     int status = 0;
-    while (waitpid(worker->pid, &status, 0) < 0 && errno == EINTR) {
+    while (waitpid(worker.pid, &status, 0) < 0 && errno == EINTR) {
     }
     return status;
 }
 
 // A worker ended. One without a job had nothing left to do, or never began.
-void Pool::Replace(Worker* worker)
+void Pool::Replace(size_t index)
 {
-    const int status = Bury(worker);
-    const int job = worker->job;
-    startFailed = startFailed || !worker->isReady;
-    workers.erase(workers.begin() + (worker - workers.data()));
-    if (job == kNoJob)
+    const Worker ended = std::move(workers[index]);
+    workers.erase(workers.begin() + static_cast<std::ptrdiff_t>(index));
+    const int status = Bury(ended);
+    startFailed = startFailed || !ended.isReady;
+    if (ended.job == kNoJob)
         return;
-    tasks.abandoned(job);
-    tasks.finished(job, {Outcome::kFailed, DeathReason(status)});
+    tasks.abandoned(ended.job);
+    tasks.finished(ended.job, {Outcome::kFailed, DeathReason(status)});
     if (next < count && !AddWorker() && workers.empty())
         startFailed = true;
 }
@@ -300,7 +262,7 @@ void Pool::EndAll()
 {
     for (Worker& worker : workers) {
         kill(worker.pid, SIGKILL);
-        Bury(&worker);
+        Bury(worker);
         if (worker.job != kNoJob)
             tasks.abandoned(worker.job);
     }
@@ -324,3 +286,5 @@ WorkResult RunWorkers(int count, int workers, const WorkerTasks& tasks)
 {
     return Pool(count, tasks).Run(workers);
 }
+
+} // namespace convert

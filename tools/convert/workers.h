@@ -9,6 +9,8 @@
 #include <functional>
 #include <memory>
 
+namespace convert {
+
 /// What a worker does. Each function but Work is called in the starting process.
 struct WorkerTasks {
     /// In a new worker, before its first job, for instance to make the application object. What it
@@ -32,3 +34,5 @@ struct WorkResult {
 /// was at, and another takes its place. SIGINT, SIGTERM and SIGHUP end the workers at once; the
 /// caller decides about itself. Must be called without any other thread.
 WorkResult RunWorkers(int count, int workers, const WorkerTasks& tasks);
+
+} // namespace convert

@@ -4,6 +4,8 @@
 
 #include "tools/info/words.h"
 
+namespace info {
+
 namespace {
 
 QByteArray Number(int64_t value)
@@ -71,3 +73,5 @@ QByteArray DumpLine(const Item& item)
     return Number(static_cast<int64_t>(item.span.begin)) + ' ' +
            Number(static_cast<int64_t>(item.span.end)) + ' ' + Words(item) + '\n';
 }
+
+} // namespace info

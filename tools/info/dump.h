@@ -8,6 +8,10 @@
 
 #include <QByteArray>
 
+namespace info {
+
 /// The line for a piece, with its line end: both offsets, a word and what belongs to it, see the
 /// manual page.
 QByteArray DumpLine(const Item& item);
+
+} // namespace info

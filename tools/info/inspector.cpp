@@ -8,6 +8,8 @@
 
 #include <algorithm>
 
+namespace info {
+
 namespace {
 
 // Which parameter of a command is a line index.
@@ -235,3 +237,5 @@ void Inspector::Skip(size_t end)
     if (sink)
         sink(item);
 }
+
+} // namespace info

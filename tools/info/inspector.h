@@ -13,6 +13,8 @@
 #include <utility>
 #include <vector>
 
+namespace info {
+
 /// A parameter as it was read.
 struct Parameter {
     enum Kind { kInteger, kComma, kText, kPosition } kind = kInteger;
@@ -74,3 +76,5 @@ private:
     std::vector<DrawnText> drawn;      // by that command
     size_t position = 0;               // where the last piece ended
 };
+
+} // namespace info

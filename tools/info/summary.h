@@ -15,6 +15,8 @@
 #include <string>
 #include <vector>
 
+namespace info {
+
 /// A sign that the file is not what its writer meant.
 enum class Damage {
     kUnknownCommand,
@@ -75,3 +77,5 @@ struct Summary {
     PlfEnd endReason = PlfEnd::kEndOfFile;
     std::map<Damage, DamageCount> damage;
 };
+
+} // namespace info

@@ -7,6 +7,8 @@
 
 #include <iterator>
 
+namespace info {
+
 namespace {
 
 constexpr const char* kDamageWords[] = {
@@ -59,3 +61,5 @@ QByteArray Quoted(std::string_view text)
         quoted += Escaped(c);
     return '"' + quoted.toUtf8() + '"';
 }
+
+} // namespace info

@@ -8,6 +8,8 @@
 
 #include <QByteArray>
 
+namespace info {
+
 /// Such as "unknown command"; the manual page has the list.
 const char* DamageWord(Damage kind);
 
@@ -20,3 +22,5 @@ const char* BackgroundWord(const Background& background);
 /// A text of the file in UTF-8 and in quotation marks, in front of which, as of backslashes, stands
 /// a backslash. Control characters are "\xNN".
 QByteArray Quoted(std::string_view text);
+
+} // namespace info

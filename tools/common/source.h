@@ -1,0 +1,20 @@
+// SPDX-License-Identifier: MIT
+// SPDX-FileCopyrightText: 2026 plotvw contributors
+//
+// Loading a graph that a call names, with reasons that help when it cannot be loaded.
+#pragma once
+
+#include "meta/plfgraph.h"
+
+#include <QByteArray>
+#include <QString>
+
+namespace tools {
+
+/// Loads a graph.
+/// @param name   local name, or kStandardStream for what the standard input holds up to its end
+/// @param graph  receives it
+/// @return empty, or why it was not loaded
+QString LoadGraph(const QByteArray& name, PlfGraph* graph);
+
+} // namespace tools

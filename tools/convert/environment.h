@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: MIT
+// SPDX-FileCopyrightText: 2026 plotvw contributors
+//
+// What the converter's process must look like before Qt and other processes see it.
+#pragma once
+
+#include <QString>
+
+#include <memory>
+
+namespace convert {
+
+/// To be called first in the program: takes the numbers of closed streams, a UTF-8 locale, and the
+/// messages of Qt and of the interpreter.
+void PrepareProcess();
+
+/// Creates the application object, without which there are no fonts, on a platform that needs no
+/// display. It lives as long as what is returned.
+std::shared_ptr<void> StartQt(char** argv);
+
+/// Keeps the messages of Qt and of the interpreter while it lives, which otherwise go to standard
+/// error. One at a time.
+class MessageKeeper
+{
+public:
+    MessageKeeper();
+    MessageKeeper(const MessageKeeper&) = delete;
+    MessageKeeper& operator=(const MessageKeeper&) = delete;
+    ~MessageKeeper();
+
+    /// The messages so far, one a line.
+    [[nodiscard]] const QString& Messages() const { return messages; }
+
+private:
+    QString messages;
+};
+
+} // namespace convert

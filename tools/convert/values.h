@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: MIT
+// SPDX-FileCopyrightText: 2026 plotvw contributors
+//
+// The values of the converter's options. Each function takes a text as the user wrote it and gives
+// nothing for one that means nothing; numbers have a decimal point in every locale.
+#pragma once
+
+#include "tools/convert/picturesettings.h"
+
+#include <QString>
+
+#include <optional>
+
+namespace convert {
+
+/// Highest resolution in pixels per inch.
+constexpr int kMaxDpi = 9600;
+/// Thickest line that may be asked for, drawing units: the whole width of a graph.
+constexpr int kMaxLineWidth = 4096;
+/// Largest factor on line widths.
+constexpr int kMaxLineScale = 1000;
+/// Best quality of a JPEG.
+constexpr int kMaxQuality = 100;
+/// Most worker processes.
+constexpr int kMaxJobs = 256;
+
+/// "WIDTHxHEIGHT" in pixels, 1..kMaxSide each and at most kMaxPixels together.
+std::optional<QSize> ParseSize(const QString& text);
+/// "LEFT,TOP,RIGHT,BOTTOM" in drawing units within the graph, neither empty nor inverted.
+std::optional<QRect> ParseArea(const QString& text);
+/// A positive number up to kMaxLineScale.
+std::optional<double> ParseLineScale(const QString& text);
+/// "white", "file" or "transparent".
+std::optional<Background> ParseBackground(const QString& text);
+/// Every name of a background, for messages.
+QString BackgroundNames();
+
+} // namespace convert
