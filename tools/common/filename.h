@@ -22,10 +22,10 @@ QByteArray EncodeName(const QString& name);
 /// A name for a message: control characters as "\xNN", so that it stays on its line.
 QByteArray VisibleName(const QByteArray& name);
 
-/// The name without its folder and without the last extension; "stdin" for kStandardStream.
+/// The name without its directory and without the last extension; "stdin" for kStandardStream.
 QString BaseName(const QString& name);
 
-/// The folder in a name, without a '/' at its end unless it is the root; "." without one.
+/// The directory in a name, without a '/' at its end unless it is the root; "." without one.
 QString FolderOf(const QString& name);
 
 } // namespace tools

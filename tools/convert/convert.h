@@ -27,11 +27,11 @@ struct OutputRules {
 };
 
 /// Makes the picture of a job.
-/// @param number  tells the temporary file from those of other jobs of the call
+/// @param number  of the job in the call, for the name of the temporary file
 Outcome Convert(const Job& job, int number, const PictureSettings& settings,
                 const OutputRules& rules);
 
-/// Removes what a conversion that ended in its middle left behind.
+/// Removes the temporary file of a conversion that did not end by itself.
 void RemoveLeftovers(const Job& job, int number, const OutputRules& rules);
 
 } // namespace convert

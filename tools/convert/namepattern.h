@@ -15,7 +15,7 @@ constexpr char kDefaultPattern[] = "{name}.{ext}";
 
 /// What the placeholders of a pattern stand for.
 struct NameParts {
-    QString input; // name of the graph, with its folder
+    QString input; // name of the graph, with its directory
     Format format = Format::kPng;
     int number = 1; // place of the graph in the call, from 1
     int count = 1;  // graphs in the call; {number} has as many digits as it

@@ -23,7 +23,7 @@ QString Reason(int error)
     return QString::fromLocal8Bit(strerror(error));
 }
 
-// A pipe, a device or a folder: something that a new file must not take the place of.
+// A pipe, a device or a directory: something that a new file must not replace.
 bool IsSpecial(const QByteArray& name)
 {
     struct stat info = {};

@@ -15,7 +15,7 @@ namespace convert {
 /// Where the picture really goes: the file at the end of a chain of links, so that the link stays.
 QByteArray FinalName(const QByteArray& name);
 
-/// The name of the unfinished picture: in the same folder, hidden, told apart by the token.
+/// The name of the unfinished picture: in the same directory, hidden, with the token.
 QByteArray TemporaryName(const QByteArray& name, const QByteArray& token);
 
 /// What is written goes into the temporary file, which Commit gives its name. A pipe or a device,

@@ -68,7 +68,7 @@ std::vector<Input> AllInputs(const QStringList& names)
     return inputs;
 }
 
-// A picture whose name begins with '/', from the pattern, is not moved into the folder.
+// A picture whose name begins with '/', from the pattern, is not moved into the directory.
 QString InFolder(const QString& folder, const QString& name)
 {
     return folder.isEmpty() ? name : QDir(folder).filePath(name);

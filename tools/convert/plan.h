@@ -19,8 +19,8 @@ struct PlannedJob {
     QString problem;
 };
 
-/// One entry per graph, in the order of the call; a folder stands for the files in it whose names
-/// end in ".plf". An input whose picture would have the name of an earlier one has a problem.
+/// One entry per graph, in the order of the call; a directory stands for the files in it whose
+/// names end in ".plf". An input whose picture would have the name of an earlier one has a problem.
 std::vector<PlannedJob> MakePlan(const Options& options);
 
 } // namespace convert

@@ -31,7 +31,7 @@ struct WorkResult {
 };
 
 /// Does jobs 0..count-1, each in one of up to so many workers. A worker that dies costs the job it
-/// was at, and another takes its place. SIGINT, SIGTERM and SIGHUP end the workers at once; the
+/// was at, and another takes its place. SIGINT, SIGTERM and SIGHUP end the workers; the
 /// caller decides about itself. Must be called without any other thread.
 WorkResult RunWorkers(int count, int workers, const WorkerTasks& tasks);
 

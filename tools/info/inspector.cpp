@@ -108,7 +108,7 @@ void Inspector::NoteParameters(const Item& command)
         }
         if (isString && IsTooLong(parameter)) {
             Note(Damage::kTextTooLong, command.span.begin);
-            drawn.clear(); // an empty text stands in its place
+            drawn.clear(); // an empty text was drawn instead
         }
     }
 }

@@ -19,7 +19,8 @@ std::vector<tools::OptionRow<Options>> Rows()
     return {
         {"j json", nullptr, QStringLiteral("Print JSON."), tools::ReadFlag<&Options::asJson>},
         {"d dump", nullptr,
-         QStringLiteral("List every command and vector, with the offsets of its first byte and after its last."),
+         QStringLiteral("List every command and vector, with the offsets of its first byte and "
+                        "after its last."),
          tools::ReadFlag<&Options::asDump>},
     };
 }

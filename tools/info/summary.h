@@ -57,7 +57,7 @@ struct Extent {
 /// The background that the file asks for.
 struct Background {
     int index = 0;
-    /// Where the character stands that names it; nothing = the file names none.
+    /// Offset of the character that names it; nothing = the file names none.
     std::optional<size_t> offset;
 };
 

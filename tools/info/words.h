@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 //
-// The words that stand for what was found, the same in every kind of output.
+// The words for what was found, the same in every kind of output.
 #pragma once
 
 #include "tools/info/summary.h"
@@ -19,8 +19,8 @@ const char* EndWord(PlfEnd reason);
 /// How the background was found: "file", "default" or "unknown".
 const char* BackgroundWord(const Background& background);
 
-/// A text of the file in UTF-8 and in quotation marks, in front of which, as of backslashes, stands
-/// a backslash. Control characters are "\xNN".
+/// A text of the file in UTF-8 and in quotation marks. Quotation marks and backslashes in it get a
+/// backslash; control characters are "\xNN".
 QByteArray Quoted(std::string_view text);
 
 } // namespace info

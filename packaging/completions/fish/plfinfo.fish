@@ -1,7 +1,7 @@
 # SPDX-License-Identifier: MIT
 # SPDX-FileCopyrightText: 2026 plotvw contributors
 complete -c plfinfo -f -a "(__fish_complete_suffix .plf)"
-complete -c plfinfo -s j -l json -d "For programs"
+complete -c plfinfo -s j -l json -d "Print JSON"
 complete -c plfinfo -s d -l dump -d "List every command and vector"
 complete -c plfinfo -s h -l help -d "Print a short help"
 complete -c plfinfo -s v -l version -d "Print the version"
