@@ -36,7 +36,7 @@ QString FileProblem(const char* name)
 
 QString LoadFile(const QByteArray& name, PlfGraph* graph)
 {
-    const QString problem = FileProblem(name.constData());
+    QString problem = FileProblem(name.constData());
     if (!problem.isEmpty())
         return problem;
     const char* reason = nullptr;

@@ -93,10 +93,11 @@ PlannedJob MakeJob(const Options& options, const Input& input, const NameParts& 
 
 std::vector<PlannedJob> MakePlan(const Options& options)
 {
-    if (!options.output.isEmpty())
+    if (!options.output.isEmpty()) {
         return {{{tools::EncodeName(options.inputs.first()), tools::EncodeName(options.output),
                   options.format},
                  {}}};
+    }
     const std::vector<Input> inputs = AllInputs(options.inputs);
     std::vector<PlannedJob> plan;
     QSet<QString> taken;

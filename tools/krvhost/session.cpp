@@ -113,7 +113,7 @@ int Session::AwaitQuit(QString command)
 QString Session::Again(const QString& command)
 {
     const QString file = FileIn(command);
-    const QString request = file + QStringLiteral(" -q");
+    QString request = file + QStringLiteral(" -q");
     if (!HasOption(command, "-tmp"))
         return request;
     const QString copy = copies.HandOver(request);
