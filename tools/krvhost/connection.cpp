@@ -3,7 +3,6 @@
 #include "tools/krvhost/connection.h"
 
 #include "hostlink/frame.h"
-#include "tools/krvhost/wire.h"
 
 #include <QDeadlineTimer>
 #include <QLocalSocket>
@@ -25,7 +24,7 @@ bool Connection::AwaitEnd(int milliseconds)
 Arrival Connection::Receive(int milliseconds, QString* message)
 {
     const QDeadlineTimer deadline(milliseconds);
-    while (!TakeFrame(&received, message)) {
+    while (!TakeFrame(received, message)) {
         if (socket->state() == QLocalSocket::UnconnectedState)
             return Arrival::kClosed;
         if (!socket->waitForReadyRead(static_cast<int>(deadline.remainingTime())) &&

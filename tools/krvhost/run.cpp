@@ -2,6 +2,7 @@
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 #include "tools/krvhost/run.h"
 
+#include "tools/krvhost/command.h"
 #include "tools/krvhost/session.h"
 #include "tools/krvhost/temporarycopies.h"
 #include "tools/krvhost/viewerprocess.h"
@@ -83,7 +84,7 @@ int RunWith(QLocalServer& server, QFile& script, const QString& serverName, cons
 {
     ViewerProcess viewer;
     if (options.noStart)
-        printf("waiting for -svrname=%s\n", qPrintable(serverName));
+        printf("waiting for %s\n", qPrintable(WordFor(ViewerOption::kServerName) + serverName));
     else if (StartViewer(viewer, serverName, options) != kDone)
         return kNotStarted;
     TemporaryCopies copies;

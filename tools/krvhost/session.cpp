@@ -2,7 +2,8 @@
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 #include "tools/krvhost/session.h"
 
-#include "tools/krvhost/wire.h"
+#include "hostlink/protocol.h"
+#include "tools/krvhost/command.h"
 
 #include <QDeadlineTimer>
 #include <QElapsedTimer>
@@ -84,7 +85,8 @@ int Session::Command(QString command)
     viewer.Send(command);
     if (answered) {
         const int result = AwaitAnswer(command, timer);
-        return result == kDone && HasOption(command, "-q") ? AwaitQuit(command) : result;
+        return result == kDone && HasOption(command, ViewerOption::kQuit) ? AwaitQuit(command)
+                                                                          : result;
     }
     printf("sent            %s\n", qPrintable(command));
     return kDone;
@@ -113,8 +115,8 @@ int Session::AwaitQuit(QString command)
 QString Session::Again(const QString& command)
 {
     const QString file = FileIn(command);
-    QString request = file + QStringLiteral(" -q");
-    if (!HasOption(command, "-tmp"))
+    QString request = file + u' ' + WordFor(ViewerOption::kQuit);
+    if (!HasOption(command, ViewerOption::kTemporary))
         return request;
     const QString copy = copies.HandOver(request);
     return FileIn(copy) == file ? QString() : copy;

@@ -2,7 +2,7 @@
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 #include "tools/krvhost/temporarycopies.h"
 
-#include "tools/krvhost/wire.h"
+#include "tools/krvhost/command.h"
 
 #include <QDir>
 #include <QFile>
@@ -21,7 +21,7 @@ QString TemporaryCopies::HandOver(const QString& command)
         if (word.isEmpty())
             return {};
     }
-    words.prepend(QStringLiteral("-tmp"));
+    words.prepend(WordFor(ViewerOption::kTemporary));
     return words.join(u' ');
 }
 

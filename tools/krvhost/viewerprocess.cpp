@@ -2,6 +2,8 @@
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 #include "tools/krvhost/viewerprocess.h"
 
+#include "tools/krvhost/command.h"
+
 #include <QCoreApplication>
 #include <QFileInfo>
 
@@ -16,7 +18,7 @@ constexpr int kEndTime = 5000; // milliseconds until a viewer that was asked to 
 bool ViewerProcess::Start(const QString& program, const QString& serverName, const Options& options)
 {
     QStringList arguments = options.viewerArguments;
-    arguments.prepend(QStringLiteral("-svrname=") + serverName);
+    arguments.prepend(WordFor(ViewerOption::kServerName) + serverName);
     if (options.leave)
         return QProcess::startDetached(program, arguments);
     process.setProcessChannelMode(QProcess::ForwardedChannels);
