@@ -352,6 +352,12 @@ private slots:
         QVERIFY(options.workers >= 1);
     }
 
+    void option_thatIsRepeated_hasItsLastValue()
+    {
+        const Options options = ReadValid(QStringLiteral("--width 0 --width 10 a.plf b.png"));
+        QCOMPARE(options.picture.width.value_or(0), 10);
+    }
+
     void format_isThatOfTheOption_thenOfTheName()
     {
         QCOMPARE(ReadValid(QStringLiteral("-f svg a.plf b.png")).format, Format::kSvg);
