@@ -3,7 +3,7 @@
 #include "tools/info/summaryjson.h"
 
 #include "meta/palette.h"
-#include "meta/plfbuffer.h"
+#include "meta/plfgraph.h"
 #include "meta/plftext.h"
 #include "tools/info/words.h"
 

@@ -3,7 +3,7 @@
 #include "tools/info/summarytext.h"
 
 #include "meta/palette.h"
-#include "meta/plfbuffer.h"
+#include "meta/plfgraph.h"
 #include "tools/info/words.h"
 
 namespace info {
