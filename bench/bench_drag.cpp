@@ -19,7 +19,8 @@
 #include "app/state/globals.h"
 #include "bench/graphs.h"
 #include "support/text.h"
-#include "tests/plfwriter.h"
+#include "tests/kit/files.h"
+#include "tests/kit/plf.h"
 
 #include <benchmark/benchmark.h>
 
@@ -177,9 +178,9 @@ std::string WithWidth(const QTemporaryDir& folder, const std::string& graph,
     const size_t at = bytes.find(thin);
     if (at == std::string::npos)
         Fail(graph, "has no width command to replace.");
-    bytes.replace(at, thin.size(), "\x1bGT" + plf::Int(width));
+    bytes.replace(at, thin.size(), plf::Width(width));
     std::string copy = folder.filePath(QString::fromStdString(name)).toStdString();
-    if (!plf::WriteFile(copy, bytes))
+    if (!WriteFile(copy, bytes))
         Fail(copy, "cannot be written.");
     return copy;
 }

@@ -20,6 +20,7 @@
 #include "bench/graphs.h"
 #include "meta/palette.h"
 #include "meta/plfbuffer.h"
+#include "tests/kit/plf.h"
 
 #include <benchmark/benchmark.h>
 
@@ -98,9 +99,7 @@ std::string WithPen(std::string graph, int pixels)
     if (at == std::string::npos)
         Fail("graph", "has no width command to replace.");
     const int width = 2 * kUnitsPerPixel * pixels; // a pen is half as wide as the command's value
-    const std::string integer = {static_cast<char>(64 + width / 16),
-                                 static_cast<char>(48 + width % 16)};
-    return graph.replace(at, thin.size(), "\x1bGT" + integer);
+    return graph.replace(at, thin.size(), plf::Width(width));
 }
 
 void SetUp(QPainter& painter)

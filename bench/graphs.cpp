@@ -2,6 +2,7 @@
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 #include "bench/graphs.h"
 
+#include "meta/plfarea.h"
 #include "meta/plfbuffer.h"
 
 #include <QFile>
@@ -39,8 +40,7 @@ std::string ReadBytes(const std::string& path)
 
 void Draw(QPainter* painter, int mode, Rect zoom)
 {
-    Rect whole = {};
-    SetRect(&whole, 0, 0, kPlfWidth, kPlfHeight);
+    Rect whole = kWholeArea;
     char name[] = "benchmark.plf";
     CPlfMeta meta(name, painter, nullptr, 1.0, mode);
     meta.DrawPlf(&zoom, &whole);

@@ -5,6 +5,7 @@
 #include "app/cmdline.h"
 #include "app/state/globals.h"
 #include "fuzz/target.h"
+#include "tests/kit/globals.h"
 
 #include <QApplication>
 #include <QByteArrayList>
@@ -75,6 +76,6 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
     CheckTexts(words);
     CheckWindowPlace();
     fuzz::Require((giCmdArg & ~(kJobPrint | kJobJpeg | kJobEps)) == 0, "every job is known");
-    fuzz::ResetGlobals();
+    ResetGlobals();
     return 0;
 }

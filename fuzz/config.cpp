@@ -6,9 +6,11 @@
 #include "app/state/globals.h"
 #include "fuzz/target.h"
 #include "meta/palette.h"
+#include "meta/plfarea.h"
 #include "meta/plfmeta.h"
 #include "support/text.h"
-#include "tests/plfwriter.h"
+#include "tests/kit/globals.h"
+#include "tests/kit/plf.h"
 
 #include <QGuiApplication>
 #include <QImage>
@@ -44,7 +46,7 @@ void LoadGraph()
 void DrawWith(QPainter* painter, QPrinter* printer, int conversion)
 {
     Rect zoom = {};
-    Rect whole = fuzz::WholeArea();
+    Rect whole = kWholeArea;
     char name[] = "fuzz.plf";
     CPlfMeta meta(name, painter, printer, 1.0, conversion);
     meta.DrawPlf(&zoom, &whole);
@@ -92,6 +94,6 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
     LoadGraph();
     DrawOnPaper();
     WriteEps();
-    fuzz::ResetGlobals();
+    ResetGlobals();
     return 0;
 }

@@ -14,7 +14,8 @@
 #include "fuzz/target.h"
 #include "hostlink/frame.h"
 #include "support/text.h"
-#include "tests/plfwriter.h"
+#include "tests/kit/globals.h"
+#include "tests/kit/plf.h"
 
 #include <QApplication>
 #include <QFile>
@@ -47,7 +48,7 @@ constexpr size_t kChoose = 6; // takes ten times as long as the rest
 
 QByteArray Graph()
 {
-    return QByteArray::fromStdString(plf::Start() + plf::Line(0, 0, 4095, 3119) + plf::End());
+    return QByteArray::fromStdString(plf::Diagonal());
 }
 
 // State that is kept between inputs.
@@ -133,7 +134,7 @@ Conversation::~Conversation()
     host.reset();
     Settle();
     qDeleteAll(qApp->findChildren<QLocalSocket*>());
-    fuzz::ResetGlobals();
+    ResetGlobals();
     TheWorld().sandbox.Clear();
 }
 

@@ -5,7 +5,9 @@
 // most graphs end before that byte, so it can have any value.
 #include "app/state/globals.h"
 #include "fuzz/target.h"
+#include "meta/plfarea.h"
 #include "meta/plfmeta.h"
+#include "tests/kit/globals.h"
 
 #include <QGuiApplication>
 #include <QImage>
@@ -52,7 +54,7 @@ void Draw(const View& view)
     QPainter painter(&image);
     painter.setRenderHint(QPainter::Antialiasing);
     Rect zoom = view.zoom;
-    Rect whole = fuzz::WholeArea();
+    Rect whole = kWholeArea;
     char name[] = "fuzz.plf";
     CPlfMeta meta(name, &painter, view.onPaper ? &Printer() : nullptr, view.widthScale, 0);
     meta.DrawPlf(&zoom, &whole);
@@ -73,6 +75,6 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
         Draw(kViews[data[size - 1] % std::size(kViews)]);
         fuzz::Require(gdwVectorCnt < size, "every vector takes a byte");
     }
-    fuzz::ResetGlobals();
+    ResetGlobals();
     return 0;
 }

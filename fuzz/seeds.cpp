@@ -4,7 +4,7 @@
 // Writes initial graphs for the fuzz targets: the cases of the decoder scripts, and pieces of the
 // samples, because whole samples are too long.
 //   fuzz_seeds SAMPLES SCRIPTS OUTPUT
-#include "tests/script.h"
+#include "tests/kit/script.h"
 
 #include <QDir>
 #include <QFile>

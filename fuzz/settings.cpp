@@ -6,6 +6,7 @@
 #include "app/appwindow.h"
 #include "app/state/globals.h"
 #include "fuzz/target.h"
+#include "tests/kit/globals.h"
 
 #include <QApplication>
 #include <QFile>
@@ -84,9 +85,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
     Home().Write(kName, input);
     CheckRoundTrip(input);
     Home().Write(kName, input);
-    fuzz::ResetGlobals();
+    ResetGlobals();
     CheckWindow();
     qDeleteAll(qApp->findChildren<QLocalSocket*>()); // they outlive their windows
-    fuzz::ResetGlobals();
+    ResetGlobals();
     return 0;
 }

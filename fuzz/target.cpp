@@ -4,7 +4,6 @@
 
 #include "app/state/globals.h"
 #include "meta/plfbuffer.h"
-#include "meta/plfmeta.h"
 #include "support/text.h"
 
 #include <QDir>
@@ -12,10 +11,8 @@
 #include <QFile>
 #include <QMetaObject>
 
-#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
-#include <iterator>
 
 #include <sys/mman.h>
 #include <sys/stat.h>
@@ -110,27 +107,6 @@ QByteArray MemoryFile::Contents() const
     return bytes;
 }
 
-void ResetGlobals()
-{
-    FreePlfBuffer();
-    for (char* text : {gszPlffileOrig, gszPlffileName, gszCurrentWorkingDir, gszCvtFilenameBase,
-                       gszCvtFilename, gszKrvServerName})
-        text[0] = 0;
-    std::fill(std::begin(gszFileVersion), std::end(gszFileVersion), '\0');
-    static_cast<void>(CopyText(gszFileVersion, "1.0"));
-    SetRect(&grWinPos, 200, 200, 840, 687);
-    gfCmdlineWndpos = giCmdArg = giCmdPrintOrientation = giCmdPrintPapertype = giAutosave = 0;
-    gbBkClrWhite = true;
-    gbCmdQuit = gbIsTempFile = false;
-    giExportQuality = 10;
-    giPrtMinLineWidth = 2;
-    giPageX = giPageY = 0;
-    gdPageSizeX = gdPageSizeY = 1.0;
-    gfEpsUseBkClr = gfEpsCvt2Blk = 0;
-    gdEpsCvtScale = 0.25;
-    gdwFilesize = gdwBkClrFile = gdwVectorCnt = 0;
-}
-
 bool LoadGraph(const uint8_t* data, size_t size)
 {
     char message[kLoadMessageSize] = "";
@@ -138,13 +114,6 @@ bool LoadGraph(const uint8_t* data, size_t size)
     Require(loaded == (gpPlfmembuf != nullptr), "a refused file leaves no graph");
     Require(loaded || message[0] != 0, "a refusal is explained");
     return loaded;
-}
-
-Rect WholeArea()
-{
-    Rect whole = {};
-    SetRect(&whole, 0, 0, kPlfWidth, kPlfHeight);
-    return whole;
 }
 
 bool Refuser::eventFilter(QObject* watched, QEvent* event)

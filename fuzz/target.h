@@ -5,8 +5,6 @@
 // functions; a target reports a failure by ending the process.
 #pragma once
 
-#include "support/rect.h"
-
 #include <QByteArray>
 #include <QObject>
 #include <QTemporaryDir>
@@ -65,15 +63,9 @@ private:
     std::string path;
 };
 
-/// Resets every variable of the program that an input may change to its initial value.
-void ResetGlobals();
-
 /// Loads the bytes as the program loads a file. ResetGlobals frees them.
 /// @return false if the loader refuses them
 bool LoadGraph(const uint8_t* data, size_t size);
-
-/// The file's whole area, in drawing units.
-Rect WholeArea();
 
 /// Rejects every dialog as soon as its event loop runs.
 class Refuser : public QObject

@@ -6,7 +6,7 @@
 
 #include "meta/palette.h"
 #include "support/settings.h"
-#include "tests/appfixture.h"
+#include "tests/kit/appfixture.h"
 
 #include <QFileDialog>
 #include <QMenu>
@@ -26,6 +26,7 @@
 
 using fixture::Box;
 using fixture::Settle;
+using fixture::Status;
 using fixture::TypeName;
 using fixture::Window;
 
@@ -38,16 +39,6 @@ constexpr int64_t kTiny = std::numeric_limits<int64_t>::min();
 
 constexpr char kCannotOpen[] = "Error opening file.";
 constexpr char kNotPlf[] = "File is not a recognized PLF graphic format.";
-
-std::string Graph()
-{
-    return plf::Start() + plf::Line(0, 0, 4095, 3119) + plf::End();
-}
-
-QString Text(const std::string& text)
-{
-    return QString::fromStdString(text);
-}
 
 // An item that a menu must have, in the order of the table. A row without a text is a separator.
 struct Item {
@@ -155,11 +146,6 @@ QList<QAction*> AllItems(const QList<QAction*>& items)
     return all;
 }
 
-QString Status(const Window& window)
-{
-    return window->statusBar()->currentMessage();
-}
-
 std::string SettingsPath()
 {
     char path[kPathSize];
@@ -171,7 +157,7 @@ bool WriteSettings(const Rect& place, bool white)
     grWinPos = place;
     gbBkClrWhite = white;
     const bool written = WriteSettingsFile() == 0;
-    fixture::ResetGlobals();
+    ResetGlobals();
     return written;
 }
 
@@ -206,7 +192,7 @@ QString PlaceText(int64_t left, int64_t top, int64_t width, int64_t height)
 
 } // namespace
 
-class TestAppWindow : public QObject
+class TestAppWindow : public QObject, protected fixture::WindowTest
 {
     Q_OBJECT
 
@@ -317,21 +303,16 @@ private slots:
 private:
     void CheckFailure(const std::string& name, const char* message);
     void CheckNoFile(const Window& window);
-
-    std::unique_ptr<fixture::Directories> directories;
-    std::unique_ptr<fixture::Dialogs> dialogs;
 };
 
 void TestAppWindow::init()
 {
-    directories = std::make_unique<fixture::Directories>();
-    dialogs = std::make_unique<fixture::Dialogs>();
+    Begin();
 }
 
 void TestAppWindow::cleanup()
 {
-    QCOMPARE(dialogs->Strangers(), QStringList());
-    QCOMPARE(dialogs->Pending(), 0);
+    End();
 }
 
 void TestAppWindow::constructor_namesTheWindowAndDeletesItOnClose()
@@ -565,7 +546,7 @@ void TestAppWindow::menuItems_otherThanTheBackground_areNotCheckable()
 void TestAppWindow::whiteBackground_onAtStart_isChecked()
 {
     Window window;
-    window.AddViewOf(directories->Write("a.plf", Graph()));
+    window.AddViewOf(directories->Write("a.plf", plf::Diagonal()));
     QAction* white = WhiteBackground(window);
     QVERIFY(white->isCheckable());
     QVERIFY(white->isChecked());
@@ -582,7 +563,7 @@ void TestAppWindow::whiteBackground_offAtStart_isNotCheckableUntilChosen()
 {
     QVERIFY(WriteSettings(Place(1, 2, 300, 200), false));
     Window window;
-    window.AddViewOf(directories->Write("a.plf", Graph()));
+    window.AddViewOf(directories->Write("a.plf", plf::Diagonal()));
     QAction* white = WhiteBackground(window);
     QVERIFY(!white->isCheckable());
     QVERIFY(!white->isChecked());
@@ -616,7 +597,7 @@ void TestAppWindow::whiteBackground_chosen_repaintsTheView()
 void TestAppWindow::whiteBackground_chosen_isSavedWithTheSettings()
 {
     Window window;
-    window.AddViewOf(directories->Write("a.plf", Graph()));
+    window.AddViewOf(directories->Write("a.plf", plf::Diagonal()));
     WhiteBackground(window)->trigger();
     FindItem(MenuItems(window, "&File"), "&Save Settings")->trigger();
     gbBkClrWhite = true;
@@ -627,7 +608,7 @@ void TestAppWindow::whiteBackground_chosen_isSavedWithTheSettings()
 void TestAppWindow::viewMenu_byKeyboard_chooses()
 {
     Window window;
-    window.AddViewOf(directories->Write("a.plf", Graph()));
+    window.AddViewOf(directories->Write("a.plf", plf::Diagonal()));
     QVERIFY(window.Show());
     QTest::keyClick(window.Get(), Qt::Key_V, Qt::AltModifier);
     QTRY_VERIFY(QApplication::activePopupWidget() != nullptr);
@@ -658,7 +639,7 @@ void TestAppWindow::choose_dialog_asksForGraphs()
 void TestAppWindow::choose_cancelled_changesNothing()
 {
     Window window;
-    window.AddViewOf(directories->Write("a.plf", Graph()));
+    window.AddViewOf(directories->Write("a.plf", plf::Diagonal()));
     const QString title = window->windowTitle();
     const QString status = Status(window);
     const std::string name = gszPlffileOrig;
@@ -686,7 +667,7 @@ void TestAppWindow::choose_cancelled_keepsTheTemporaryFlag()
 
 void TestAppWindow::choose_file_loadsIt()
 {
-    const std::string path = directories->Write("a.plf", Graph());
+    const std::string path = directories->Write("a.plf", plf::Diagonal());
     const Window window;
     dialogs->Expect<QFileDialog>([&](QFileDialog& dialog) { TypeName(dialog, Text(path)); });
     window->choose();
@@ -697,7 +678,7 @@ void TestAppWindow::choose_file_loadsIt()
 
 void TestAppWindow::choose_file_isNeverTemporary()
 {
-    const std::string path = directories->Write("a.plf", Graph());
+    const std::string path = directories->Write("a.plf", plf::Diagonal());
     const Window window;
     gbIsTempFile = true;
     dialogs->Expect<QFileDialog>([&](QFileDialog& dialog) { TypeName(dialog, Text(path)); });
@@ -720,9 +701,9 @@ void TestAppWindow::choose_badFile_isNeverTemporaryEither()
 
 void TestAppWindow::choose_secondFile_keepsTheExportNameOfTheFirst()
 {
-    const std::string second = directories->Write("b.plf", Graph());
+    const std::string second = directories->Write("b.plf", plf::Diagonal());
     Window window;
-    window.AddViewOf(directories->Write("a.plf", Graph()));
+    window.AddViewOf(directories->Write("a.plf", plf::Diagonal()));
     dialogs->Expect<QFileDialog>([&](QFileDialog& dialog) { TypeName(dialog, Text(second)); });
     window->choose();
     QCOMPARE(window->windowTitle(), QStringLiteral("KORVEL Viewer - b.plf"));
@@ -731,19 +712,19 @@ void TestAppWindow::choose_secondFile_keepsTheExportNameOfTheFirst()
 
 void TestAppWindow::load_graph_showsIt()
 {
-    const std::string path = directories->Write("a.plf", Graph());
+    const std::string path = directories->Write("a.plf", plf::Diagonal());
     const Window window;
     window->load(Text(path));
     QCOMPARE(Text(gszPlffileOrig), Text(path));
     QCOMPARE(Text(gszPlffileName), QStringLiteral("a.plf"));
     QCOMPARE(window->windowTitle(), QStringLiteral("KORVEL Viewer - a.plf"));
-    QCOMPARE(gdwFilesize, Graph().size());
-    QCOMPARE(QByteArray(gpPlfmembuf), QByteArray::fromStdString(Graph()));
+    QCOMPARE(gdwFilesize, plf::Diagonal().size());
+    QCOMPARE(QByteArray(gpPlfmembuf), QByteArray::fromStdString(plf::Diagonal()));
 }
 
 void TestAppWindow::load_graph_saysSoForTwoSeconds()
 {
-    const std::string path = directories->Write("a.plf", Graph());
+    const std::string path = directories->Write("a.plf", plf::Diagonal());
     Window window;
     QVERIFY(window.Show());
     fixture::EndStatusTime(window); // that of the text which was there before
@@ -757,11 +738,11 @@ void TestAppWindow::load_graph_saysSoForTwoSeconds()
 void TestAppWindow::load_graph_repaintsTheView()
 {
     Window window;
-    window.AddViewOf(directories->Write("a.plf", Graph()));
+    window.AddViewOf(directories->Write("a.plf", plf::Diagonal()));
     QVERIFY(window.Show());
     Settle();
     fixture::PaintLog paints(window->view);
-    window->load(Text(directories->Write("b.plf", Graph())));
+    window->load(Text(directories->Write("b.plf", plf::Diagonal())));
     Settle();
     QVERIFY(paints.Covers(window->view->rect()));
 }
@@ -770,7 +751,7 @@ void TestAppWindow::load_beforeThereIsAView_works()
 {
     const Window window;
     QCOMPARE(window->view, nullptr);
-    window->load(Text(directories->Write("a.plf", Graph())));
+    window->load(Text(directories->Write("a.plf", plf::Diagonal())));
     QVERIFY(gpPlfmembuf != nullptr);
 }
 
@@ -839,8 +820,9 @@ void TestAppWindow::load_badFile_isReported()
     QVERIFY(QDir().mkpath(Text(directories->Path("directory"))));
     static_cast<void>(directories->Write("empty.plf", ""));
     static_cast<void>(directories->Write("short.plf", plf::Header().substr(0, 15)));
-    static_cast<void>(directories->Write("other.plf", "X" + Graph()));
-    static_cast<void>(directories->Write("last.plf", plf::Header().substr(0, 15) + "1" + Graph()));
+    static_cast<void>(directories->Write("other.plf", "X" + plf::Diagonal()));
+    static_cast<void>(
+        directories->Write("last.plf", plf::Header().substr(0, 15) + "1" + plf::Diagonal()));
     static_cast<void>(directories->Write("text.plf", "TG140000TG1410 and some more text\n"));
     QCOMPARE(symlink("none.plf", directories->Path("broken.plf").c_str()), 0);
     QCOMPARE(symlink("loop.plf", directories->Path("loop.plf").c_str()), 0);
@@ -852,7 +834,7 @@ void TestAppWindow::load_badFile_isReported()
 void TestAppWindow::load_unreadableFile_isReported()
 {
     constexpr uid_t kNobody = 65534;
-    const std::string path = directories->Write("a.plf", Graph());
+    const std::string path = directories->Write("a.plf", plf::Diagonal());
     QCOMPARE(chmod(directories->Path("").c_str(), 0711), 0);
     QCOMPARE(chmod(path.c_str(), 0), 0);
     if (geteuid() == 0)
@@ -897,7 +879,7 @@ void TestAppWindow::load_badFile_titleChangesBeforeTheBox_statusTextAfterIt()
 {
     Window window;
     QVERIFY(window.Show());
-    window->load(Text(directories->Write("a.plf", Graph())));
+    window->load(Text(directories->Write("a.plf", plf::Diagonal())));
     fixture::EndStatusTime(window);
     QString title = QStringLiteral("no box");
     QString status = title;
@@ -916,7 +898,7 @@ void TestAppWindow::load_badFile_titleChangesBeforeTheBox_statusTextAfterIt()
 void TestAppWindow::load_badFile_afterAGraph_leavesNoFile()
 {
     Window window;
-    window.AddViewOf(directories->Write("a.plf", Graph()));
+    window.AddViewOf(directories->Write("a.plf", plf::Diagonal()));
     Box box;
     fixture::ExpectBox(*dialogs, box);
     window->load(Text(directories->Write("b.plf", "no graph")));
@@ -926,7 +908,7 @@ void TestAppWindow::load_badFile_afterAGraph_leavesNoFile()
 void TestAppWindow::load_badFile_repaintsTheView()
 {
     Window window;
-    window.AddViewOf(directories->Write("a.plf", Graph()));
+    window.AddViewOf(directories->Write("a.plf", plf::Diagonal()));
     QVERIFY(window.Show());
     Settle();
     Box box;
@@ -940,7 +922,7 @@ void TestAppWindow::load_badFile_repaintsTheView()
 void TestAppWindow::load_badFile_keepsTheLastShortName()
 {
     const Window window;
-    window->load(Text(directories->Write("a.plf", Graph())));
+    window->load(Text(directories->Write("a.plf", plf::Diagonal())));
     Box box;
     fixture::ExpectBox(*dialogs, box);
     window->load(Text(directories->Path("none.plf")));
@@ -949,7 +931,7 @@ void TestAppWindow::load_badFile_keepsTheLastShortName()
 
 void TestAppWindow::load_goodFile_afterABadOne_isShown()
 {
-    const std::string path = directories->Write("a.plf", Graph());
+    const std::string path = directories->Write("a.plf", plf::Diagonal());
     const Window window;
     Box box;
     fixture::ExpectBox(*dialogs, box);
@@ -966,7 +948,7 @@ void TestAppWindow::load_tooLongPath_isRefused()
     const std::string path = "/d" + std::string(1022, '/');
     QCOMPARE(path.size(), size_t{1024});
     const Window window;
-    window->load(Text(directories->Write("a.plf", Graph())));
+    window->load(Text(directories->Write("a.plf", plf::Diagonal())));
     Box box;
     fixture::ExpectBox(*dialogs, box);
     window->load(Text(path));
@@ -1044,7 +1026,7 @@ void TestAppWindow::load_name_becomesAPath()
 
 void TestAppWindow::load_relativeName_isFoundInTheStartDirectory()
 {
-    const std::string path = directories->Write("work/a.plf", Graph());
+    const std::string path = directories->Write("work/a.plf", plf::Diagonal());
     QVERIFY(QDir::setCurrent(Text(directories->Path("tmp"))));
     const Window window;
     window->load(QStringLiteral("a.plf"));
@@ -1055,7 +1037,7 @@ void TestAppWindow::load_relativeName_isFoundInTheStartDirectory()
 
 void TestAppWindow::load_relativeName_ignoresTheExportDirectory()
 {
-    static_cast<void>(directories->Write("tmp/a.plf", Graph()));
+    static_cast<void>(directories->Write("tmp/a.plf", plf::Diagonal()));
     QVERIFY(CopyText(gszCurrentWorkingDir, directories->Path("tmp").c_str()));
     const Window window;
     Box box;
@@ -1067,7 +1049,7 @@ void TestAppWindow::load_relativeName_ignoresTheExportDirectory()
 
 void TestAppWindow::load_relativeName_statusSaysTheNameAsGiven()
 {
-    static_cast<void>(directories->Write("work/a.plf", Graph()));
+    static_cast<void>(directories->Write("work/a.plf", plf::Diagonal()));
     const Window window;
     window->load(QStringLiteral("a.plf"));
     QCOMPARE(Status(window), QStringLiteral("Loaded document a.plf"));
@@ -1090,7 +1072,7 @@ void TestAppWindow::load_firstFile_namesExports()
     QFETCH(QByteArray, name);
     QFETCH(QByteArray, base);
     const Window window;
-    window->load(Text(directories->Write(name.toStdString(), Graph())));
+    window->load(Text(directories->Write(name.toStdString(), plf::Diagonal())));
     QCOMPARE(Text(gszCvtFilenameBase), Text(directories->Path(base.toStdString())));
 }
 
@@ -1100,7 +1082,7 @@ void TestAppWindow::load_firstFile_namesExportsEvenIfItIsMissing()
     Box box;
     fixture::ExpectBox(*dialogs, box);
     window->load(Text(directories->Path("none.plf")));
-    window->load(Text(directories->Write("a.plf", Graph())));
+    window->load(Text(directories->Write("a.plf", plf::Diagonal())));
     QCOMPARE(Text(gszCvtFilenameBase), Text(directories->Path("none")));
 }
 
@@ -1108,15 +1090,15 @@ void TestAppWindow::load_givenExportName_isKept()
 {
     QVERIFY(CopyText(gszCvtFilenameBase, "given"));
     const Window window;
-    window->load(Text(directories->Write("a.plf", Graph())));
+    window->load(Text(directories->Write("a.plf", plf::Diagonal())));
     QCOMPARE(Text(gszCvtFilenameBase), QStringLiteral("given"));
 }
 
 void TestAppWindow::load_secondFile_keepsTheExportName()
 {
     const Window window;
-    window->load(Text(directories->Write("a.plf", Graph())));
-    window->load(Text(directories->Write("b.plf", Graph())));
+    window->load(Text(directories->Write("a.plf", plf::Diagonal())));
+    window->load(Text(directories->Write("b.plf", plf::Diagonal())));
     QCOMPARE(window->windowTitle(), QStringLiteral("KORVEL Viewer - b.plf"));
     QCOMPARE(Text(gszPlffileName), QStringLiteral("b.plf"));
     QCOMPARE(Text(gszCvtFilenameBase), Text(directories->Path("a")));
@@ -1124,7 +1106,8 @@ void TestAppWindow::load_secondFile_keepsTheExportName()
 
 void TestAppWindow::load_nameOutsideAscii_isShown()
 {
-    const std::string path = directories->Write("gr\xc3\xbc\xc3\x9f \xe2\x82\xac.plf", Graph());
+    const std::string path =
+        directories->Write("gr\xc3\xbc\xc3\x9f \xe2\x82\xac.plf", plf::Diagonal());
     const Window window;
     window->load(Text(path));
     QCOMPARE(window->windowTitle(), QStringLiteral("KORVEL Viewer - gr\u00fc\u00df \u20ac.plf"));
@@ -1133,7 +1116,7 @@ void TestAppWindow::load_nameOutsideAscii_isShown()
 
 void TestAppWindow::load_nameWithMarkup_isShownAsItIs()
 {
-    const std::string path = directories->Write("<b>&a %1 %s.plf", Graph());
+    const std::string path = directories->Write("<b>&a %1 %s.plf", plf::Diagonal());
     const Window window;
     window->load(Text(path));
     QCOMPARE(window->windowTitle(), QStringLiteral("KORVEL Viewer - <b>&a %1 %s.plf"));
@@ -1144,7 +1127,7 @@ void TestAppWindow::load_nameWithMarkup_isShownAsItIs()
 void TestAppWindow::load_nameWithPlaceholder_isWholeInTheTitleBar()
 {
     Window window;
-    window->load(Text(directories->Write("a[*].plf", Graph())));
+    window->load(Text(directories->Write("a[*].plf", plf::Diagonal())));
     QVERIFY(window.Show());
     QCOMPARE(window->windowHandle()->title(), QStringLiteral("KORVEL Viewer - a[*].plf"));
 }
@@ -1152,7 +1135,7 @@ void TestAppWindow::load_nameWithPlaceholder_isWholeInTheTitleBar()
 void TestAppWindow::refresh_escape_showsTheWholeGraphAgain()
 {
     Window window;
-    window.AddViewOf(directories->Write("a.plf", Graph()));
+    window.AddViewOf(directories->Write("a.plf", plf::Diagonal()));
     QVERIFY(window.Show());
     DrawView* view = window->view;
     QTest::mousePress(view, Qt::LeftButton, {}, QPoint(100, 100));
@@ -1187,7 +1170,7 @@ void TestAppWindow::resetAspect_shapesTheWindow()
     QFETCH(int, width);
     QFETCH(int, height);
     Window window;
-    window.AddViewOf(directories->Write("a.plf", Graph()));
+    window.AddViewOf(directories->Write("a.plf", plf::Diagonal()));
     QVERIFY(window.Show());
     QCOMPARE(window->logicalDpiX(), window->logicalDpiY());
     giCmdPrintOrientation = orientation;
@@ -1201,9 +1184,9 @@ void TestAppWindow::resetAspect_shapesTheWindow()
 void TestAppWindow::keys_open()
 {
     Window window;
-    window.AddViewOf(directories->Write("a.plf", Graph()));
+    window.AddViewOf(directories->Write("a.plf", plf::Diagonal()));
     QVERIFY(window.Show());
-    const std::string second = directories->Write("b.plf", Graph());
+    const std::string second = directories->Write("b.plf", plf::Diagonal());
     dialogs->Expect<QFileDialog>([&](QFileDialog& dialog) { TypeName(dialog, Text(second)); });
     QTest::keyClick(window.Get(), Qt::Key_F, Qt::ControlModifier);
     QCOMPARE(window->windowTitle(), QStringLiteral("KORVEL Viewer - b.plf"));
@@ -1214,7 +1197,7 @@ void TestAppWindow::keys_open()
 void TestAppWindow::keys_background()
 {
     Window window;
-    window.AddViewOf(directories->Write("a.plf", Graph()));
+    window.AddViewOf(directories->Write("a.plf", plf::Diagonal()));
     QVERIFY(window.Show());
     for (const bool white : {false, true, false}) {
         QTest::keyClick(window.Get(), Qt::Key_B, Qt::ControlModifier);
@@ -1226,7 +1209,7 @@ void TestAppWindow::keys_background()
 void TestAppWindow::keys_quit()
 {
     Window window;
-    window.AddViewOf(directories->Write("a.plf", Graph()));
+    window.AddViewOf(directories->Write("a.plf", plf::Diagonal()));
     QVERIFY(window.Show());
     QTest::keyClick(window.Get(), Qt::Key_Q, Qt::ControlModifier);
     QTRY_VERIFY(window.IsGone());
@@ -1309,7 +1292,7 @@ void TestAppWindow::place_survivesARestart()
         Settle();
         FindItem(MenuItems(window, "&File"), "&Save Settings")->trigger();
     }
-    fixture::ResetGlobals();
+    ResetGlobals();
     Window window;
     QVERIFY(window.Show());
     QCOMPARE(window->pos(), QPoint(70, 80));
@@ -1337,7 +1320,7 @@ void TestAppWindow::resizeEvent_asASlot_storesTheSize()
 void TestAppWindow::closing_deletesTheWindowAndTheView()
 {
     Window window;
-    window.AddViewOf(directories->Write("a.plf", Graph()));
+    window.AddViewOf(directories->Write("a.plf", plf::Diagonal()));
     QVERIFY(window.Show());
     const QPointer<DrawView> view(window->view);
     QVERIFY(window->close());
@@ -1348,7 +1331,7 @@ void TestAppWindow::closing_deletesTheWindowAndTheView()
 void TestAppWindow::closing_freesTheGraph()
 {
     Window window;
-    window.AddViewOf(directories->Write("a.plf", Graph()));
+    window.AddViewOf(directories->Write("a.plf", plf::Diagonal()));
     QVERIFY(window.Show());
     window->view->update(); // a repaint that still waits
     QVERIFY(gpPlfmembuf != nullptr);
@@ -1371,7 +1354,7 @@ void TestAppWindow::closing_withAutosave_writesPlaceAndBackground()
 {
     static_cast<void>(directories->Write("home/plotvw.cfg", "autosave=yes\n"));
     Window window;
-    window.AddViewOf(directories->Write("a.plf", Graph()));
+    window.AddViewOf(directories->Write("a.plf", plf::Diagonal()));
     QVERIFY(window.Show());
     window->move(70, 80);
     window->resize(510, 410);
@@ -1406,7 +1389,7 @@ void TestAppWindow::closing_withoutAGraph_isFine()
 void TestAppWindow::quitting_whileTheFileDialogIsOpen_isSurvived()
 {
     Window window;
-    window.AddViewOf(directories->Write("a.plf", Graph()));
+    window.AddViewOf(directories->Write("a.plf", plf::Diagonal()));
     QVERIFY(window.Show());
     dialogs->Expect<QFileDialog>([](QFileDialog&) { QCoreApplication::quit(); });
     QTimer::singleShot(0, window.Get(), [&] { window->choose(); });
@@ -1417,7 +1400,7 @@ void TestAppWindow::quitting_whileTheFileDialogIsOpen_isSurvived()
 void TestAppWindow::quitting_whileAnErrorIsShown_isSurvived()
 {
     Window window;
-    window.AddViewOf(directories->Write("a.plf", Graph()));
+    window.AddViewOf(directories->Write("a.plf", plf::Diagonal()));
     QVERIFY(window.Show());
     dialogs->Expect<QMessageBox>([](QMessageBox&) { QCoreApplication::quit(); });
     const QString missing = Text(directories->Path("none.plf"));

@@ -9,9 +9,9 @@
 #include "meta/palette.h"
 #include "meta/passwatch.h"
 #include "support/log.h"
-#include "tests/appfixture.h"
-#include "tests/recorder.h"
-#include "tests/viewfixture.h"
+#include "tests/kit/appfixture.h"
+#include "tests/kit/recorder.h"
+#include "tests/kit/viewfixture.h"
 
 #include <QDeadlineTimer>
 #include <QFile>
@@ -165,7 +165,7 @@ const QTimer* UseUpStatusTime(const View& view)
 
 Q_DECLARE_METATYPE(Qt::MouseButton)
 
-class TestBand : public QObject
+class TestBand : public QObject, protected fixture::WindowTest
 {
     Q_OBJECT
 
@@ -195,15 +195,12 @@ private slots:
 private:
     std::string Wide() { return directories->Write("wide.plf", WideFile()); }
 
-    std::unique_ptr<fixture::Directories> directories;
-    std::unique_ptr<fixture::Dialogs> dialogs;
     std::unique_ptr<PassCounter> passes;
 };
 
 void TestBand::init()
 {
-    directories = std::make_unique<fixture::Directories>();
-    dialogs = std::make_unique<fixture::Dialogs>();
+    Begin();
     passes = std::make_unique<PassCounter>(directories->Path("trace.log"));
     gbBkClrWhite = false;
 }
@@ -211,8 +208,7 @@ void TestBand::init()
 void TestBand::cleanup()
 {
     passes.reset();
-    QCOMPARE(dialogs->Strangers(), QStringList());
-    QCOMPARE(dialogs->Pending(), 0);
+    End();
 }
 
 void TestBand::press_drawsNoGraph_data()

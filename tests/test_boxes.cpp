@@ -3,8 +3,8 @@
 //
 // The host sends the next command while a message box is still open: closing the box must not undo
 // that command.
-#include "tests/appfixture.h"
-#include "tests/hostend.h"
+#include "tests/kit/appfixture.h"
+#include "tests/kit/hostend.h"
 
 #include <QStatusBar>
 
@@ -21,17 +21,6 @@ constexpr int kPenWidth = 800; // makes a different picture
 std::string Graph(int width = 0)
 {
     return plf::Start() + plf::Width(width) + plf::Line(0, 1560, 4095, 1560) + plf::End();
-}
-
-QString Text(const std::string& text)
-{
-    return QString::fromStdString(text);
-}
-
-QByteArray ReadFile(const QString& name)
-{
-    QFile file(name);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
 // Does something once, when a widget is painted.
@@ -55,7 +44,7 @@ private:
 
 } // namespace
 
-class TestBoxes : public QObject
+class TestBoxes : public QObject, protected fixture::WindowTest
 {
     Q_OBJECT
 
@@ -93,8 +82,6 @@ private:
 
     [[nodiscard]] QString Path(const char* name) const { return Text(directories->Path(name)); }
 
-    std::unique_ptr<fixture::Directories> directories;
-    std::unique_ptr<fixture::Dialogs> dialogs;
     std::optional<Host> host;
     std::optional<Window> window;
     std::string graph;
@@ -112,8 +99,7 @@ void TestBoxes::initTestCase()
 
 void TestBoxes::init()
 {
-    directories = std::make_unique<fixture::Directories>();
-    dialogs = std::make_unique<fixture::Dialogs>();
+    Begin();
     dialogs->AnswerNested();
     graph = directories->Write("work/graph.plf", Graph());
     other = Text(directories->Write("work/other.plf", Graph(kPenWidth)));
@@ -133,8 +119,7 @@ void TestBoxes::cleanup()
     host.reset();
     QVERIFY(QDir::setCurrent(before));
     QCOMPARE(giCmdArg, 0);
-    QCOMPARE(dialogs->Strangers(), QStringList());
-    QCOMPARE(dialogs->Pending(), 0);
+    End();
 }
 
 void TestBoxes::Open(const std::string& path)
@@ -336,7 +321,7 @@ void TestBoxes::job_beforeAGraphArrives_isNotRunAgain()
     };
     exportFirst();
     const QByteArray picture = ReadFile(jpeg);
-    QVERIFY(!picture.isEmpty());
+    QVERIFY(picture.startsWith("\xff\xd8\xff"));
     const OnPaint sending((*window)->view, [this] { host->Send(QStringLiteral("other.plf")); });
     exportFirst();
     AwaitAnswer();
@@ -393,7 +378,7 @@ void TestBoxes::closing_dropsPendingJobs()
 {
     const QString jpeg = Path("work/graph.jpg");
     const QByteArray older("a picture of before");
-    QVERIFY(plf::WriteFile(jpeg.toStdString(), older.toStdString()));
+    QVERIFY(WriteFile(jpeg, older));
     Open(graph);
     giCmdArg = kJobJpeg;
     QMetaObject::invokeMethod(window->Get(), "close", Qt::QueuedConnection);

@@ -6,7 +6,7 @@
 
 #include "meta/palette.h"
 #include "support/settings.h"
-#include "tests/appfixture.h"
+#include "tests/kit/appfixture.h"
 
 #include <QFile>
 #include <QLabel>
@@ -305,7 +305,7 @@ ShownText Look(const QMessageBox& box)
 
 } // namespace
 
-class TestCmdline : public QObject
+class TestCmdline : public QObject, protected fixture::WindowTest
 {
     Q_OBJECT
 
@@ -388,8 +388,6 @@ private:
     Globals atStart;
     QPen penAtStart;
     QPen rubberPenAtStart;
-    std::unique_ptr<fixture::Directories> directories;
-    std::unique_ptr<fixture::Dialogs> dialogs;
     Globals before;
 };
 
@@ -402,15 +400,13 @@ void TestCmdline::initTestCase()
 
 void TestCmdline::init()
 {
-    directories = std::make_unique<fixture::Directories>();
-    dialogs = std::make_unique<fixture::Dialogs>();
+    Begin();
     before = AllGlobals();
 }
 
 void TestCmdline::cleanup()
 {
-    QCOMPARE(dialogs->Strangers(), QStringList());
-    QCOMPARE(dialogs->Pending(), 0);
+    End();
 }
 
 void TestCmdline::globals_atStart_haveDefaults_data()
@@ -779,7 +775,7 @@ void TestCmdline::givenWindowPosition_isKeptOverTheSettingsFile()
     grWinPos = {30, 40, 430, 340, 400, 300};
     gbBkClrWhite = false;
     QCOMPARE(WriteSettingsFile(), 0);
-    fixture::ResetGlobals();
+    ResetGlobals();
     QCOMPARE(Parse({"-wp=10,20,500,350"}), 0);
     const fixture::Window window;
     QCOMPARE(window->pos(), QPoint(10, 20));
@@ -791,7 +787,7 @@ void TestCmdline::storedWindowPosition_replacesTheDefault()
 {
     grWinPos = {30, 40, 430, 340, 400, 300};
     QCOMPARE(WriteSettingsFile(), 0);
-    fixture::ResetGlobals();
+    ResetGlobals();
     QCOMPARE(Parse({"-q"}), 0);
     const fixture::Window window;
     QCOMPARE(window->pos(), QPoint(30, 40));

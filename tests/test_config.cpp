@@ -7,6 +7,7 @@
 #include "app/state/globals.h"
 #include "support/files.h"
 #include "support/text.h"
+#include "tests/kit/globals.h"
 
 #include <QtTest>
 
@@ -18,21 +19,6 @@
 namespace {
 
 constexpr qsizetype kPiece = 1023; // characters of a line that are read at once
-
-void resetSettings()
-{
-    giPrtMinLineWidth = 2;
-    giPageX = 0;
-    giPageY = 0;
-    gdPageSizeX = 1.0;
-    gdPageSizeY = 1.0;
-    giCmdPrintPapertype = 0;
-    giExportQuality = 10;
-    gfEpsCvt2Blk = 0;
-    gfEpsUseBkClr = 0;
-    gdEpsCvtScale = 0.25;
-    giAutosave = 0;
-}
 
 // Everything a file can set that does not have its default, as "name=value" in a fixed order.
 QByteArray changes()
@@ -100,7 +86,7 @@ void TestConfig::init()
     QVERIFY(QDir(dir->path()).mkdir(QStringLiteral("exe")));
     QVERIFY(CopyText(gszHomedir, home().toLocal8Bit().constData()));
     QVERIFY(CopyText(gszExePath, exe().toLocal8Bit().constData()));
-    resetSettings();
+    ResetGlobals();
 }
 
 void TestConfig::cleanup()

@@ -5,11 +5,12 @@
 // its messages and exit codes, and what is in the folder afterwards. It runs without a display.
 #include "meta/palette.h"
 #include "meta/plfbuffer.h"
-#include "tests/commalocale.h"
-#include "tests/epsfile.h"
-#include "tests/graph.h"
-#include "tests/plainpainter.h"
-#include "tests/plfwriter.h"
+#include "tests/kit/commalocale.h"
+#include "tests/kit/epsfile.h"
+#include "tests/kit/files.h"
+#include "tests/kit/graph.h"
+#include "tests/kit/plainpainter.h"
+#include "tests/kit/plf.h"
 #include "tests/reference/reference.h"
 #include "tests/reference/streams.h"
 
@@ -46,25 +47,14 @@ struct Call {
     QByteArray errors;
 };
 
-QString Text(const char* text)
-{
-    return QString::fromUtf8(text);
-}
-
-QByteArray Contents(const QString& name)
-{
-    QFile file(name);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(no file)");
-}
-
 void Write(const QString& name, const QByteArray& bytes)
 {
-    QVERIFY(plf::WriteFile(name.toStdString(), bytes.toStdString()));
+    QVERIFY(WriteFile(name, bytes));
 }
 
 QByteArray Sample(const QString& name)
 {
-    return Contents(Text(PLOTVW_SAMPLES "/") + name);
+    return ReadFile(Text(PLOTVW_SAMPLES "/") + name);
 }
 
 QByteArray SmallGraph(int x = 4095)
@@ -484,7 +474,7 @@ void TestConverting::jpeg_looksLikeThePng()
     Write(Path("a.plf"), Sample(Text("tour.plf")));
     ConvertWell("a.plf a.png");
     ConvertWell("a.plf a.jpg");
-    QVERIFY(Contents(Path("a.jpg")).startsWith("\xff\xd8\xff"));
+    QVERIFY(ReadFile(Path("a.jpg")).startsWith("\xff\xd8\xff"));
     QVERIFY(LookAlike(Loaded(Path("a.png")), Loaded(Path("a.jpg")), kJpegTolerance));
 }
 
@@ -493,7 +483,7 @@ void TestConverting::jpeg_ofLowerQuality_isSmaller()
     Write(Path("a.plf"), Sample(Text("tour.plf")));
     ConvertWell("a.plf a.jpg");
     ConvertWell("--quality 20 a.plf b.jpeg");
-    QVERIFY(Contents(Path("b.jpeg")).size() < Contents(Path("a.jpg")).size() / 2);
+    QVERIFY(ReadFile(Path("b.jpeg")).size() < ReadFile(Path("a.jpg")).size() / 2);
 }
 
 void TestConverting::svg_looksLikeThePng()
@@ -502,7 +492,7 @@ void TestConverting::svg_looksLikeThePng()
     Write(Path("a.plf"), Sample(sample));
     ConvertWell("--background file a.plf a.png");
     ConvertWell("--background file a.plf a.svg");
-    const QByteArray svg = Contents(Path("a.svg"));
+    const QByteArray svg = ReadFile(Path("a.svg"));
     QVERIFY(!svg.contains("<image")); // vectors are vectors
     QVERIFY(svg.contains("viewBox=\"0 0 640 487\""));
     QVERIFY(
@@ -537,10 +527,10 @@ void TestConverting::eps_isTheViewers()
     Write(Path("a.plf"), graph);
     ConvertWell("a.plf a.eps");
     LoadBytes(graph);
-    QCOMPARE(Contents(Path("a.eps")), Eps());
+    QCOMPARE(ReadFile(Path("a.eps")), Eps());
     // These say what the viewer does anyway.
     ConvertWell("--background white --line-scale 1 --min-line-width 5 a.plf b.eps");
-    QCOMPARE(Contents(Path("b.eps")), Contents(Path("a.eps")));
+    QCOMPARE(ReadFile(Path("b.eps")), ReadFile(Path("a.eps")));
 }
 
 void TestConverting::eps_ofSeededStreams_isTheViewers()
@@ -552,7 +542,7 @@ void TestConverting::eps_ofSeededStreams_isTheViewers()
     QCOMPARE(Convert("--format eps --output-dir out .").code, 0);
     for (unsigned seed = 1; seed <= kStreams; ++seed) {
         const std::string expected = reference::DrawEps(streams::Make(seed), ViewOf(true), {});
-        QCOMPARE(Contents(Path(QStringLiteral("out/%1.eps").arg(seed))),
+        QCOMPARE(ReadFile(Path(QStringLiteral("out/%1.eps").arg(seed))),
                  QByteArray::fromStdString(expected));
     }
 }
@@ -575,7 +565,7 @@ void TestConverting::eps_takesTheOptions()
     options.linesToBlack = true;
     options.fillBackground = true;
     options.backgroundIndex = 10;
-    QCOMPARE(Contents(Path("a.eps")),
+    QCOMPARE(ReadFile(Path("a.eps")),
              QByteArray::fromStdString(reference::DrawEps(graph, view, options)));
 }
 
@@ -596,16 +586,16 @@ void TestConverting::standardStreams_areReadAndWritten()
     const Call call = Convert({Text("-f"), format, Text("-"), Text("-")}, graph);
     QCOMPARE(call.errors, QByteArray());
     QCOMPARE(call.code, 0);
-    QCOMPARE(call.output, Contents(Path(file)));
+    QCOMPARE(call.output, ReadFile(Path(file)));
 }
 
 void TestConverting::format_mayDifferFromTheExtension()
 {
     Write(Path("a.plf"), SmallGraph());
     ConvertWell("--format png a.plf thumbnail");
-    QVERIFY(Contents(Path("thumbnail")).startsWith("\x89PNG"));
+    QVERIFY(ReadFile(Path("thumbnail")).startsWith("\x89PNG"));
     ConvertWell("--format svg a.plf b.png");
-    QVERIFY(Contents(Path("b.png")).startsWith("<?xml"));
+    QVERIFY(ReadFile(Path("b.png")).startsWith("<?xml"));
 }
 
 void TestConverting::closedOutput_isToldSo()
@@ -633,7 +623,7 @@ void TestConverting::displayAndHome_areNotNeeded()
     }
     environment = bare;
     ConvertWell("a.plf b.png");
-    QCOMPARE(Contents(Path("b.png")), Contents(Path("a.png")));
+    QCOMPARE(ReadFile(Path("b.png")), ReadFile(Path("a.png")));
 }
 
 void TestConverting::commaLocale_changesNothing()
@@ -647,8 +637,8 @@ void TestConverting::commaLocale_changesNothing()
     environment.insert(Text("LC_ALL"), Text("de_DE.UTF-8"));
     ConvertWell("--line-scale 1.5 a.plf b.svg");
     ConvertWell("--line-scale 1.5 a.plf b.eps");
-    QCOMPARE(Contents(Path("b.svg")), Contents(Path("a.svg")));
-    QCOMPARE(Contents(Path("b.eps")), Contents(Path("a.eps")));
+    QCOMPARE(ReadFile(Path("b.svg")), ReadFile(Path("a.svg")));
+    QCOMPARE(ReadFile(Path("b.eps")), ReadFile(Path("a.eps")));
 }
 
 void TestConverting::error_namesFileAndReason_data()
@@ -747,8 +737,8 @@ void TestConverting::graph_isNeverOverwritten()
     const Call call = Convert({Text("-f"), Text("png"), Text("a.plf"), output});
     QCOMPARE(call.code, 1);
     QCOMPARE(call.errors, "plfconvert: " + reason);
-    QCOMPARE(Contents(Path("a.plf")), SmallGraph());
-    QCOMPARE(Contents(Path("other.plf")), SmallGraph(5));
+    QCOMPARE(ReadFile(Path("a.plf")), SmallGraph());
+    QCOMPARE(ReadFile(Path("other.plf")), SmallGraph(5));
 }
 
 void TestConverting::failure_keepsTheOldPicture()
@@ -756,7 +746,7 @@ void TestConverting::failure_keepsTheOldPicture()
     Write(Path("a.plf"), "damaged");
     Write(Path("a.png"), "old");
     QCOMPARE(Convert("a.plf a.png").code, 1);
-    QCOMPARE(Contents(Path("a.png")), QByteArray("old"));
+    QCOMPARE(ReadFile(Path("a.png")), QByteArray("old"));
 }
 
 void TestConverting::fileSizeLimit_leavesNoHalfPicture_data()
@@ -782,7 +772,7 @@ void TestConverting::fileSizeLimit_leavesNoHalfPicture()
     const Call call = Finish(&shell);
     QCOMPARE(call.errors, "plfconvert: a.plf: " + name.toUtf8() + ": File too large\n");
     QCOMPARE(call.code, 1);
-    QCOMPARE(Contents(Path(name)), QByteArray("old"));
+    QCOMPARE(ReadFile(Path(name)), QByteArray("old"));
     QCOMPARE(Entries(), before);
 }
 
@@ -848,8 +838,8 @@ void TestConverting::strangeNames_areConverted()
                                   "Kr\344fte", "percent %1",
                                   "{brace}"};
     for (const QByteArray& name : names)
-        QVERIFY(plf::WriteFile(folder->path().toStdString() + "/" + name.toStdString() + ".plf",
-                               SmallGraph().toStdString()));
+        QVERIFY(WriteFile(folder->path().toStdString() + "/" + name.toStdString() + ".plf",
+                          SmallGraph().toStdString()));
     const Call call = Convert("--size 8x8 --output-dir out .");
     QCOMPARE(call.errors, QByteArray());
     QCOMPARE(call.output, QByteArray("9 files: 9 converted, 0 failed\n"));
@@ -873,10 +863,10 @@ void TestConverting::existingPictures_areReplacedOrLeftAlone()
     const Call kept = Convert("--no-clobber --output-dir . a.plf b.plf");
     QCOMPARE(kept.output, QByteArray("2 files: 1 converted, 1 skipped, 0 failed\n"));
     QCOMPARE(kept.code, 0);
-    QCOMPARE(Contents(Path("a.png")), QByteArray("old"));
+    QCOMPARE(ReadFile(Path("a.png")), QByteArray("old"));
     const Call replaced = Convert("--output-dir . a.plf b.plf");
     QCOMPARE(replaced.output, QByteArray("2 files: 2 converted, 0 failed\n"));
-    QVERIFY(Contents(Path("a.png")).startsWith("\x89PNG"));
+    QVERIFY(ReadFile(Path("a.png")).startsWith("\x89PNG"));
 }
 
 // The worker waits for the standard input when it is killed.
@@ -888,7 +878,7 @@ void TestConverting::workerThatIsKilled_costsItsFileAndIsTold()
     Start(&process, {Text("-"), Text("a.png")});
     QTRY_VERIFY_WITH_TIMEOUT(input.IsRead(), kTimeout);
     const QString children = QStringLiteral("/proc/%1/task/%1/children").arg(process.processId());
-    const int worker = Contents(children).trimmed().toInt();
+    const int worker = ReadFile(children).trimmed().toInt();
     QVERIFY(worker > 0);
     QCOMPARE(kill(worker, SIGKILL), 0);
     const Call call = Finish(&process);

@@ -4,8 +4,8 @@
 // Runs the decoder scripts of tests/data/decoder: bytes in, painted operations out.
 #include "app/state/globals.h"
 #include "meta/plfbuffer.h"
-#include "tests/graph.h"
-#include "tests/script.h"
+#include "tests/kit/graph.h"
+#include "tests/kit/script.h"
 
 #include <QDir>
 #include <QTest>

@@ -5,8 +5,8 @@
 #include "app/drawview.h"
 
 #include "support/settings.h"
-#include "tests/appfixture.h"
-#include "tests/viewfixture.h"
+#include "tests/kit/appfixture.h"
+#include "tests/kit/viewfixture.h"
 
 #include <QFileDialog>
 #include <QPrinter>
@@ -124,7 +124,7 @@ void ButtonRows()
 
 Q_DECLARE_METATYPE(Qt::MouseButton)
 
-class TestDrawView : public QObject
+class TestDrawView : public QObject, protected fixture::WindowTest
 {
     Q_OBJECT
 
@@ -227,23 +227,18 @@ private slots:
 private:
     std::string Cross() { return directories->Write("cross.plf", CrossFile()); }
     int QuitRequests(int job);
-
-    std::unique_ptr<fixture::Directories> directories;
-    std::unique_ptr<fixture::Dialogs> dialogs;
 };
 
 void TestDrawView::init()
 {
-    directories = std::make_unique<fixture::Directories>();
-    dialogs = std::make_unique<fixture::Dialogs>();
+    Begin();
     gbBkClrWhite = false;
     static_cast<void>(WriteSettingsFile());
 }
 
 void TestDrawView::cleanup()
 {
-    QCOMPARE(dialogs->Strangers(), QStringList());
-    QCOMPARE(dialogs->Pending(), 0);
+    End();
 }
 
 void TestDrawView::constructor_withAFile_loadsIt()

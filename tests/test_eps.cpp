@@ -7,13 +7,14 @@
 #include "meta/palette.h"
 #include "meta/plfbuffer.h"
 #include "meta/plfmeta.h"
-#include "tests/commalocale.h"
-#include "tests/epsfile.h"
-#include "tests/graph.h"
-#include "tests/recorder.h"
+#include "tests/kit/commalocale.h"
+#include "tests/kit/epsfile.h"
+#include "tests/kit/files.h"
+#include "tests/kit/graph.h"
+#include "tests/kit/recorder.h"
+#include "tests/kit/script.h"
 #include "tests/reference/reference.h"
 #include "tests/reference/streams.h"
-#include "tests/script.h"
 
 #include <QDir>
 #include <QFile>
@@ -39,12 +40,6 @@ QByteArray FileOnBlack(const QString& script)
 {
     return (PlfHeader() + "00").leftJustified(kBackgroundScanStart, '\r') + "\x1bRA10\x1bRA1 0" +
            ScriptBytes(script);
-}
-
-Rect MakeRect(int left, int top, int right, int bottom)
-{
-    Rect rect = {};
-    return *SetRect(&rect, left, top, right, bottom);
 }
 
 // The parts of a file, as they are with every option at its start-up value.
@@ -128,12 +123,6 @@ QStringList RecordWithEps(const QString& path, const Pass& pass = {})
     QPainter painter(&recorder);
     WriteEps(path, pass, &painter);
     return recorder.Operations();
-}
-
-QByteArray ReadAll(const QString& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(no file)");
 }
 
 } // namespace
@@ -531,7 +520,7 @@ void TestEps::otherModes_writeNoFile()
     WriteEps(path);
     QVERIFY(QFile::remove(path));
     Rect none = {};
-    Rect full = MakeRect(0, 0, kPlfWidth, kPlfHeight);
+    Rect full = kWholeArea;
     char name[] = "test.plf";
     for (const int mode : {0, 1, 2, 4, -3}) {
         CPlfMeta meta(name, nullptr, nullptr, 1.0, mode);
@@ -548,12 +537,12 @@ void TestEps::file_isCompleteBeforeThePassEnds()
     WriteEps(path); // names the output
     QVERIFY(QFile::remove(path));
     Rect none = {};
-    Rect full = MakeRect(0, 0, kPlfWidth, kPlfHeight);
+    Rect full = kWholeArea;
     char name[] = "test.plf";
     CPlfMeta meta(name, nullptr, nullptr, 1.0, kConvertEps);
     QVERIFY(!QFile::exists(path));
     meta.DrawPlf(&none, &full);
-    QCOMPARE(ReadAll(path), Whole("0 0 moveto 4 0 lineto "));
+    QCOMPARE(ReadFile(path), Whole("0 0 moveto 4 0 lineto "));
 }
 
 void TestEps::file_thatIsThereAlready_isReplaced()
@@ -563,7 +552,7 @@ void TestEps::file_thatIsThereAlready_isReplaced()
     WriteEps(path);
     LoadBytes(File({}));
     WriteEps(path);
-    QCOMPARE(ReadAll(path), Whole({}));
+    QCOMPARE(ReadFile(path), Whole({}));
 }
 
 void TestEps::passAgain_writesTheSame()
@@ -580,13 +569,13 @@ void TestEps::passAgain_ofTheSameObject_writesTheSame()
     const QString path = Path("twice.eps");
     WriteEps(path); // names the output
     Rect none = {};
-    Rect full = MakeRect(0, 0, kPlfWidth, kPlfHeight);
+    Rect full = kWholeArea;
     char name[] = "test.plf";
     CPlfMeta meta(name, nullptr, nullptr, 1.0, kConvertEps);
     for (int i = 0; i < 2; ++i) {
         QVERIFY(QFile::remove(path));
         meta.DrawPlf(&none, &full);
-        QCOMPARE(ReadAll(path), Whole("0 0 moveto 1 0 lineto "));
+        QCOMPARE(ReadFile(path), Whole("0 0 moveto 1 0 lineto "));
     }
 }
 
@@ -673,7 +662,7 @@ void TestEps::painter_changesNoByteAndEpsNoPainting()
         const QStringList paintedAlone = Record(pass);
         const QStringList painted = RecordWithEps(path, pass);
         QCOMPARE(painted, paintedAlone);
-        QCOMPARE(ReadAll(path), writtenAlone);
+        QCOMPARE(ReadFile(path), writtenAlone);
     }
 }
 

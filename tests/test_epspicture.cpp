@@ -8,9 +8,10 @@
 #include "meta/palette.h"
 #include "meta/plfbuffer.h"
 #include "meta/plfmeta.h"
-#include "tests/epsfile.h"
-#include "tests/graph.h"
-#include "tests/script.h"
+#include "tests/kit/epsfile.h"
+#include "tests/kit/files.h"
+#include "tests/kit/graph.h"
+#include "tests/kit/plf.h"
 
 #include <QColorSpace>
 #include <QFile>
@@ -24,6 +25,7 @@
 #include <cmath>
 #include <cstdlib>
 #include <functional>
+#include <string>
 
 namespace {
 
@@ -36,52 +38,38 @@ constexpr double kPointsPerInch = 72.0;
 // An EPS line is as many units wide as the file has it, a line on screen half as many.
 constexpr double kScreenWidths = 2.0;
 
-Rect MakeRect(int left, int top, int right, int bottom)
+std::string Move(double x, double y)
 {
-    Rect rect = {};
-    return *SetRect(&rect, left, top, right, bottom);
+    return plf::Move(static_cast<int>(std::lround(x)), static_cast<int>(std::lround(y)));
 }
 
-QByteArray Command(const char* letters, std::initializer_list<int> parameters)
+std::string Draw(double x, double y)
 {
-    QByteArray bytes = QByteArray("\x1b") + letters;
-    for (const int parameter : parameters)
-        bytes += IntegerBytes(parameter);
-    return bytes;
-}
-
-QByteArray Move(double x, double y)
-{
-    return '\x1d' +
-           AddressBytes(static_cast<int>(std::lround(x)), static_cast<int>(std::lround(y)));
-}
-
-QByteArray Draw(double x, double y)
-{
-    return Move(x, y).mid(1);
+    return plf::Draw(static_cast<int>(std::lround(x)), static_cast<int>(std::lround(y)));
 }
 
 // Gives line index n the color of palette index n.
-QByteArray ColorMap()
+std::string ColorMap()
 {
     constexpr int kHues[] = {0, 0, 240, 300, 120, 60, 150, 0, 0, 330, 210, 270, 90, 30, 180};
-    QByteArray map;
+    std::string map;
     for (int index = 1; index < kWhite; ++index) {
         const bool grey = index == 7 || index == 8;
-        map += Command("TG", {1, 4, index, kHues[index], index == 8 ? 20 : 50, grey ? 0 : 100});
+        map +=
+            plf::Command("TG", {1, 4, index, kHues[index], index == 8 ? 20 : 50, grey ? 0 : 100});
     }
-    return map + Command("TG", {1, 4, kWhite, 0, 100, 0});
+    return map + plf::Command("TG", {1, 4, kWhite, 0, 100, 0});
 }
 
 // A fan of lines in every direction, each color its own spoke, with an arc of joined vectors around
 // and a few widths. No two lines of different colors run beside each other.
-QByteArray Fan(double x, double y)
+std::string Fan(double x, double y)
 {
     constexpr double kStep = 2.0 * M_PI / kWhite;
-    QByteArray fan;
+    std::string fan;
     for (int index = 0; index < kWhite; ++index) {
         const double angle = kStep * index + 0.1;
-        fan += Command("ML", {index}) + Command("GT", {index % 3 * 5});
+        fan += plf::LineIndex(index) + plf::Width(index % 3 * 5);
         fan += Move(x + 200.0 * std::cos(angle), y + 200.0 * std::sin(angle));
         fan += Draw(x + 600.0 * std::cos(angle), y + 600.0 * std::sin(angle));
         fan += Move(x + 660.0 * std::cos(angle - 0.15), y + 660.0 * std::sin(angle - 0.15));
@@ -95,27 +83,23 @@ QByteArray Fan(double x, double y)
 
 QByteArray Fans()
 {
-    return PlfHeader() + "00" + ColorMap() + Fan(1000, 1500) + Fan(3000, 1700) + "\a";
+    return QByteArray::fromStdString(plf::Start() + ColorMap() + Fan(1000, 1500) + Fan(3000, 1700) +
+                                     plf::End());
 }
 
 // The same with a background and a line that is white on it.
 QByteArray FansOnBlack()
 {
-    const QByteArray white = Command("ML", {kWhite}) + Move(300, 300) + Draw(3800, 350);
-    return PlfHeader() + "00" + QByteArray(kBackgroundScanStart, '\r') + "\x1bRA10\x1bRA1 0" +
-           ColorMap() + Fan(1000, 1500) + Fan(3000, 1700) + white + "\a";
+    const std::string white = plf::LineIndex(kWhite) + Move(300, 300) + Draw(3800, 350);
+    return QByteArray::fromStdString(plf::Start() + std::string(kBackgroundScanStart, '\r') +
+                                     "\x1bRA10\x1bRA1 0" + ColorMap() + Fan(1000, 1500) +
+                                     Fan(3000, 1700) + white + plf::End());
 }
 
 // Texts are painted but never written. As a font's name, a text is read in the same way.
 QByteArray WithoutTexts(QByteArray file)
 {
     return file.replace("\x1bZD", "\x1bZF").replace(";ZD", ";ZF");
-}
-
-QByteArray ReadAll(const QString& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
 // With the crop the page is the bounding box, and is shown although the file does not ask for it.
@@ -146,7 +130,7 @@ QImage Painted(Pass pass, bool smooth)
     image.fill(Qt::magenta);
     QPainter painter(&image);
     painter.setRenderHint(QPainter::Antialiasing, smooth);
-    Rect full = MakeRect(0, 0, kPlfWidth, kPlfHeight);
+    Rect full = kWholeArea;
     char name[] = "test.plf";
     CPlfMeta meta(name, &painter, nullptr, kScreenWidths * pass.widthScale, 0);
     meta.DrawPlf(&pass.zoom, &full);
@@ -208,7 +192,7 @@ PixelTest IsColor(QRgb color)
 
 QByteArray Sample(const char* name)
 {
-    return ReadAll(QFINDTESTDATA("../samples/") + QString::fromLatin1(name));
+    return ReadFile(QFINDTESTDATA("../samples/") + QString::fromLatin1(name));
 }
 
 const Rect kWhole = {};

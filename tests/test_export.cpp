@@ -5,9 +5,10 @@
 #include "app/export.h"
 
 #include "app/cmdline.h"
-#include "tests/appfixture.h"
-#include "tests/epsfile.h"
-#include "tests/sanitized.h"
+#include "meta/plfbuffer.h"
+#include "tests/kit/appfixture.h"
+#include "tests/kit/epsfile.h"
+#include "tests/kit/sanitized.h"
 
 #include <QAction>
 #include <QBuffer>
@@ -46,22 +47,6 @@ std::string Graph()
     for (int x = 200; x < 4096; x += 900)
         file += plf::Line(x, 100, 4000 - x, 3000);
     return file + plf::Width(12) + plf::Line(0, 700, 4095, 800) + plf::End();
-}
-
-QString Text(const std::string& text)
-{
-    return QString::fromStdString(text);
-}
-
-QByteArray ReadFile(const std::string& path)
-{
-    QFile file(Text(path));
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(no file)");
-}
-
-bool Exists(const std::string& path)
-{
-    return QFileInfo::exists(Text(path));
 }
 
 QStringList FilesIn(const std::string& folder)
@@ -227,7 +212,7 @@ void AskingRows()
 
 Q_DECLARE_METATYPE(Asking)
 
-class TestExport : public QObject
+class TestExport : public QObject, protected fixture::WindowTest
 {
     Q_OBJECT
 
@@ -343,7 +328,6 @@ private slots:
     void chain_windowClosedByAnEvent_isSurvived();
 
 private:
-    std::string Path(const std::string& name) { return directories->Path(name); }
     std::string GraphFile() { return directories->Write("a.plf", Graph()); }
     void Open(Window& window, QSize size = kViewSize);
     void OpenEmpty(Window& window);
@@ -356,9 +340,6 @@ private:
     void MakeUnwritable(const char* extension);
     void LockFolder();
     void CheckSaveError(const Window& window, const std::string& name, const std::string& told);
-
-    std::unique_ptr<fixture::Directories> directories;
-    std::unique_ptr<fixture::Dialogs> dialogs;
 };
 
 void TestExport::initTestCase()
@@ -368,14 +349,12 @@ void TestExport::initTestCase()
 
 void TestExport::init()
 {
-    directories = std::make_unique<fixture::Directories>();
-    dialogs = std::make_unique<fixture::Dialogs>();
+    Begin();
 }
 
 void TestExport::cleanup()
 {
-    QCOMPARE(dialogs->Strangers(), QStringList());
-    QCOMPARE(dialogs->Pending(), 0);
+    End();
 }
 
 // Shows the test graph in a view of a size.

@@ -5,7 +5,7 @@
 #include "app/filedrop.h"
 
 #include "meta/palette.h"
-#include "tests/appfixture.h"
+#include "tests/kit/appfixture.h"
 
 #include <QDropEvent>
 #include <QMimeData>
@@ -20,11 +20,6 @@ using fixture::Settle;
 using fixture::Window;
 
 namespace {
-
-std::string Graph()
-{
-    return plf::Start() + plf::Line(0, 0, 4095, 3119) + plf::End();
-}
 
 // What a file manager hands over: addresses, one a line.
 std::unique_ptr<QMimeData> Dragged(const QByteArray& addresses)
@@ -45,7 +40,7 @@ class DropWindow
 public:
     explicit DropWindow(const fixture::Directories& directories)
     {
-        window.AddViewOf(directories.Write("first.plf", Graph()));
+        window.AddViewOf(directories.Write("first.plf", plf::Diagonal()));
         new FileDrop(window.Get());
         shown = window.Show();
     }
@@ -139,7 +134,7 @@ void TestFileDrop::drop_graph_isOpenedLikeFileOpen()
 {
     DropWindow target(*directories);
     QVERIFY(target.shown);
-    const std::string path = directories->Write("second graph.plf", Graph());
+    const std::string path = directories->Write("second graph.plf", plf::Diagonal());
     QCOMPARE(target.Drag(*Dragged(QUrl::fromLocalFile(QString::fromStdString(path)).toEncoded())),
              kTaken);
     QTRY_COMPARE(target.window->windowTitle(), QStringLiteral("KORVEL Viewer - second graph.plf"));
@@ -151,7 +146,7 @@ void TestFileDrop::drop_temporaryDocumentShown_clearsTheFlag()
 {
     DropWindow target(*directories);
     gbIsTempFile = true;
-    const std::string path = directories->Write("second.plf", Graph());
+    const std::string path = directories->Write("second.plf", plf::Diagonal());
     target.Drag(*Dragged(Address(path)));
     QTRY_COMPARE(std::string(gszPlffileOrig), path);
     QVERIFY(!gbIsTempFile);
@@ -173,7 +168,7 @@ void TestFileDrop::drop_noGraph_saysSoAfterTheDrop()
 void TestFileDrop::drop_nameThatIsNoText_isOpened()
 {
     DropWindow target(*directories);
-    const std::string path = directories->Write("caf\xe9.plf", Graph());
+    const std::string path = directories->Write("caf\xe9.plf", plf::Diagonal());
     QCOMPARE(target.Drag(*Dragged(Address(directories->Path("caf%E9.plf")))), kTaken);
     QTRY_COMPARE(std::string(gszPlffileOrig), path);
 }
@@ -193,7 +188,7 @@ void TestFileDrop::drop_addressOfOneFile_isTaken()
 {
     QFETCH(QString, address);
     DropWindow target(*directories);
-    const std::string path = directories->Write("second.plf", Graph());
+    const std::string path = directories->Write("second.plf", plf::Diagonal());
     QCOMPARE(target.Drag(*Dragged(address.arg(QString::fromStdString(path)).toLatin1())), kTaken);
     QTRY_COMPARE(std::string(gszPlffileOrig), path);
 }
@@ -220,7 +215,7 @@ void TestFileDrop::drop_anythingElse_isRefused()
     QFETCH(QString, addresses);
     DropWindow target(*directories);
     const QString folder = QString::fromStdString(directories->Path(""));
-    QVERIFY(!directories->Write("second.plf", Graph()).empty());
+    QVERIFY(!directories->Write("second.plf", plf::Diagonal()).empty());
     QCOMPARE(mkfifo(directories->Path("pipe.plf").c_str(), S_IRUSR | S_IWUSR), 0);
     const QString list = addresses.replace(QStringLiteral("%1"), folder.chopped(1));
     QCOMPARE(target.Drag(*Dragged(list.toLatin1())), kRefused);
@@ -232,7 +227,7 @@ void TestFileDrop::drop_textAndPicture_isRefused()
 {
     DropWindow target(*directories);
     QMimeData data;
-    data.setText(QString::fromStdString(directories->Write("second.plf", Graph())));
+    data.setText(QString::fromStdString(directories->Write("second.plf", plf::Diagonal())));
     data.setImageData(QImage(1, 1, QImage::Format_RGB32));
     QCOMPARE(target.Drag(data), kRefused);
 }
@@ -253,7 +248,7 @@ void TestFileDrop::drop_action_isNeverAMove()
     QFETCH(Qt::DropActions, offered);
     QFETCH(Qt::DropAction, taken);
     DropWindow target(*directories);
-    const auto data = Dragged(Address(directories->Write("second.plf", Graph())));
+    const auto data = Dragged(Address(directories->Write("second.plf", plf::Diagonal())));
     QCOMPARE(target.Drag(*data, offered), QList<Qt::DropAction>(3, taken));
     Settle();
     const bool isLoaded = std::string(gszPlffileOrig) == directories->Path("second.plf");
@@ -263,7 +258,7 @@ void TestFileDrop::drop_action_isNeverAMove()
 void TestFileDrop::drop_whileADialogIsOpen_isRefused()
 {
     DropWindow target(*directories);
-    const auto data = Dragged(Address(directories->Write("second.plf", Graph())));
+    const auto data = Dragged(Address(directories->Write("second.plf", plf::Diagonal())));
     QList<Qt::DropAction> answers;
     dialogs->Expect<QMessageBox>([&](QMessageBox& box) {
         answers = target.Drag(*data);
@@ -278,7 +273,7 @@ void TestFileDrop::drop_whileADialogIsOpen_isRefused()
 void TestFileDrop::drop_thenWindowClosed_loadsNothing()
 {
     DropWindow target(*directories);
-    target.Drag(*Dragged(Address(directories->Write("second.plf", Graph()))));
+    target.Drag(*Dragged(Address(directories->Write("second.plf", plf::Diagonal()))));
     delete target.window.Get();
     Settle();
     QCOMPARE(std::string(gszPlffileOrig), directories->Path("first.plf"));

@@ -5,7 +5,7 @@
 #include "app/fileprop.h"
 
 #include "meta/plfbuffer.h"
-#include "tests/appfixture.h"
+#include "tests/kit/appfixture.h"
 
 #include <QGroupBox>
 #include <QLabel>
@@ -21,11 +21,6 @@ using fixture::Settle;
 using fixture::Window;
 
 namespace {
-
-QString Text(const std::string& text)
-{
-    return QString::fromStdString(text);
-}
 
 // A graph of so many lines, all at the lower edge.
 std::string Graph(int lines)
@@ -151,7 +146,7 @@ void CallLanguageChange(QDialog& dialog)
 
 } // namespace
 
-class TestFileProp : public QObject
+class TestFileProp : public QObject, protected fixture::WindowTest
 {
     Q_OBJECT
 
@@ -205,21 +200,16 @@ private slots:
 
 private:
     Properties ShowProperties(const Window& window);
-
-    std::unique_ptr<fixture::Directories> directories;
-    std::unique_ptr<fixture::Dialogs> dialogs;
 };
 
 void TestFileProp::init()
 {
-    directories = std::make_unique<fixture::Directories>();
-    dialogs = std::make_unique<fixture::Dialogs>();
+    Begin();
 }
 
 void TestFileProp::cleanup()
 {
-    QCOMPARE(dialogs->Strangers(), QStringList());
-    QCOMPARE(dialogs->Pending(), 0);
+    End();
 }
 
 // Through the menu, with the keyboard; the dialog is answered with its button.

@@ -3,8 +3,8 @@
 //
 // Commands of a host while something else happens to the window: the host and the window are both
 // in this program, so that the test says when. Commands as such are tested with the real program.
-#include "tests/appfixture.h"
-#include "tests/hostend.h"
+#include "tests/kit/appfixture.h"
+#include "tests/kit/hostend.h"
 
 #include <QAbstractEventDispatcher>
 #include <QRegularExpression>
@@ -25,16 +25,6 @@ using fixture::Settle;
 using fixture::Window;
 
 namespace {
-
-std::string Graph()
-{
-    return plf::Start() + plf::Line(0, 0, 4095, 3119) + plf::End();
-}
-
-QString Text(const std::string& text)
-{
-    return QString::fromStdString(text);
-}
 
 // Calls a slot that is not public.
 void Call(const Window& window, const char* slot)
@@ -168,7 +158,7 @@ private:
 
 } // namespace
 
-class TestHostCommands : public QObject
+class TestHostCommands : public QObject, protected fixture::WindowTest
 {
     Q_OBJECT
 
@@ -220,8 +210,6 @@ private slots:
 private:
     void Open(const std::string& path);
 
-    std::unique_ptr<fixture::Directories> directories;
-    std::unique_ptr<fixture::Dialogs> dialogs;
     std::optional<Host> host;
     std::optional<Window> window;
     std::string graph;
@@ -236,11 +224,10 @@ void TestHostCommands::initTestCase()
 
 void TestHostCommands::init()
 {
-    directories = std::make_unique<fixture::Directories>();
-    dialogs = std::make_unique<fixture::Dialogs>();
+    Begin();
     // Relative names stand in the directory "work", and hold nothing that is an option.
-    graph = directories->Write("work/graph.plf", Graph());
-    other = Text(directories->Write("work/other.plf", Graph()));
+    graph = directories->Write("work/graph.plf", plf::Diagonal());
+    other = Text(directories->Write("work/other.plf", plf::Diagonal()));
     host.emplace(*directories);
 }
 
@@ -248,8 +235,7 @@ void TestHostCommands::cleanup()
 {
     window.reset();
     host.reset();
-    QCOMPARE(dialogs->Strangers(), QStringList());
-    QCOMPARE(dialogs->Pending(), 0);
+    End();
 }
 
 // A window with a graph and a host.
@@ -334,7 +320,7 @@ void TestHostCommands::command_isCarriedOut()
 void TestHostCommands::command_nameOutsideAscii_isCarriedOut()
 {
     Open(graph);
-    const std::string path = directories->Write("work/Kr\u00fcmmung_\u03a9.plf", Graph());
+    const std::string path = directories->Write("work/Kr\u00fcmmung_\u03a9.plf", plf::Diagonal());
     host->Send(QStringLiteral(u"Kr\u00fcmmung_\u03a9.plf"));
     QTRY_COMPARE(host->Answers(), 2);
     QCOMPARE(Text(gszPlffileOrig), Text(path));
@@ -446,7 +432,7 @@ void TestHostCommands::command_thatCannotBeUsed_isRefusedWhole()
     // The name that a replaced character would make.
     const std::string replaced = directories->Write("work/oth\xef\xbf\xbd"
                                                     "er.plf",
-                                                    Graph());
+                                                    plf::Diagonal());
     const QRect place = (*window)->geometry();
     dialogs->Expect<QMessageBox>([&](QMessageBox& box) {
         QVERIFY2(box.text().contains(text), qPrintable(box.text()));
@@ -529,8 +515,8 @@ void TestHostCommands::command_thatWasRefused_bringsTheLinkIntoStep()
 
 void TestHostCommands::temporaryFile_whoseNameIsNoText_isDeletedUnderThatNameAlone()
 {
-    const std::string temporary = directories->Write("work/\xff.plf", Graph());
-    const std::string replaced = directories->Write("work/\xef\xbf\xbd.plf", Graph());
+    const std::string temporary = directories->Write("work/\xff.plf", plf::Diagonal());
+    const std::string replaced = directories->Write("work/\xef\xbf\xbd.plf", plf::Diagonal());
     Open(temporary);
     gbIsTempFile = true;
     window.reset();

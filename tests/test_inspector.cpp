@@ -7,11 +7,13 @@
 #include "app/state/globals.h"
 #include "meta/pass.h"
 #include "meta/plfbuffer.h"
-#include "tests/graph.h"
-#include "tests/recorder.h"
+#include "tests/kit/files.h"
+#include "tests/kit/graph.h"
+#include "tests/kit/plf.h"
+#include "tests/kit/recorder.h"
+#include "tests/kit/script.h"
 #include "tests/reference/reference.h"
 #include "tests/reference/streams.h"
-#include "tests/script.h"
 #include "tools/info/dump.h"
 
 #include <QPainter>
@@ -35,11 +37,6 @@ using Pieces = QList<Piece>;
 // The header with the rest of its last entry, which begin every stream here.
 const Piece kFirstEntry = {R"(ESC "TG140000")", "command TG 1 4 0 0 0 0"};
 const Piece kSecondEntry = {R"(ESC "TG1410F40")", "command TG 1 4 1 0 100 0"};
-
-QString Text(const char* text)
-{
-    return QString::fromUtf8(text);
-}
 
 QByteArray Bytes(const char* script)
 {
@@ -358,7 +355,8 @@ void TestInspector::summary_textAttributes_areTwoBits()
     QFETCH(int, attributes);
     QFETCH(bool, isBold);
     QFETCH(bool, isItalic);
-    const QByteArray command = Bytes(R"(ESC "ZA")") + IntegerBytes(attributes);
+    const QByteArray command =
+        Bytes(R"(ESC "ZA")") + QByteArray::fromStdString(plf::Int(attributes));
     const Summary summary = Inspected(Graph("") + command + Bytes(R"(ESC "ZDtext" ESC BEL)"));
     QCOMPARE(summary.texts.size(), 1U);
     QCOMPARE(summary.texts[0].isBold, isBold);
@@ -381,7 +379,7 @@ void TestInspector::summary_textColor_isMappedLikeThatOfLines()
 {
     QFETCH(int, asked);
     QFETCH(int, color);
-    const QByteArray command = Bytes(R"(ESC "ZC")") + IntegerBytes(asked);
+    const QByteArray command = Bytes(R"(ESC "ZC")") + QByteArray::fromStdString(plf::Int(asked));
     const Summary summary = Inspected(Graph("") + command + Bytes(R"(ESC "ZDtext" ESC BEL)"));
     QCOMPARE(summary.texts.size(), 1U);
     QCOMPARE(summary.texts[0].color, color);

@@ -6,8 +6,8 @@
 #include "meta/linepainter.h"
 #include "meta/plfbuffer.h"
 #include "meta/plfmeta.h"
-#include "tests/graph.h"
-#include "tests/plainpainter.h"
+#include "tests/kit/graph.h"
+#include "tests/kit/plainpainter.h"
 #include "tests/reference/streams.h"
 
 #include <QDir>
@@ -46,8 +46,7 @@ QImage DrawWithInterpreter(const Target& target)
     QPainter painter(&image);
     painter.setRenderHint(QPainter::Antialiasing, target.antialiased);
     Rect zoom = target.pass.zoom;
-    Rect full = {};
-    SetRect(&full, 0, 0, kPlfWidth, kPlfHeight);
+    Rect full = kWholeArea;
     char name[] = "test.plf";
     CPlfMeta meta(name, &painter, nullptr, target.pass.widthScale, 0);
     meta.DrawPlf(&zoom, &full);

@@ -4,8 +4,9 @@
 // Files that cannot be loaded, or change, or vanish: whatever happens, title, status bar,
 // properties, picture, copies and exports tell of the same graph, or of none.
 #include "app/fileprop.h"
-#include "tests/appfixture.h"
-#include "tests/sanitized.h"
+#include "meta/plfbuffer.h"
+#include "tests/kit/appfixture.h"
+#include "tests/kit/sanitized.h"
 
 #include <QFile>
 #include <QLabel>
@@ -22,6 +23,7 @@
 
 using fixture::Box;
 using fixture::Settle;
+using fixture::Status;
 using fixture::Window;
 
 namespace {
@@ -35,22 +37,6 @@ std::string Graph()
     for (int i = 0; i < kLines; ++i)
         file += plf::Line(100 + 700 * i, 100, 4000 - 700 * i, 3000);
     return file + plf::End();
-}
-
-QString Text(const std::string& text)
-{
-    return QString::fromStdString(text);
-}
-
-QByteArray ReadFile(const std::string& path)
-{
-    QFile file(Text(path));
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(no file)");
-}
-
-QString Status(const Window& window)
-{
-    return window->statusBar()->currentMessage();
 }
 
 QImage Picture(const Window& window)
@@ -67,7 +53,7 @@ bool IsBlank(const QImage& picture)
 
 } // namespace
 
-class TestLoading : public QObject
+class TestLoading : public QObject, protected fixture::WindowTest
 {
     Q_OBJECT
 
@@ -88,7 +74,6 @@ private slots:
     void manyLoads_goodAndBad_keepTheMemoryFlat();
 
 private:
-    std::string Path(const std::string& name) { return directories->Path(name); }
     void Open(Window& window);
     void Load(const Window& window, const std::string& path);
     void LoadInVain(const Window& window, const std::string& path);
@@ -98,23 +83,19 @@ private:
     void ExpectNothing(const Window& window, const std::string& path);
     void ExpectGraph(const Window& window);
 
-    std::unique_ptr<fixture::Directories> directories;
-    std::unique_ptr<fixture::Dialogs> dialogs;
     std::string graph; // the path of a good one
     QImage picture;    // its
 };
 
 void TestLoading::init()
 {
-    directories = std::make_unique<fixture::Directories>();
-    dialogs = std::make_unique<fixture::Dialogs>();
+    Begin();
 }
 
 void TestLoading::cleanup()
 {
     setfsuid(geteuid());
-    QCOMPARE(dialogs->Strangers(), QStringList());
-    QCOMPARE(dialogs->Pending(), 0);
+    End();
 }
 
 // Shows the good graph.

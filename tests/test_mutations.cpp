@@ -8,8 +8,8 @@
 #include "meta/palette.h"
 #include "meta/plfbuffer.h"
 #include "meta/plfmeta.h"
-#include "tests/epsfile.h"
-#include "tests/graph.h"
+#include "tests/kit/epsfile.h"
+#include "tests/kit/graph.h"
 #include "tests/reference/reference.h"
 
 #include <QDir>
@@ -248,8 +248,7 @@ void DrawPixels(const Pass& pass)
     QPainter painter(&image);
     painter.setRenderHint(QPainter::Antialiasing);
     Rect zoom = pass.zoom;
-    Rect full = {};
-    SetRect(&full, 0, 0, kPlfWidth, kPlfHeight);
+    Rect full = kWholeArea;
     char name[] = "variant.plf";
     CPlfMeta meta(name, &painter, nullptr, pass.widthScale, 0);
     QCOMPARE(meta.DrawPlf(&zoom, &full), 1);

@@ -8,9 +8,9 @@
 #include "meta/pass.h"
 #include "meta/plfbuffer.h"
 #include "meta/state.h"
-#include "tests/epsfile.h"
-#include "tests/graph.h"
-#include "tests/recorder.h"
+#include "tests/kit/epsfile.h"
+#include "tests/kit/graph.h"
+#include "tests/kit/recorder.h"
 #include "tests/reference/streams.h"
 
 #include <QPainter>

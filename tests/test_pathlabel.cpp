@@ -5,7 +5,7 @@
 // copied.
 #include "app/fileprop.h"
 
-#include "tests/appfixture.h"
+#include "tests/kit/appfixture.h"
 
 #include <QClipboard>
 #include <QLabel>

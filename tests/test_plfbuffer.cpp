@@ -4,7 +4,7 @@
 
 #include "app/state/globals.h"
 #include "meta/palette.h"
-#include "tests/graph.h"
+#include "tests/kit/graph.h"
 
 #include <QTemporaryDir>
 #include <QTest>

@@ -3,6 +3,7 @@
 //
 // The converter's parts: what its options mean, how pictures are named, how files get their names,
 // and what becomes of workers that die.
+#include "tests/kit/files.h"
 #include "tools/common/filename.h"
 #include "tools/common/integer.h"
 #include "tools/convert/convert.h"
@@ -52,12 +53,6 @@ void Write(const QString& name, const QByteArray& bytes)
     QFile file(name);
     QVERIFY(file.open(QIODevice::WriteOnly));
     QCOMPARE(file.write(bytes), bytes.size());
-}
-
-QByteArray Contents(const QString& name)
-{
-    QFile file(name);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(no file)");
 }
 
 QStringList Outputs(const std::vector<PlannedJob>& plan)
@@ -451,9 +446,9 @@ private slots:
         Output output(name.toLocal8Bit(), "1");
         QCOMPARE(output.Open(), QString());
         output.write("new");
-        QCOMPARE(Contents(name), QByteArray("old"));
+        QCOMPARE(ReadFile(name), QByteArray("old"));
         QCOMPARE(output.Commit(false), QString());
-        QCOMPARE(Contents(name), QByteArray("new"));
+        QCOMPARE(ReadFile(name), QByteArray("new"));
         QCOMPARE(QDir(folder->path())
                      .entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot)
                      .size(),
@@ -496,7 +491,7 @@ private slots:
         output.write("new");
         QCOMPARE(output.Commit(false), QString());
         QCOMPARE(QFile::symLinkTarget(link), name);
-        QCOMPARE(Contents(name), QByteArray("new"));
+        QCOMPARE(ReadFile(name), QByteArray("new"));
     }
 
     void output_thatMayReplaceNothing_doesNot()
@@ -506,7 +501,7 @@ private slots:
         QCOMPARE(output.Open(), QString());
         Write(name, "meanwhile");
         QVERIFY(!output.Commit(true).isEmpty());
-        QCOMPARE(Contents(name), QByteArray("meanwhile"));
+        QCOMPARE(ReadFile(name), QByteArray("meanwhile"));
     }
 
     void output_onAFullDisk_saysSo()

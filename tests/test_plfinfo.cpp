@@ -2,7 +2,8 @@
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 //
 // plfinfo as people and programs call it: what it prints, how it ends, what it refuses.
-#include "tests/plfwriter.h"
+#include "tests/kit/files.h"
+#include "tests/kit/plf.h"
 
 #include <QDir>
 #include <QFile>
@@ -25,11 +26,6 @@ struct Call {
     QByteArray output;
     QByteArray errors;
 };
-
-QString Text(const char* text)
-{
-    return QString::fromUtf8(text);
-}
 
 QByteArray SmallGraph()
 {
@@ -66,7 +62,7 @@ private:
     [[nodiscard]] QString Path(const char* name) const { return folder->filePath(Text(name)); }
     void Write(const char* name, const QByteArray& bytes) const
     {
-        QVERIFY(plf::WriteFile(Path(name).toStdString(), bytes.toStdString()));
+        QVERIFY(WriteFile(Path(name).toStdString(), bytes.toStdString()));
     }
 
     std::unique_ptr<QTemporaryDir> folder;
@@ -297,7 +293,7 @@ void TestPlfInfo::call_helpAndVersion_endWith0()
 void TestPlfInfo::call_nameThatIsNoText_isRead()
 {
     const std::string name = folder->path().toStdString() + "/caf\xe9.plf";
-    QVERIFY(plf::WriteFile(name, SmallGraph().toStdString()));
+    QVERIFY(WriteFile(name, SmallGraph().toStdString()));
     QProcess process;
     process.setWorkingDirectory(folder->path());
     process.start(Text("sh"), {Text("-c"), Text("exec '" PLFINFO_PROGRAM "' --json caf*")});

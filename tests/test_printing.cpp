@@ -4,8 +4,8 @@
 // Printing, judged by the page: the toolkit's printer writes PDF files, which another program reads
 // back.
 #include "app/cmdline.h"
-#include "tests/appfixture.h"
-#include "tests/printedpage.h"
+#include "tests/kit/appfixture.h"
+#include "tests/kit/printedpage.h"
 
 #include <QComboBox>
 #include <QDir>
@@ -69,16 +69,6 @@ std::string Graph()
     }
     file += plf::LineIndex(2) + plf::Line(1000, 1000, 1000, 2000) + plf::Text(300, 300, "Text");
     return plf::WithBackground(file, kGreenIndex) + plf::End();
-}
-
-QString Text(const std::string& text)
-{
-    return QString::fromStdString(text);
-}
-
-bool Exists(const std::string& path)
-{
-    return QFileInfo::exists(Text(path));
 }
 
 bool IsNear(double a, double b)
@@ -188,7 +178,7 @@ constexpr char kPortrait[] = "portrait";
 
 } // namespace
 
-class TestPrinting : public QObject
+class TestPrinting : public QObject, protected fixture::WindowTest
 {
     Q_OBJECT
 
@@ -263,7 +253,6 @@ private slots:
     void slots_haveTheirOrder();
 
 private:
-    std::string Path(const std::string& name) { return directories->Path(name); }
     void Open(Window& window, QSize size = kViewSize);
     void OpenEmpty(Window& window);
     Paper SetPrinter(const Window& window, const std::string& pdf, int resolution = 1200);
@@ -278,9 +267,6 @@ private:
                    QPageLayout::Orientation orientation);
     static void Choose(QDialog& properties, QPageSize::PageSizeId size,
                        QPageLayout::Orientation orientation);
-
-    std::unique_ptr<fixture::Directories> directories;
-    std::unique_ptr<fixture::Dialogs> dialogs;
 };
 
 void TestPrinting::initTestCase()
@@ -291,14 +277,12 @@ void TestPrinting::initTestCase()
 
 void TestPrinting::init()
 {
-    directories = std::make_unique<fixture::Directories>();
-    dialogs = std::make_unique<fixture::Dialogs>();
+    Begin();
 }
 
 void TestPrinting::cleanup()
 {
-    QCOMPARE(dialogs->Strangers(), QStringList());
-    QCOMPARE(dialogs->Pending(), 0);
+    End();
 }
 
 // Shows the test graph in a view of a size.

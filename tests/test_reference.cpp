@@ -6,8 +6,8 @@
 #include "app/state/globals.h"
 #include "meta/plfbuffer.h"
 #include "meta/plfmeta.h"
-#include "tests/graph.h"
-#include "tests/recorder.h"
+#include "tests/kit/graph.h"
+#include "tests/kit/recorder.h"
 #include "tests/reference/reference.h"
 #include "tests/reference/streams.h"
 
@@ -69,8 +69,7 @@ QStringList Draw(const reference::View& view, QPrinter* printer)
     Rect zoom = {};
     SetRect(&zoom, static_cast<int>(view.zoomLeft), static_cast<int>(view.zoomTop),
             static_cast<int>(view.zoomRight), static_cast<int>(view.zoomBottom));
-    Rect full = {};
-    SetRect(&full, 0, 0, kPlfWidth, kPlfHeight);
+    Rect full = kWholeArea;
     char name[] = "stream.plf";
     CPlfMeta meta(name, &painter, view.printing ? printer : nullptr, view.widthScale, 0);
     meta.DrawPlf(&zoom, &full);

@@ -5,10 +5,10 @@
 #include "meta/plfbuffer.h"
 #include "meta/plfmeta.h"
 #include "support/log.h"
-#include "tests/graph.h"
-#include "tests/plainpainter.h"
-#include "tests/recorder.h"
-#include "tests/script.h"
+#include "tests/kit/graph.h"
+#include "tests/kit/plainpainter.h"
+#include "tests/kit/recorder.h"
+#include "tests/kit/script.h"
 
 #include <QFile>
 #include <QImage>
@@ -37,18 +37,12 @@ QByteArray FileOnBackground(char character, const QString& script)
            ScriptBytes(script);
 }
 
-Rect MakeRect(int left, int top, int right, int bottom)
-{
-    Rect rect = {};
-    return *SetRect(&rect, left, top, right, bottom);
-}
-
 // Draws the loaded file on any device.
 void DrawOn(QPaintDevice* device, QPrinter* printer = nullptr, double scale = 1.0, Rect zoom = {})
 {
     QPainter painter(device);
     painter.setRenderHint(QPainter::Antialiasing);
-    Rect full = MakeRect(0, 0, kPlfWidth, kPlfHeight);
+    Rect full = kWholeArea;
     char name[] = "test.plf";
     CPlfMeta meta(name, &painter, printer, scale, 0);
     meta.DrawPlf(&zoom, &full);
@@ -355,7 +349,7 @@ private slots:
             File(QStringLiteral("ESC \"ZFCourier\" ESC \"ZS\" #41 ESC \"ZA\" #%1 ESC \"R!\" BEL")
                      .arg(attributes)));
         Rect zoom = {};
-        Rect full = MakeRect(0, 0, kPlfWidth, kPlfHeight);
+        Rect full = kWholeArea;
         char name[] = "";
         CPlfMeta meta(name, nullptr, nullptr, 1.0, 0);
         meta.DrawPlf(&zoom, &full);
@@ -396,7 +390,7 @@ private slots:
         const QString name = u'F' + QString(length - 1, u'f');
         LoadBytes(File(QStringLiteral("ESC \"ZF") + name + QStringLiteral("\" ESC \"R!\" BEL")));
         Rect zoom = {};
-        Rect full = MakeRect(0, 0, kPlfWidth, kPlfHeight);
+        Rect full = kWholeArea;
         char file[] = "";
         CPlfMeta meta(file, nullptr, nullptr, 1.0, 0);
         if (!fits)
@@ -477,7 +471,7 @@ private slots:
     {
         LoadBytes(File(kCross));
         Rect none = {};
-        Rect full = MakeRect(0, 0, kPlfWidth, kPlfHeight);
+        Rect full = kWholeArea;
         char name[] = "";
         CPlfMeta meta(name, nullptr, nullptr, 1.0, 0);
         QCOMPARE(meta.DrawPlf(&none, &full), 1);

@@ -5,18 +5,15 @@
 // replaced.
 #include "app/savedialog.h"
 
-#include "tests/appfixture.h"
+#include "tests/kit/appfixture.h"
+
+#include <QDialogButtonBox>
 
 #include <QListView>
 
 namespace {
 
 constexpr char kExtension[] = ".jpg";
-
-QString Text(const std::string& text)
-{
-    return QString::fromStdString(text);
-}
 
 SaveQuestion Question()
 {
@@ -40,7 +37,7 @@ QLineEdit* Field(const QFileDialog& dialog)
 
 } // namespace
 
-class TestSaveDialog : public QObject
+class TestSaveDialog : public QObject, protected fixture::WindowTest
 {
     Q_OBJECT
 
@@ -64,14 +61,11 @@ private slots:
     void cancelled_isEmpty();
 
 private:
-    std::string Path(const std::string& name) { return directories->Path(name); }
     void ExpectName(const QString& typed, QMessageBox::StandardButton answer = QMessageBox::Yes);
     void ExpectForeignDialog(const QString& typed);
     void Confirm(QFileDialog& dialog, QMessageBox::StandardButton answer = QMessageBox::Yes);
     void Answer(QMessageBox& box, QMessageBox::StandardButton answer);
 
-    std::unique_ptr<fixture::Directories> directories;
-    std::unique_ptr<fixture::Dialogs> dialogs;
     QString before = QDir::currentPath();
     QStringList questions;
     QWidget window;
@@ -80,8 +74,7 @@ private:
 // The dialogs open in work; the current directory is another one.
 void TestSaveDialog::init()
 {
-    directories = std::make_unique<fixture::Directories>();
-    dialogs = std::make_unique<fixture::Dialogs>();
+    Begin();
     questions.clear();
     for (const char* folder : {"current", "work/set.2", "work/folder"})
         QVERIFY(QDir().mkpath(Text(Path(folder))));
@@ -91,8 +84,7 @@ void TestSaveDialog::init()
 void TestSaveDialog::cleanup()
 {
     QDir::setCurrent(before);
-    QCOMPARE(dialogs->Strangers(), QStringList());
-    QCOMPARE(dialogs->Pending(), 0);
+    End();
 }
 
 // Expects the dialog, types a name into it and confirms. Gives the dialog's own question, if one

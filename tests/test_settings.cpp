@@ -7,6 +7,7 @@
 #include "app/state/globals.h"
 #include "support/rect.h"
 #include "support/text.h"
+#include "tests/kit/globals.h"
 
 #include <QtTest>
 
@@ -18,7 +19,6 @@
 namespace {
 
 constexpr qsizetype kSettingsSize = 59;
-constexpr Rect kDefaultWindow = {200, 200, 840, 687, 640, 487};
 
 // A file that differs from the defaults in every byte: the version, the flag and the rectangle.
 QByteArray otherFile()
@@ -38,15 +38,6 @@ QByteArray littleEndian(const QList<qint64>& values)
             bytes += static_cast<char>(static_cast<quint64>(value) >> shift);
     }
     return bytes;
-}
-
-void resetSettings()
-{
-    std::fill_n(gszFileVersion, kVersionSize, '\0');
-    QVERIFY(CopyText(gszFileVersion, "1.0"));
-    gbBkClrWhite = true;
-    grWinPos = kDefaultWindow;
-    gfCmdlineWndpos = 0;
 }
 
 // The present settings in the form of the file.
@@ -102,7 +93,7 @@ void TestSettings::init()
 {
     dir = std::make_unique<QTemporaryDir>();
     QVERIFY(CopyText(gszHomedir, dir->path().toLocal8Bit().constData()));
-    resetSettings();
+    ResetGlobals();
 }
 
 void TestSettings::cleanup()
@@ -302,7 +293,7 @@ void TestSettings::writeThenRead_givesTheSameSettings()
     gbBkClrWhite = false;
     const QByteArray saved = settingsNow();
     QCOMPARE(WriteSettingsFile(), 0);
-    resetSettings();
+    ResetGlobals();
     QCOMPARE(ReadSettingsFile(), 0);
     QCOMPARE(settingsNow(), saved);
 }

@@ -4,7 +4,7 @@
 // The status bar: which texts it shows, and from when to when.
 #include "app/statustext.h"
 
-#include "tests/appfixture.h"
+#include "tests/kit/appfixture.h"
 
 #include <QMenu>
 #include <QMenuBar>
@@ -18,11 +18,6 @@ constexpr int kTime = 1000;      // milliseconds of a timed text
 constexpr int kPatience = 20000; // milliseconds until a test gives up
 const QString kFailure = QStringLiteral("Error reading a.plf");
 const QString kSuccess = QStringLiteral("Loaded document a.plf");
-
-QString Status(const Window& window)
-{
-    return window->statusBar()->currentMessage();
-}
 
 // Keeps the thread busy until a timed text that was shown before is overdue.
 void RunLongPass()

@@ -5,7 +5,7 @@
 #include "app/state/globals.h"
 #include "meta/bytesink.h"
 #include "meta/pass.h"
-#include "tests/sanitized.h"
+#include "tests/kit/sanitized.h"
 #include "tools/info/inspector.h"
 #include "tools/info/summarytext.h"
 

@@ -2,7 +2,7 @@
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 #include "tests/e2e/marks.h"
 
-#include "tests/script.h"
+#include "tests/kit/script.h"
 
 #include <cstdlib>
 

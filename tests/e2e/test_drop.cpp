@@ -3,7 +3,8 @@
 //
 // A file dragged with the mouse from another program's window onto the viewer.
 #include "tests/e2e/viewer.h"
-#include "tests/plfwriter.h"
+#include "tests/kit/files.h"
+#include "tests/kit/plf.h"
 
 #include <QDrag>
 #include <QMimeData>
@@ -68,11 +69,7 @@ private slots:
     void folder_overTheWindow_cannotBeDropped();
 
 private:
-    void Write(const QString& name)
-    {
-        QVERIFY(plf::WriteFile(home->filePath(name).toStdString(),
-                               plf::Start() + plf::Line(0, 0, 4095, 3119) + plf::End()));
-    }
+    void Write(const QString& name) { QVERIFY(WriteFile(home->filePath(name), plf::Diagonal())); }
     [[nodiscard]] bool Open(Viewer& viewer) const
     {
         return viewer.Start({QStringLiteral("first.plf"), QStringLiteral("-wp=300,300,640,487")}) &&

@@ -3,8 +3,9 @@
 //
 // The viewer where things are not as usual: no home directory, no place for temporary files, tiny
 // and huge windows, screens with more pixels, a desktop without an X server.
-#include "tests/commalocale.h"
 #include "tests/e2e/marks.h"
+#include "tests/kit/commalocale.h"
+#include "tests/kit/files.h"
 
 #include <QDir>
 #include <QFile>
@@ -22,18 +23,6 @@ const QString kGraphTitle = QStringLiteral("KORVEL Viewer - graph.plf");
 
 // What a program writes of the window that the settings file holds.
 constexpr qint64 kSettingsSize = 59;
-
-bool WriteFile(const QString& name, const QByteArray& data)
-{
-    QFile file(name);
-    return file.open(QIODevice::WriteOnly) && file.write(data) == data.size();
-}
-
-QByteArray ReadFile(const QString& name)
-{
-    QFile file(name);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
 
 void Xdotool(const QStringList& arguments)
 {

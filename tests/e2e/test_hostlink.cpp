@@ -4,8 +4,9 @@
 // The viewer and the host process that sends it command lines, which is this program: it sees every
 // byte.
 #include "tests/e2e/viewer.h"
-#include "tests/plfwriter.h"
-#include "tests/sanitized.h"
+#include "tests/kit/files.h"
+#include "tests/kit/plf.h"
+#include "tests/kit/sanitized.h"
 
 #include <QDir>
 #include <QFile>
@@ -53,11 +54,6 @@ std::string Graph(int hue)
 {
     return plf::Start() + plf::ColorMapEntry(2, hue, 50, 100) + plf::LineIndex(2) +
            plf::Width(kWide) + plf::Line(0, 1560, 4095, 1560) + plf::End();
-}
-
-bool WriteFile(const QString& name, const std::string& bytes)
-{
-    return plf::WriteFile(name.toStdString(), bytes);
 }
 
 // A big-endian number of so many bytes.

@@ -3,7 +3,8 @@
 //
 // krvhost as people use it: what it prints, how it ends, and what becomes of files and viewers.
 #include "tests/e2e/viewer.h"
-#include "tests/plfwriter.h"
+#include "tests/kit/files.h"
+#include "tests/kit/plf.h"
 
 #include <QDir>
 #include <QFile>
@@ -35,11 +36,6 @@ const QByteArray kNo = QByteArray::fromHex("000800000004006e006f");
 QString TitleOf(const QString& name)
 {
     return QStringLiteral("KORVEL Viewer - ") + name;
-}
-
-bool WriteFile(const QString& name, const std::string& bytes)
-{
-    return plf::WriteFile(name.toStdString(), bytes);
 }
 
 bool AwaitActiveTitle(const QString& title)
@@ -129,7 +125,7 @@ void TestKrvHost::init()
     home.emplace(QDir::tempPath() + QStringLiteral("/krvhosttest_XXXXXX"));
     QVERIFY(home->isValid());
     viewer.emplace(home->path());
-    const std::string graph = plf::Start() + plf::Line(0, 0, 4095, 3119) + plf::End();
+    const std::string graph = plf::Diagonal();
     QVERIFY(WriteFile(Path(QStringLiteral("graph.plf")), graph));
     QVERIFY(WriteFile(Path(QStringLiteral("other.plf")), graph));
     QVERIFY(WriteFile(Path(QStringLiteral("text.plf")), "Once upon a time\n"));

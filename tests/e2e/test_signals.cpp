@@ -5,7 +5,8 @@
 // of its settings and of the host's temporary file.
 #include "hostlink/frame.h"
 #include "tests/e2e/viewer.h"
-#include "tests/plfwriter.h"
+#include "tests/kit/files.h"
+#include "tests/kit/plf.h"
 
 #include <QDir>
 #include <QFile>
@@ -87,9 +88,9 @@ void TestSignals::init()
     TakeFreeWindowIds();
     home.emplace(QDir::tempPath() + QStringLiteral("/signals_XXXXXX"));
     QVERIFY(home->isValid());
-    const std::string graph = plf::Start() + plf::Line(0, 0, 4095, 3119) + plf::End();
+    const std::string graph = plf::Diagonal();
     for (const char* name : {"graph.plf", "other.plf"})
-        QVERIFY(plf::WriteFile(Path(QString::fromLatin1(name)).toStdString(), graph));
+        QVERIFY(WriteFile(Path(QString::fromLatin1(name)), graph));
     Configure("yes");
     viewer.emplace(home->path());
     viewer->SetEnvironment(QStringLiteral("CUPS_SERVER"), Path(QStringLiteral("no_printers")));
@@ -104,8 +105,8 @@ void TestSignals::cleanup()
 
 void TestSignals::Configure(const char* autosave)
 {
-    QVERIFY(plf::WriteFile(Path(QStringLiteral("plotvw.cfg")).toStdString(),
-                           std::string("autosave=") + autosave + '\n'));
+    QVERIFY(
+        WriteFile(Path(QStringLiteral("plotvw.cfg")), std::string("autosave=") + autosave + '\n'));
 }
 
 // Starts the viewer with a temporary graph and awaits its window.
@@ -225,8 +226,7 @@ void TestSignals::signal_duringAHostsBox_endsTheViewer()
 void TestSignals::signalsThatComeTogether_areOne()
 {
     constexpr int kMany = 100;
-    QVERIFY(plf::WriteFile(Path(QStringLiteral("plotvw.cfg")).toStdString(),
-                           SlowConfiguration() + "autosave=yes\n"));
+    QVERIFY(WriteFile(Path(QStringLiteral("plotvw.cfg")), SlowConfiguration() + "autosave=yes\n"));
     QVERIFY(viewer->Start({QStringLiteral("graph.plf"), QStringLiteral("-tmp")}));
     QVERIFY(viewer->AwaitHandler(SIGHUP));
     for (int i = 0; i < kMany; ++i)
@@ -241,7 +241,7 @@ void TestSignals::laterSignal_endsTheViewerAtOnce()
     std::string graph = plf::Start() + plf::Width(kWidestLine);
     for (int i = 0; i < kManyLines; ++i)
         graph += plf::Line(0, 0, 4095, 3119);
-    QVERIFY(plf::WriteFile(Path(QStringLiteral("graph.plf")).toStdString(), graph + plf::End()));
+    QVERIFY(WriteFile(Path(QStringLiteral("graph.plf")), graph + plf::End()));
     Open({});
     QVERIFY(Await([this] {
         if (!viewer->HasEnded())
@@ -255,8 +255,7 @@ void TestSignals::laterSignal_endsTheViewerAtOnce()
 // The graph is loaded, and its window never shown.
 void TestSignals::signal_whileTheFilesOfTheStartAreRead_endsTheViewer()
 {
-    QVERIFY(plf::WriteFile(Path(QStringLiteral("plotvw.cfg")).toStdString(),
-                           SlowConfiguration() + "autosave=yes\n"));
+    QVERIFY(WriteFile(Path(QStringLiteral("plotvw.cfg")), SlowConfiguration() + "autosave=yes\n"));
     QVERIFY(viewer->Start({QStringLiteral("graph.plf"), QStringLiteral("-tmp"),
                            QStringLiteral("-c=2"), QStringLiteral("-cf=out")}));
     QVERIFY(viewer->AwaitHandler(SIGHUP));

@@ -3,9 +3,10 @@
 //
 // The viewer on a screen with a window manager, used with mouse and keyboard, and judged by what
 // the screen shows.
-#include "tests/commalocale.h"
 #include "tests/e2e/marks.h"
-#include "tests/plfwriter.h"
+#include "tests/kit/commalocale.h"
+#include "tests/kit/files.h"
+#include "tests/kit/plf.h"
 
 #include <QDir>
 #include <QDirIterator>
@@ -34,18 +35,6 @@ QRectF PartUnder(const QRect& selection, const QRect& canvas)
     const QPointF bottomRight(units(end.x(), canvas.width(), kGraphWidth),
                               units(end.y(), canvas.height(), kGraphHeight));
     return {topLeft, bottomRight};
-}
-
-bool WriteFile(const QString& name, const QByteArray& data)
-{
-    QFile file(name);
-    return file.open(QIODevice::WriteOnly) && file.write(data) == data.size();
-}
-
-QByteArray ReadFile(const QString& name)
-{
-    QFile file(name);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
 // A pipe that nobody reads until the test says so: a program that writes much into it stands still.

@@ -4,15 +4,13 @@
 // Writing the loaded graph as EPS in a test. initGraphics() must have been called.
 #pragma once
 
-#include "tests/graph.h"
+#include "tests/kit/globals.h"
+#include "tests/kit/graph.h"
 
 #include <QByteArray>
 #include <QString>
 
 class QPainter;
-
-/// Gives the EPS options the values that they have when the program starts.
-void ResetEpsOptions();
 
 /// Draws the loaded file with EPS going to a file of that name.
 /// @param painter  what the same pass paints on, or null

@@ -1,14 +1,21 @@
 // SPDX-License-Identifier: MIT
 // SPDX-FileCopyrightText: 2026 plotvw contributors
-#include "tests/graph.h"
+#include "tests/kit/graph.h"
 
 #include "app/state/globals.h"
+#include "meta/plfarea.h"
 #include "meta/plfbuffer.h"
 #include "meta/plfmeta.h"
-#include "tests/recorder.h"
+#include "tests/kit/recorder.h"
 
 #include <QPainter>
 #include <QTest>
+
+Rect MakeRect(int left, int top, int right, int bottom)
+{
+    Rect rect = {};
+    return *SetRect(&rect, left, top, right, bottom);
+}
 
 QByteArray PlfHeader()
 {
@@ -28,8 +35,7 @@ QStringList Record(const Pass& pass)
     Recorder recorder;
     QPainter painter(&recorder);
     Rect zoom = pass.zoom;
-    Rect full = {};
-    SetRect(&full, 0, 0, kPlfWidth, kPlfHeight);
+    Rect full = kWholeArea;
     char name[] = "test.plf";
     CPlfMeta meta(name, &painter, nullptr, pass.widthScale, 0);
     meta.DrawPlf(&zoom, &full);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // SPDX-FileCopyrightText: 2026 plotvw contributors
-#include "tests/recorder.h"
+#include "tests/kit/recorder.h"
 
 #include <QPainter>
 #include <QPixmap>

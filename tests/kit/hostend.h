@@ -5,10 +5,13 @@
 #pragma once
 
 #include "hostlink/frame.h"
-#include "tests/appfixture.h"
+#include "tests/kit/appfixture.h"
 
 #include <QLocalServer>
 #include <QLocalSocket>
+
+#include <optional>
+#include <string>
 
 namespace fixture {
 
@@ -67,6 +70,35 @@ private:
     QLocalServer server;
     QLocalSocket* socket = nullptr; // the server's
     QByteArray received;
+};
+
+/// A base of tests with a host and two graphs, which lie in the working directory "work" under
+/// names that hold nothing that is an option.
+class HostTest : public WindowTest
+{
+protected:
+    /// What is to be printed goes nowhere, whatever printers there are.
+    static void HidePrinters() { qputenv("CUPS_SERVER", "/nowhere/printers"); }
+
+    void Begin()
+    {
+        WindowTest::Begin();
+        graph = directories->Write("work/graph.plf", plf::Diagonal());
+        other = Text(directories->Write("work/other.plf", plf::Diagonal()));
+        host.emplace(*directories);
+    }
+
+    void End()
+    {
+        window.reset();
+        host.reset();
+        WindowTest::End();
+    }
+
+    std::optional<Host> host;
+    std::optional<Window> window;
+    std::string graph;
+    QString other;
 };
 
 } // namespace fixture

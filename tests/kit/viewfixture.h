@@ -4,7 +4,7 @@
 // What tests of the view share: a window whose view has a file and a size, and a mouse over it.
 #pragma once
 
-#include "tests/appfixture.h"
+#include "tests/kit/appfixture.h"
 
 #include <QRubberBand>
 
@@ -31,11 +31,7 @@ public:
         Prepare(size);
     }
 
-    void Resize(QSize size)
-    {
-        window->resize(window->size() + size - Get()->size());
-        QTRY_COMPARE(Get()->size(), size);
-    }
+    void Resize(QSize size) { window.ResizeView(size); }
 
     void Press(Qt::MouseButton button, QPoint at) { QTest::mousePress(Get(), button, {}, at); }
     void Move(QPoint to) { QTest::mouseMove(Get(), to); }

@@ -11,7 +11,7 @@
 //   _                            a blank
 #pragma once
 
-#include "tests/graph.h"
+#include "tests/kit/graph.h"
 
 #include <QByteArray>
 #include <QList>
@@ -20,12 +20,6 @@
 
 /// The bytes of a text in that notation. Fails the test at a word that it does not know.
 QByteArray ScriptBytes(const QString& text);
-
-/// The bytes of one address, all five parts.
-QByteArray AddressBytes(int x, int y);
-
-/// An integer in the parameters' code.
-QByteArray IntegerBytes(int value);
 
 /// A case of a decoder script.
 struct ScriptCase {

@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: MIT
 // SPDX-FileCopyrightText: 2026 plotvw contributors
-#include "tests/script.h"
+#include "tests/kit/script.h"
+
+#include "tests/kit/plf.h"
 
 #include <QFile>
 #include <QHash>
 #include <QRegularExpression>
 #include <QTest>
-
-#include <cstdlib>
 
 namespace {
 
@@ -26,10 +26,10 @@ QByteArray WordBytes(const QString& word)
     if (word.startsWith(u'x'))
         return QByteArray::fromHex(word.mid(1).toLatin1());
     if (word.startsWith(u'#'))
-        return IntegerBytes(word.mid(1).toInt());
+        return QByteArray::fromStdString(plf::Int(word.mid(1).toInt()));
     if (word.startsWith(u'@')) {
         const QStringList xy = word.mid(1).split(u',');
-        return AddressBytes(xy[0].toInt(), xy[1].toInt());
+        return QByteArray::fromStdString(plf::Address(xy[0].toInt(), xy[1].toInt()));
     }
     qFatal("unknown word in a decoder script: %s", qPrintable(word));
     return {};
@@ -89,25 +89,6 @@ QByteArray ScriptBytes(const QString& text)
         bytes += WordBytes(word).repeated(times);
         times = 1;
     }
-    return bytes;
-}
-
-QByteArray AddressBytes(int x, int y)
-{
-    QByteArray bytes;
-    for (const int part : {32 + (y >> 7), 96 + ((y & 3) << 2 | (x & 3)), 96 + ((y >> 2) & 31),
-                           32 + (x >> 7), 64 + ((x >> 2) & 31)})
-        bytes.append(static_cast<char>(part));
-    return bytes;
-}
-
-QByteArray IntegerBytes(int value)
-{
-    const int magnitude = std::abs(value);
-    QByteArray bytes;
-    for (int high = magnitude >> 4; high > 0; high >>= 6)
-        bytes.prepend(static_cast<char>(64 + (high & 63)));
-    bytes.append(static_cast<char>((value < 0 ? 32 : 48) + (magnitude & 15)));
     return bytes;
 }
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // SPDX-FileCopyrightText: 2026 plotvw contributors
-#include "tests/plainpainter.h"
+#include "tests/kit/plainpainter.h"
 
 #include <QPainter>
 #include <QPen>

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // SPDX-FileCopyrightText: 2026 plotvw contributors
-#include "tests/printedpage.h"
+#include "tests/kit/printedpage.h"
 
 #include <QPolygonF>
 #include <QProcess>

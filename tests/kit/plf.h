@@ -8,7 +8,6 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
-#include <fstream>
 #include <initializer_list>
 #include <string>
 #include <string_view>
@@ -88,6 +87,12 @@ inline std::string Line(int x1, int y1, int x2, int y2)
     return Move(x1, y1) + Draw(x2, y2);
 }
 
+/// A whole graph that is one line from corner to corner.
+inline std::string Diagonal()
+{
+    return Start() + Line(0, 0, 4095, 3119) + End();
+}
+
 /// Line width; half as many units wide on the screen.
 inline std::string Width(int width)
 {
@@ -127,15 +132,6 @@ inline std::string WithBackground(std::string bytes, int index)
     bytes.resize(std::max(bytes.size(), kSearchStart), '\n');
     const std::string command = Command("RA", {1}) + kCharacters[static_cast<size_t>(index)];
     return bytes + command + command;
-}
-
-/// Writes bytes as a file, replacing one that is there. Returns whether that worked.
-inline bool WriteFile(const std::string& path, std::string_view bytes)
-{
-    std::ofstream file(path, std::ios::binary | std::ios::trunc);
-    file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-    file.close();
-    return file.good();
 }
 
 } // namespace plf

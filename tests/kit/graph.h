@@ -16,6 +16,9 @@ struct Pass {
     Rect zoom = {}; // empty = the whole graph
 };
 
+/// The rectangle between two corners.
+Rect MakeRect(int left, int top, int right, int bottom);
+
 /// The header that every file begins with.
 QByteArray PlfHeader();
 
