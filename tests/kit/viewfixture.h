@@ -6,6 +6,7 @@
 
 #include "tests/kit/appfixture.h"
 
+#include <QLine>
 #include <QRubberBand>
 
 #include <string>
@@ -19,6 +20,27 @@ constexpr QSize kViewSize(512, 390);
 struct Drag {
     QPoint from;
     QPoint to;
+};
+
+/// A drag over a good part of such a view.
+constexpr Drag kSelection = {{100, 80}, {300, 230}};
+
+/// The part of the file under a drag in a view of a size.
+QRect AreaUnder(const Drag& drag, QSize view);
+
+/// Lines that cross the area, as the file has them: y upward.
+constexpr QLine kCross[] = {{1000, 0, 1000, 3119}, {0, 2000, 4095, 2000}, {0, 0, 4095, 3119}};
+constexpr int kCrossWidth = 24;
+
+/// A file of them: a red cross on green, or on white when the background is white.
+std::string CrossFile();
+
+/// A base of tests of the view: the background is the file's own.
+class ViewTest : public WindowTest
+{
+protected:
+    void Begin();
+    std::string Cross() { return directories->Write("cross.plf", CrossFile()); }
 };
 
 /// A shown window whose view has a file and a size.
