@@ -1,22 +1,21 @@
 // SPDX-License-Identifier: MIT
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 //
-// The two windows that only tell: a file's properties, and what this program is.
+// The dialog of a file's properties.
 #include "app/fileprop.h"
-
 #include "meta/plfbuffer.h"
 #include "tests/kit/appfixture.h"
+#include "tests/kit/menus.h"
 
 #include <QGroupBox>
 #include <QLabel>
-#include <QMenu>
-#include <QMenuBar>
 #include <QTranslator>
 
 #include <limits>
 #include <optional>
 
 using fixture::Box;
+using fixture::ChooseByKeys;
 using fixture::Settle;
 using fixture::Window;
 
@@ -113,16 +112,6 @@ Properties Read(const QDialog& dialog)
             TextOf(dialog, "textVectorcnt")};
 }
 
-// Chooses a menu's item by its underlined letters. A dialog before it may have kept the keyboard.
-void ChooseByKeys(const Window& window, Qt::Key menu, Qt::Key item)
-{
-    window->activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(window.Get()));
-    QTest::keyClick(window.Get(), menu, Qt::AltModifier);
-    QTRY_VERIFY(QApplication::activePopupWidget() != nullptr);
-    QTest::keyClick(QApplication::activePopupWidget(), item);
-}
-
 // "Translates" by telling the context.
 class Translator : public QTranslator
 {
@@ -138,7 +127,7 @@ public:
     }
 };
 
-// Calls what the toolkit calls the protected slot.
+// Calls what Qt calls the protected slot.
 void CallLanguageChange(QDialog& dialog)
 {
     QVERIFY(QMetaObject::invokeMethod(&dialog, "languageChange"));
@@ -151,8 +140,8 @@ class TestFileProp : public QObject, protected fixture::WindowTest
     Q_OBJECT
 
 private slots:
-    void init();
-    void cleanup();
+    void init() { Begin(); }
+    void cleanup() { End(); }
 
     void constructor_makesTheWidgets();
     void constructor_makesThemInTheirOrder();
@@ -191,26 +180,9 @@ private slots:
     void vectorCount_isThatOfTheLatestRendering();
     void vectorCount_ofAZoomedView_countsEverySegment();
 
-    void about_firstLine_isTheVersion();
-    void about_text_isTwoNoticesOfThreeLines();
-    void about_otherVersion_isTold();
-    void about_box_looksAsUsual();
-    void about_f1_opensIt();
-    void about_menu_opensIt();
-
 private:
     Properties ShowProperties(const Window& window);
 };
-
-void TestFileProp::init()
-{
-    Begin();
-}
-
-void TestFileProp::cleanup()
-{
-    End();
-}
 
 // Through the menu, with the keyboard; the dialog is answered with its button.
 Properties TestFileProp::ShowProperties(const Window& window)
@@ -239,7 +211,7 @@ void TestFileProp::constructor_makesTheWidgets()
     QCOMPARE(made, expected);
 }
 
-// Those of one parent: the toolkit does not tell which of two parents' children was first.
+// Those of one parent: Qt does not tell which of two parents' children was first.
 void TestFileProp::constructor_makesThemInTheirOrder()
 {
     const FileProp dialog(nullptr);
@@ -645,77 +617,5 @@ void TestFileProp::vectorCount_ofAZoomedView_countsEverySegment()
     QCOMPARE(ShowProperties(window).vectors, QStringLiteral("6 line segments"));
 }
 
-void TestFileProp::about_firstLine_isTheVersion()
-{
-    const Window window;
-    Box box;
-    fixture::ExpectBox(*dialogs, box);
-    QVERIFY(QMetaObject::invokeMethod(window.Get(), "about"));
-    QCOMPARE(box.text.section(u'\n', 0, 0), QStringLiteral("PLF File Viewer version 1.0.1"));
-}
-
-void TestFileProp::about_text_isTwoNoticesOfThreeLines()
-{
-    const Window window;
-    Box box;
-    fixture::ExpectBox(*dialogs, box);
-    QVERIFY(QMetaObject::invokeMethod(window.Get(), "about"));
-    const QStringList lines = box.text.split(u'\n');
-    QCOMPARE(lines.size(), 10);
-    for (int line = 0; line < lines.size(); ++line)
-        QCOMPARE(lines.at(line).isEmpty(), line == 2 || line == 6);
-    QVERIFY(lines.at(1).contains(QStringLiteral("Copyright")));
-    QVERIFY(lines.mid(3, 3).join(u' ').contains(QStringLiteral("Qt")));
-    QVERIFY(lines.mid(7, 3).join(u' ').contains(QStringLiteral("JPEG")));
-}
-
-void TestFileProp::about_otherVersion_isTold()
-{
-    const std::string kept = gszVersion;
-    QVERIFY(CopyText(gszVersion, "12.34.567")); // as long as it can be
-    const Window window;
-    Box box;
-    fixture::ExpectBox(*dialogs, box);
-    QVERIFY(QMetaObject::invokeMethod(window.Get(), "about"));
-    QVERIFY(CopyText(gszVersion, kept.c_str()));
-    QVERIFY(box.text.startsWith(QStringLiteral("PLF File Viewer version 12.34.567\n")));
-}
-
-void TestFileProp::about_box_looksAsUsual()
-{
-    const Window window;
-    Box box;
-    fixture::ExpectBox(*dialogs, box);
-    QVERIFY(QMetaObject::invokeMethod(window.Get(), "about"));
-    QCOMPARE(box.title, QStringLiteral("About Viewer"));
-    QCOMPARE(box.buttons, QMessageBox::StandardButtons(QMessageBox::Ok));
-    QCOMPARE(box.icon, QMessageBox::NoIcon); // of the usual ones
-    QCOMPARE(box.parent, window.Get());
-    QVERIFY(box.isModal);
-}
-
-void TestFileProp::about_f1_opensIt()
-{
-    Window window;
-    QVERIFY(window.Show());
-    Box box;
-    fixture::ExpectBox(*dialogs, box);
-    QTest::keyClick(window.Get(), Qt::Key_F1);
-    QTRY_COMPARE(box.shown, 1);
-    QCOMPARE(box.title, QStringLiteral("About Viewer"));
-}
-
-void TestFileProp::about_menu_opensIt()
-{
-    Window window;
-    QVERIFY(window.Show());
-    Box box;
-    fixture::ExpectBox(*dialogs, box);
-    ChooseByKeys(window, Qt::Key_H, Qt::Key_A);
-    QTRY_COMPARE(box.shown, 1);
-    QCOMPARE(box.title, QStringLiteral("About Viewer"));
-}
-
 QTEST_MAIN(TestFileProp)
-
 #include "test_fileprop.moc"
