@@ -28,12 +28,6 @@ constexpr int WrapSubtract(int a, int b)
     return static_cast<int>(static_cast<uint32_t>(a) - static_cast<uint32_t>(b));
 }
 
-/// a + b in 32-bit two's complement.
-constexpr int WrapAdd(int a, int b)
-{
-    return static_cast<int>(static_cast<uint32_t>(a) + static_cast<uint32_t>(b));
-}
-
 /// A 64-bit value as an int for Qt; values outside the int range saturate.
 constexpr int SaturateToInt(int64_t value)
 {
