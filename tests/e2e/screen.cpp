@@ -9,6 +9,7 @@
 #include <QProcess>
 #include <QRegularExpression>
 #include <QScreen>
+#include <QTest>
 
 #include <sys/socket.h>
 #include <sys/un.h>
@@ -143,6 +144,12 @@ QString RunTool(const QString& program, const QStringList& arguments)
     if (!finished || tool.exitStatus() != QProcess::NormalExit || tool.exitCode() != 0)
         return {};
     return QString::fromLocal8Bit(tool.readAllStandardOutput()).trimmed();
+}
+
+void CheckTools()
+{
+    QVERIFY2(!RunTool(QStringLiteral("xdotool"), {QStringLiteral("getdisplaygeometry")}).isEmpty(),
+             "Is the package xdotool installed, and is this run by with-xserver.sh?");
 }
 
 QList<WindowId> VisibleWindows(qint64 process)

@@ -31,6 +31,9 @@ template <typename Condition> [[nodiscard]] bool Await(Condition condition)
 /// it fails, as it does when it asks for a window that has just gone.
 QString RunTool(const QString& program, const QStringList& arguments);
 
+/// Fails the test when there is no X server, or no tool to drive it.
+void CheckTools();
+
 /// An X window; empty when there is none.
 using WindowId = QString;
 

@@ -137,8 +137,7 @@ private:
 
 void TestEnvironment::initTestCase()
 {
-    QVERIFY2(!RunTool(QStringLiteral("xdotool"), {QStringLiteral("getdisplaygeometry")}).isEmpty(),
-             "Is the package xdotool installed, and is this run by with-xserver.sh?");
+    CheckTools();
     QVERIFY2(!RunTool(QStringLiteral("weston"), {QStringLiteral("--version")}).isEmpty(),
              "Is the package weston installed?");
 }

@@ -33,11 +33,6 @@ const QByteArray kGreeting =
                         "006500630074");
 const QByteArray kNo = QByteArray::fromHex("000800000004006e006f");
 
-QString TitleOf(const QString& name)
-{
-    return QStringLiteral("KORVEL Viewer - ") + name;
-}
-
 bool AwaitActiveTitle(const QString& title)
 {
     return Await([&title] { return WindowTitle(ActiveWindow()) == title; });
@@ -113,8 +108,7 @@ private:
 
 void TestKrvHost::initTestCase()
 {
-    QVERIFY2(!RunTool(QStringLiteral("xdotool"), {QStringLiteral("getdisplaygeometry")}).isEmpty(),
-             "Is the package xdotool installed, and is this run by with-xserver.sh?");
+    CheckTools();
 }
 
 // Every test has a directory of its own with two graphs. It is the home directory and that for

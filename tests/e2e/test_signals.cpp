@@ -21,11 +21,6 @@ namespace {
 
 constexpr int kWidestLine = 800; // takes long to draw
 
-QString TitleOf(const QString& name)
-{
-    return QStringLiteral("KORVEL Viewer - ") + name;
-}
-
 // Whatever the program that runs the tests does with them.
 void TakeSignals()
 {
@@ -77,8 +72,7 @@ private:
 
 void TestSignals::initTestCase()
 {
-    QVERIFY2(!RunTool(QStringLiteral("xdotool"), {QStringLiteral("getdisplaygeometry")}).isEmpty(),
-             "Is the package xdotool installed, and is this run by with-xserver.sh?");
+    CheckTools();
 }
 
 // Every test has a directory of its own, whose name may not hold a '-', with a graph and a

@@ -129,8 +129,7 @@ private:
 
 void TestViewer::initTestCase()
 {
-    QVERIFY2(!RunTool(QStringLiteral("xdotool"), {QStringLiteral("getdisplaygeometry")}).isEmpty(),
-             "Is the package xdotool installed, and is this run by with-xserver.sh?");
+    CheckTools();
     QVERIFY2(!RunTool(QStringLiteral("xwininfo"), {QStringLiteral("-root")}).isEmpty(),
              "Is the package x11-utils installed?");
 }

@@ -23,6 +23,11 @@ std::string SlowConfiguration()
     return lines;
 }
 
+QString TitleOf(const QString& name)
+{
+    return QStringLiteral("KORVEL Viewer - ") + name;
+}
+
 Viewer::Viewer(const QString& home)
 {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();

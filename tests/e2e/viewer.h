@@ -14,6 +14,9 @@
 /// of the program and its first graph.
 std::string SlowConfiguration();
 
+/// The title of the main window with a graph of that name.
+QString TitleOf(const QString& name);
+
 class Viewer
 {
 public:
