@@ -1,28 +1,16 @@
 // SPDX-License-Identifier: MIT
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 //
-// The converter as people call it: its pictures against a plain painting of what the graph holds,
-// its messages and exit codes, and what is in the folder afterwards. It runs without a display.
-#include "meta/palette.h"
-#include "meta/plfbuffer.h"
+// The converter as people call it: its messages and exit codes, and what is in the folder
+// afterwards.
+#include "tests/converter.h"
 #include "tests/kit/commalocale.h"
-#include "tests/kit/epsfile.h"
-#include "tests/kit/files.h"
-#include "tests/kit/graph.h"
-#include "tests/kit/plainpainter.h"
-#include "tests/kit/plf.h"
-#include "tests/reference/reference.h"
-#include "tests/reference/streams.h"
 
-#include <QColorSpace>
 #include <QDir>
 #include <QFile>
 #include <QImage>
-#include <QPainter>
 #include <QProcess>
 #include <QRegularExpression>
-#include <QSvgRenderer>
-#include <QTemporaryDir>
 #include <QtTest>
 
 #include <fcntl.h>
@@ -30,221 +18,10 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <csignal>
 #include <cstdlib>
-#include <optional>
 
 namespace {
-
-constexpr QSize kDefaultSize(640, 487);
-constexpr int kTimeout = 120000; // milliseconds; sanitizers on a busy machine are slow
-
-// How a call ended.
-struct Call {
-    int code = -1; // -1 when it did not end by itself
-    QByteArray output;
-    QByteArray errors;
-};
-
-void Write(const QString& name, const QByteArray& bytes)
-{
-    QVERIFY(WriteFile(name, bytes));
-}
-
-QByteArray Sample(const QString& name)
-{
-    return ReadFile(Text(PLOTVW_SAMPLES "/") + name);
-}
-
-QByteArray SmallGraph(int x = 4095)
-{
-    return QByteArray::fromStdString(plf::Start() + plf::Line(0, 0, x, 3119) + plf::End());
-}
-
-// Texts in seeded streams hold control characters, which each program draws in its own way.
-QByteArray SeededGraph(unsigned seed)
-{
-    return QByteArray::fromStdString(streams::Make(seed))
-        .replace("\x1bZD", "\x1bZF")
-        .replace(";ZD", ";ZF");
-}
-
-QStringList Operations(const QByteArray& graph, const reference::View& view)
-{
-    QStringList operations;
-    for (const std::string& operation : reference::Draw(graph.toStdString(), view).operations)
-        operations += QString::fromStdString(operation);
-    return operations;
-}
-
-reference::View ViewOf(bool whiteBackground, double widthScale = 1.0)
-{
-    reference::View view;
-    view.whiteBackground = whiteBackground;
-    view.widthScale = widthScale;
-    return view;
-}
-
-// As a picture file has it.
-QImage Stored(const QImage& image)
-{
-    return image.convertToFormat(image.hasAlphaChannel() ? QImage::Format_ARGB32
-                                                         : QImage::Format_RGB32);
-}
-
-QImage Loaded(const QString& name)
-{
-    QImage image = Stored(QImage(name));
-    image.setColorSpace({}); // two pictures with different color spaces are never equal
-    return image;
-}
-
-// What options ask for, read in the plainest way.
-class Wish
-{
-public:
-    explicit Wish(const QStringList& options)
-        : words(options), area(Value("--area", "0,0,4096,3120").split(u',')),
-          background(Value("--background", "white"))
-    {
-    }
-
-    [[nodiscard]] reference::View View() const
-    {
-        reference::View view = ViewOf(background != u"file", Value("--line-scale", "1").toDouble());
-        if (words.contains(Text("--area"))) {
-            view.zoomLeft = area[0].toLong();
-            view.zoomTop = area[1].toLong();
-            view.zoomRight = area[2].toLong();
-            view.zoomBottom = area[3].toLong();
-        }
-        return view;
-    }
-
-    [[nodiscard]] QSize Size() const
-    {
-        const QStringList sides = Value("--size", "").split(u'x');
-        if (sides.size() == 2)
-            return {sides[0].toInt(), sides[1].toInt()};
-        const int width = Value("--width", "640").toInt();
-        return {width,
-                width * (area[3].toInt() - area[1].toInt()) / (area[2].toInt() - area[0].toInt())};
-    }
-
-    [[nodiscard]] QImage::Format Format() const
-    {
-        return background == u"transparent" ? QImage::Format_ARGB32_Premultiplied
-                                            : QImage::Format_RGB32;
-    }
-
-    // The operation as it shall be painted: one or none.
-    [[nodiscard]] QStringList Changed(const QString& operation) const
-    {
-        QStringList parts = operation.split(u' ');
-        if (parts[0] == u"fill" && background == u"transparent")
-            return {};
-        if (parts[0] == u"line") {
-            const int thinnest = Value("--min-line-width", "0").toInt() / 2;
-            parts[6] = QString::number(std::max(parts[6].toInt(), thinnest));
-        }
-        if (words.contains(Text("--black")) && parts[0] == u"line")
-            parts[5] = Text("#000000");
-        if (words.contains(Text("--black")) && parts[0] == u"text")
-            parts[3] = Text("#000000");
-        return {parts.join(u' ')};
-    }
-
-private:
-    [[nodiscard]] QString Value(const char* name, const char* otherwise) const
-    {
-        const qsizetype at = words.indexOf(Text(name));
-        return at < 0 ? Text(otherwise) : words[at + 1];
-    }
-
-    QStringList words;
-    QStringList area;
-    QString background;
-};
-
-int Difference(QRgb a, QRgb b)
-{
-    return std::max({std::abs(qRed(a) - qRed(b)), std::abs(qGreen(a) - qGreen(b)),
-                     std::abs(qBlue(a) - qBlue(b))});
-}
-
-bool IsNear(const QImage& picture, int x, int y, QRgb color, int tolerance)
-{
-    for (int row = std::max(y - 1, 0); row <= std::min(y + 1, picture.height() - 1); ++row) {
-        for (int column = std::max(x - 1, 0); column <= std::min(x + 1, picture.width() - 1);
-             ++column) {
-            if (Difference(picture.pixel(column, row), color) <= tolerance)
-                return true;
-        }
-    }
-    return false;
-}
-
-// The share of a picture's pixels that have nothing like their color in the other picture, there or
-// beside it.
-double Strays(const QImage& picture, const QImage& other, int tolerance)
-{
-    int strays = 0;
-    for (int y = 0; y < picture.height(); ++y) {
-        for (int x = 0; x < picture.width(); ++x)
-            strays += IsNear(other, x, y, picture.pixel(x, y), tolerance) ? 0 : 1;
-    }
-    return strays / (1.0 * picture.width() * picture.height());
-}
-
-// Two renderers put the edges of a line on the pixels each in its own way: a pixel may differ from
-// its counterpart, or one beside it, by so much of 255, and of a hundred pixels one by more.
-bool LookAlike(const QImage& a, const QImage& b, int tolerance)
-{
-    constexpr double kMostStrays = 0.01;
-    if (a.size() != b.size()) {
-        qWarning() << "sizes differ" << a.size() << b.size();
-        return false;
-    }
-    const double strays = std::max(Strays(a, b, tolerance), Strays(b, a, tolerance));
-    if (strays > kMostStrays)
-        qWarning("%.2f percent of the pixels differ", strays * 100.0);
-    return strays <= kMostStrays;
-}
-
-constexpr int kEdgeTolerance = 64;
-// A JPEG has one color for four pixels.
-constexpr int kJpegTolerance = 96;
-// Poppler moves thin lines onto whole pixels, where an image has two pixels of half the color.
-constexpr int kPopplerTolerance = 144;
-
-QImage RenderedSvg(const QString& name, QSize size)
-{
-    QImage image(size, QImage::Format_RGB32);
-    image.fill(Qt::magenta);
-    QPainter painter(&image);
-    painter.setRenderHint(QPainter::Antialiasing);
-    QSvgRenderer(name).render(&painter);
-    return image;
-}
-
-QByteArray RunTool(const QString& program, const QStringList& arguments)
-{
-    QProcess process;
-    process.start(program, arguments);
-    if (!process.waitForFinished(kTimeout) || process.exitCode() != 0)
-        qWarning("%s: %s", qPrintable(program), process.readAllStandardError().constData());
-    return process.readAllStandardOutput();
-}
-
-QImage RenderedPdf(const QString& name, QSize size)
-{
-    const QString base = name + Text(".page");
-    RunTool(Text("pdftoppm"),
-            {Text("-png"), Text("-singlefile"), Text("-scale-to-x"), QString::number(size.width()),
-             Text("-scale-to-y"), QString::number(size.height()), name, base});
-    return Loaded(base + Text(".png"));
-}
 
 // A pipe with a name, and bytes in it. It never comes to its end.
 class EndlessInput
@@ -277,34 +54,16 @@ const QDir::Filters kEverything =
 
 } // namespace
 
-class TestConverting : public QObject
+class TestConverting : public QObject, protected ConverterTest
 {
     Q_OBJECT
 
 private slots:
-    void initTestCase() { initGraphics(); }
-    void init();
-    void cleanup();
-
-    void png_isAPlainPaintingOfTheGraph_data();
-    void png_isAPlainPaintingOfTheGraph();
-    void png_ofSeededStreams_isTheirPlainPainting();
-    void png_knowsItsResolution();
-    void jpeg_looksLikeThePng();
-    void jpeg_ofLowerQuality_isSmaller();
-    void svg_looksLikeThePng_data() { SampleRows(); }
-    void svg_looksLikeThePng();
-    void pdf_looksLikeThePng_data() { SampleRows(); }
-    void pdf_looksLikeThePng();
-    void pdf_isAsLargeAsItsPixelsAndResolutionSay();
-    void eps_isTheViewers_data() { SampleRows(); }
-    void eps_isTheViewers();
-    void eps_ofSeededStreams_isTheViewers();
-    void eps_takesTheOptions();
+    void init() { Begin(); }
+    void cleanup() { End(); }
 
     void standardStreams_areReadAndWritten_data();
     void standardStreams_areReadAndWritten();
-    void format_mayDifferFromTheExtension();
     void closedOutput_isToldSo();
     void displayAndHome_areNotNeeded();
     void commaLocale_changesNothing();
@@ -331,243 +90,11 @@ private slots:
     void terminal_showsAProgressBar();
 
 private:
-    static void SampleRows();
-    [[nodiscard]] QString Path(const QString& name) const { return folder->filePath(name); }
-    [[nodiscard]] QString Path(const char* name) const { return Path(Text(name)); }
     [[nodiscard]] QStringList Entries() const
     {
         return QDir(folder->path()).entryList(kEverything);
     }
-    void Start(QProcess* process, const QStringList& arguments) const;
-    Call Finish(QProcess* process) const;
-    Call Convert(const QStringList& arguments, const QByteArray& input = {}) const;
-    Call Convert(const char* arguments, const QByteArray& input = {}) const;
-    void ConvertWell(const char* arguments) const;
-
-    std::optional<QTemporaryDir> folder; // the current one of each call
-    QProcessEnvironment environment;
 };
-
-// Nothing of a desktop is there.
-void TestConverting::init()
-{
-    folder.emplace();
-    QVERIFY(folder->isValid());
-    environment = QProcessEnvironment::systemEnvironment();
-    for (const char* name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM", "XDG_RUNTIME_DIR"})
-        environment.remove(Text(name));
-    ResetEpsOptions();
-}
-
-void TestConverting::cleanup()
-{
-    FreePlfBuffer();
-}
-
-void TestConverting::Start(QProcess* process, const QStringList& arguments) const
-{
-    process->setWorkingDirectory(folder->path());
-    process->setProcessEnvironment(environment);
-    process->start(Text(PLFCONVERT_PROGRAM), arguments);
-    QVERIFY(process->waitForStarted());
-}
-
-Call TestConverting::Finish(QProcess* process) const
-{
-    Call call;
-    if (process->waitForFinished(kTimeout) && process->exitStatus() == QProcess::NormalExit)
-        call.code = process->exitCode();
-    call.output = process->readAllStandardOutput();
-    call.errors = process->readAllStandardError();
-    return call;
-}
-
-Call TestConverting::Convert(const QStringList& arguments, const QByteArray& input) const
-{
-    QProcess process;
-    Start(&process, arguments);
-    process.write(input);
-    process.closeWriteChannel();
-    return Finish(&process);
-}
-
-Call TestConverting::Convert(const char* arguments, const QByteArray& input) const
-{
-    return Convert(Text(arguments).split(u' '), input);
-}
-
-void TestConverting::ConvertWell(const char* arguments) const
-{
-    const Call call = Convert(arguments);
-    QCOMPARE(call.errors, QByteArray());
-    QCOMPARE(call.code, 0);
-}
-
-void TestConverting::SampleRows()
-{
-    QTest::addColumn<QString>("sample");
-    for (const QString& name : QDir(Text(PLOTVW_SAMPLES)).entryList({Text("*.plf")}))
-        QTest::newRow(qPrintable(name)) << name;
-}
-
-void TestConverting::png_isAPlainPaintingOfTheGraph_data()
-{
-    QTest::addColumn<QString>("sample");
-    QTest::addColumn<QString>("options");
-    for (const char* sample : {"tour.plf", "energy.plf", "bode.plf"}) {
-        for (const char* options :
-             {"", "--background file", "--background transparent", "--width 1000",
-              "--size 300x500 --background file", "--line-scale 2.5", "--area 1000,500,3000,1500",
-              "--area 2300,1000,3300,2500 --background transparent --width 300", "--black",
-              "--min-line-width 20", "--min-line-width 21 --black --background file", "--dpi 300"})
-            QTest::addRow("%s %s", sample, options) << Text(sample) << Text(options);
-    }
-}
-
-// What the options say, done to the operations of the second interpreter.
-void TestConverting::png_isAPlainPaintingOfTheGraph()
-{
-    QFETCH(QString, sample);
-    QFETCH(QString, options);
-    const QByteArray graph = Sample(sample);
-    Write(Path("graph.plf"), graph);
-    const QStringList words = options.split(u' ', Qt::SkipEmptyParts);
-    const Call call = Convert(words + QStringList{Text("graph.plf"), Text("graph.png")});
-    QCOMPARE(call.errors, QByteArray());
-    QCOMPARE(call.code, 0);
-
-    const Wish wish(words);
-    QStringList expected;
-    for (const QString& operation : Operations(graph, wish.View()))
-        expected += wish.Changed(operation);
-    QCOMPARE(Loaded(Path("graph.png")), Stored(PaintPlainly(expected, wish.Size(), wish.Format())));
-}
-
-// In one call, with their own backgrounds.
-void TestConverting::png_ofSeededStreams_isTheirPlainPainting()
-{
-    constexpr unsigned kStreams = 80;
-    for (unsigned seed = 1; seed <= kStreams; ++seed)
-        Write(Path(QString::number(seed) + Text(".plf")), SeededGraph(seed));
-    const Call call = Convert("--background file --output-dir out .");
-    QCOMPARE(call.output, QByteArray("80 files: 80 converted, 0 failed\n"));
-    QCOMPARE(call.code, 0);
-    for (unsigned seed = 1; seed <= kStreams; ++seed) {
-        const QStringList operations = Operations(SeededGraph(seed), ViewOf(false));
-        QCOMPARE(Loaded(Path(QStringLiteral("out/%1.png").arg(seed))),
-                 PaintPlainly(operations, kDefaultSize));
-    }
-}
-
-void TestConverting::png_knowsItsResolution()
-{
-    Write(Path("a.plf"), SmallGraph());
-    ConvertWell("a.plf a.png");
-    QCOMPARE(QImage(Path("a.png")).dotsPerMeterX(), 3780); // 96 per inch
-    ConvertWell("--dpi 300 a.plf a.png");
-    QCOMPARE(QImage(Path("a.png")).dotsPerMeterX(), 11811);
-    QCOMPARE(QImage(Path("a.png")).dotsPerMeterY(), 11811);
-}
-
-void TestConverting::jpeg_looksLikeThePng()
-{
-    Write(Path("a.plf"), Sample(Text("tour.plf")));
-    ConvertWell("a.plf a.png");
-    ConvertWell("a.plf a.jpg");
-    QVERIFY(ReadFile(Path("a.jpg")).startsWith("\xff\xd8\xff"));
-    QVERIFY(LookAlike(Loaded(Path("a.png")), Loaded(Path("a.jpg")), kJpegTolerance));
-}
-
-void TestConverting::jpeg_ofLowerQuality_isSmaller()
-{
-    Write(Path("a.plf"), Sample(Text("tour.plf")));
-    ConvertWell("a.plf a.jpg");
-    ConvertWell("--quality 20 a.plf b.jpeg");
-    QVERIFY(ReadFile(Path("b.jpeg")).size() < ReadFile(Path("a.jpg")).size() / 2);
-}
-
-void TestConverting::svg_looksLikeThePng()
-{
-    QFETCH(QString, sample);
-    Write(Path("a.plf"), Sample(sample));
-    ConvertWell("--background file a.plf a.png");
-    ConvertWell("--background file a.plf a.svg");
-    const QByteArray svg = ReadFile(Path("a.svg"));
-    QVERIFY(!svg.contains("<image")); // vectors are vectors
-    QVERIFY(svg.contains("viewBox=\"0 0 640 487\""));
-    QVERIFY(
-        LookAlike(Loaded(Path("a.png")), RenderedSvg(Path("a.svg"), kDefaultSize), kEdgeTolerance));
-}
-
-void TestConverting::pdf_looksLikeThePng()
-{
-    QFETCH(QString, sample);
-    Write(Path("a.plf"), Sample(sample));
-    ConvertWell("--background file --width 1280 a.plf a.png");
-    ConvertWell("--background file --width 1280 a.plf a.pdf");
-    const QImage png = Loaded(Path("a.png"));
-    QVERIFY(LookAlike(png, RenderedPdf(Path("a.pdf"), png.size()), kPopplerTolerance));
-    // Two lines of heading and no picture.
-    QCOMPARE(RunTool(Text("pdfimages"), {Text("-list"), Path("a.pdf")}).count('\n'), 2);
-}
-
-void TestConverting::pdf_isAsLargeAsItsPixelsAndResolutionSay()
-{
-    Write(Path("a.plf"), SmallGraph());
-    ConvertWell("--size 1500x900 --dpi 300 a.plf a.pdf");
-    const QByteArray about = RunTool(Text("pdfinfo"), {Path("a.pdf")});
-    QVERIFY2(QRegularExpression(Text("Page size: +360 x 216 pts")).match(Text(about)).hasMatch(),
-             about.constData());
-}
-
-void TestConverting::eps_isTheViewers()
-{
-    QFETCH(QString, sample);
-    const QByteArray graph = Sample(sample);
-    Write(Path("a.plf"), graph);
-    ConvertWell("a.plf a.eps");
-    LoadBytes(graph);
-    QCOMPARE(ReadFile(Path("a.eps")), Eps());
-    // These say what the viewer does anyway.
-    ConvertWell("--background white --line-scale 1 --min-line-width 5 a.plf b.eps");
-    QCOMPARE(ReadFile(Path("b.eps")), ReadFile(Path("a.eps")));
-}
-
-void TestConverting::eps_ofSeededStreams_isTheViewers()
-{
-    constexpr unsigned kStreams = 200;
-    for (unsigned seed = 1; seed <= kStreams; ++seed)
-        Write(Path(QString::number(seed) + Text(".plf")),
-              QByteArray::fromStdString(streams::Make(seed)));
-    QCOMPARE(Convert("--format eps --output-dir out .").code, 0);
-    for (unsigned seed = 1; seed <= kStreams; ++seed) {
-        const std::string expected = reference::DrawEps(streams::Make(seed), ViewOf(true), {});
-        QCOMPARE(ReadFile(Path(QStringLiteral("out/%1.eps").arg(seed))),
-                 QByteArray::fromStdString(expected));
-    }
-}
-
-void TestConverting::eps_takesTheOptions()
-{
-    const std::string graph =
-        plf::WithBackground(plf::Start() + plf::Width(7) + plf::Line(0, 0, 4095, 3119), 10);
-    Write(Path("a.plf"), QByteArray::fromStdString(graph));
-    ConvertWell("--width 1024 --dpi 72 --background file --black --min-line-width 9 "
-                "--area 100,200,2148,1760 --line-scale 2 a.plf a.eps");
-    reference::View view = ViewOf(false, 2.0);
-    view.zoomLeft = 100;
-    view.zoomTop = 200;
-    view.zoomRight = 2148;
-    view.zoomBottom = 1760;
-    reference::EpsOptions options;
-    options.scale = 0.5;
-    options.minLineWidth = 9;
-    options.linesToBlack = true;
-    options.fillBackground = true;
-    options.backgroundIndex = 10;
-    QCOMPARE(ReadFile(Path("a.eps")),
-             QByteArray::fromStdString(reference::DrawEps(graph, view, options)));
-}
 
 void TestConverting::standardStreams_areReadAndWritten_data()
 {
@@ -587,15 +114,6 @@ void TestConverting::standardStreams_areReadAndWritten()
     QCOMPARE(call.errors, QByteArray());
     QCOMPARE(call.code, 0);
     QCOMPARE(call.output, ReadFile(Path(file)));
-}
-
-void TestConverting::format_mayDifferFromTheExtension()
-{
-    Write(Path("a.plf"), SmallGraph());
-    ConvertWell("--format png a.plf thumbnail");
-    QVERIFY(ReadFile(Path("thumbnail")).startsWith("\x89PNG"));
-    ConvertWell("--format svg a.plf b.png");
-    QVERIFY(ReadFile(Path("b.png")).startsWith("<?xml"));
 }
 
 void TestConverting::closedOutput_isToldSo()
@@ -829,7 +347,7 @@ void TestConverting::folder_isConvertedWhole()
              QStringList({Text("1-B.svg"), Text("2-a.svg")}));
 }
 
-// Some of them the toolkit cannot even write down, so that the folder is handed over.
+// Some of them Qt cannot even write down, so that the folder is handed over.
 void TestConverting::strangeNames_areConverted()
 {
     const QByteArrayList names = {"two words", "Kr\303\244fte \xf0\x9f\x93\x88",
