@@ -45,7 +45,7 @@ public:
         shown = window.Show();
     }
 
-    // Moves a drag over the window and lets it go when that is allowed, as the toolkit does.
+    // Moves a drag over the window and lets it go when that is allowed, as Qt does.
     // Returns what the source is told, at each step.
     QList<Qt::DropAction> Drag(const QMimeData& data, Qt::DropActions actions = Qt::CopyAction)
     {

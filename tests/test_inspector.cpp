@@ -277,7 +277,7 @@ void TestInspector::damage_ofOneKind_isNoted_data()
     row("control in an address", "x23 x60 LF x60 x7D x27 x5A BEL", Damage::kBrokenAddress, start,
         1);
     row("line index", R"(ESC "ML" #16 ESC "ML" #-1 BEL)", Damage::kIndexOutOfRange, start, 2);
-    row("entry of the colour map", R"(ESC "TG" #1 #4 #99 #0 #0 #0 BEL)", Damage::kIndexOutOfRange,
+    row("entry of the color map", R"(ESC "TG" #1 #4 #99 #0 #0 #0 BEL)", Damage::kIndexOutOfRange,
         start, 1);
     row("long text", R"(ESC "ZD" *1024 "x" ESC BEL)", Damage::kTextTooLong, start, 1);
     row("long font name", R"(ESC "ZF" *1024 "x" ESC BEL)", Damage::kTextTooLong, start, 1);

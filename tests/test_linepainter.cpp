@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 //
-// Compares pictures, pixel for pixel, with those that one call of the toolkit for each line gives.
+// Compares pictures, pixel for pixel, with those that one call of Qt for each line gives.
 #include "app/state/globals.h"
 #include "meta/linepainter.h"
 #include "meta/plfbuffer.h"

@@ -44,7 +44,7 @@ constexpr unsigned kVariants = 10'000;
 // also drawn as pixels.
 constexpr unsigned kWholeSampleEvery = 8;
 constexpr unsigned kPixelsEvery = 20;
-// Bytes of a sample up to the end of its colour map, and of a piece.
+// Bytes of a sample up to the end of its color map, and of a piece.
 constexpr int kHead = 300;
 constexpr int kPiece = 1500;
 constexpr int kMostDamages = 12;
@@ -56,7 +56,7 @@ constexpr qsizetype kEpsHead = 1000;
 // Beside the file itself: its longest address twice while that grows, and the writer's buffer.
 constexpr size_t kMemoryPerByte = 4;
 constexpr size_t kMemoryOfAPass = 500'000;
-// What the toolkit keeps for characters that it sees first.
+// What Qt keeps for characters that it sees first.
 constexpr size_t kMemoryKept = 4'000'000;
 
 size_t BytesInUse()

@@ -21,7 +21,7 @@ namespace {
 
 constexpr unsigned kStreams = 6000;
 
-// The toolkit lays texts out in 26.6 fixed point; an x beyond that becomes its smallest number.
+// Qt lays texts out in 26.6 fixed point; an x beyond that becomes its smallest number.
 QString AsLaidOut(const QString& text)
 {
     constexpr int kLimit = 1 << 25;
@@ -31,7 +31,7 @@ QString AsLaidOut(const QString& text)
     return QStringLiteral("text %1 %2").arg(-kLimit).arg(text.section(u' ', 2));
 }
 
-// A tab in a text makes the toolkit draw it in two parts that a recording cannot join.
+// A tab in a text makes Qt draw it in two parts that a recording cannot join.
 std::string WithoutTabs(std::string file)
 {
     std::replace(file.begin(), file.end(), '\t', '\f');

@@ -430,7 +430,7 @@ private slots:
         QTest::newRow("farthest") << QPointF(1e6, 1e-9) << false;
     }
 
-    // The toolkit's pictures of glyphs cannot hold such ones: it crashes.
+    // Qt's pictures of glyphs cannot hold such ones: it crashes.
     void text_farLongerThanThick_isDrawn()
     {
         QFETCH(QPointF, scale);
@@ -574,18 +574,18 @@ private slots:
 
     void palette_hasItsSixteenColoursInEveryForm()
     {
-        const QList<QRgb> colours = {0x000000, 0x00007f, 0x007f00, 0x007f7f, 0x7f0000, 0x7f007f,
-                                     0x7f7f00, 0x7f7f7f, 0x3f3f3f, 0x0000ff, 0x00ff00, 0x00ffff,
-                                     0xff0000, 0xff00ff, 0xffff00, 0xffffff};
+        const QList<QRgb> colors = {0x000000, 0x00007f, 0x007f00, 0x007f7f, 0x7f0000, 0x7f007f,
+                                    0x7f7f00, 0x7f7f7f, 0x3f3f3f, 0x0000ff, 0x00ff00, 0x00ffff,
+                                    0xff0000, 0xff00ff, 0xffff00, 0xffffff};
         for (int i = 0; i < kPaletteSize; ++i) {
-            const QColor colour(0xff000000 | colours[i]);
-            QCOMPARE(PaletteColor(i), colour);
-            QCOMPARE(ghpenIbmClr[i].color(), colour);
+            const QColor color(0xff000000 | colors[i]);
+            QCOMPARE(PaletteColor(i), color);
+            QCOMPARE(ghpenIbmClr[i].color(), color);
             QCOMPARE(ghpenIbmClr[i].style(), Qt::SolidLine);
             QCOMPARE(ghpenIbmClr[i].width(), 1);
-            QCOMPARE(EpsRgbColors[i][0], colour.red() / 255.0);
-            QCOMPARE(EpsRgbColors[i][1], colour.green() / 255.0);
-            QCOMPARE(EpsRgbColors[i][2], colour.blue() / 255.0);
+            QCOMPARE(EpsRgbColors[i][0], color.red() / 255.0);
+            QCOMPARE(EpsRgbColors[i][1], color.green() / 255.0);
+            QCOMPARE(EpsRgbColors[i][2], color.blue() / 255.0);
         }
         QCOMPARE(gdotpen.color(), QColor(0, 0, 0, 255));
         QCOMPARE(gdotpen.style(), Qt::DotLine);

@@ -32,7 +32,7 @@ inline const QByteArray kAnswer =
 /// What the viewer writes to its standard error output when it is done with a file.
 inline const QByteArray kDoneWith = "[debug] Existing file name:  ";
 
-/// What the toolkit writes for each graph that is to be printed: the tests have no printer.
+/// What Qt writes for each graph that is to be printed: the tests have no printer.
 inline const QByteArray kNotPrinted = "[warning] plotvw: no printer found\n";
 
 /// A graph that is a line across the middle, as wide as an eighth of the window.

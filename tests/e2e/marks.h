@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 //
-// A graph whose few strokes tell by their colours and places whether a window shows it, and which
+// A graph whose few strokes tell by their colors and places whether a window shows it, and which
 // part of it.
 #pragma once
 
@@ -29,7 +29,7 @@ constexpr Mark kMarks[] = {{"left", {500, 500}, {0, 0, 127}},
                            {"middle", {1800, 1500}, {127, 0, 0}},
                            {"right", {3500, 2500}, {0, 127, 0}}};
 
-/// The marks in the colours of the lines 1, 2 and 3, on yellow.
+/// The marks in the colors of the lines 1, 2 and 3, on yellow.
 QByteArray MarkedGraph();
 
 /// Waits until the window's view shows the marks of a part of the graph where they belong, to the

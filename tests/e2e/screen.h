@@ -64,7 +64,7 @@ void Drop();
 
 QImage GrabScreen();
 QColor ScreenColor(QPoint at);
-/// How many pixels of an area have just that colour.
+/// How many pixels of an area have just that color.
 qsizetype CountColor(const QImage& screen, const QRect& area, QColor color);
 /// The smallest rectangle around them.
 QRect ColorBox(const QImage& screen, const QRect& area, QColor color);

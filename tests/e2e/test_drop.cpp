@@ -38,7 +38,7 @@ public:
             return Qt::IgnoreAction;
         auto* data = new QMimeData;
         data->setUrls(urls);
-        auto* drag = new QDrag(this); // the toolkit deletes it when the target has the data
+        auto* drag = new QDrag(this); // Qt deletes it when the target has the data
         drag->setMimeData(data);
         QTimer::singleShot(0, this, [&lookThere] {
             lookThere();

@@ -64,7 +64,7 @@ public:
     [[nodiscard]] QRect Frame() const { return FrameArea(window); }
     [[nodiscard]] QRect Content() const { return ContentArea(window); }
     /// The area that shows the graph: the part of the window's left edge that has the background's
-    /// colour. Empty when it has not.
+    /// color. Empty when it has not.
     [[nodiscard]] QRect Canvas(QColor background) const;
     /// What the program wrote to its standard error output, without its line about each file.
     [[nodiscard]] QByteArray Errors();

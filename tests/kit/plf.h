@@ -14,7 +14,7 @@
 
 namespace plf {
 
-/// The 16 bytes that every file begins with. They end inside a colour map entry.
+/// The 16 bytes that every file begins with. They end inside a color map entry.
 inline std::string Header()
 {
     return "\x1bTG140000\x1bTG1410";
@@ -99,14 +99,14 @@ inline std::string Width(int width)
     return Command("GT", {width});
 }
 
-/// Gives a line index the colour nearest to a hue in degrees (0 blue, 90 red, 210 green),
+/// Gives a line index the color nearest to a hue in degrees (0 blue, 90 red, 210 green),
 /// lightness and saturation 0..100.
 inline std::string ColorMapEntry(int index, int hue, int lightness, int saturation)
 {
     return Command("TG", {1, 4, index, hue, lightness, saturation});
 }
 
-/// Draws with the colour of a line index from here on.
+/// Draws with the color of a line index from here on.
 inline std::string LineIndex(int index)
 {
     return Command("ML", {index});

@@ -97,7 +97,7 @@ void RecordingEngine::drawLines(const QLineF* lines, int count)
     }
 }
 
-// The toolkit hands over a text in parts of one script each; those that follow each other without
+// Qt hands over a text in parts of one script each; those that follow each other without
 // a gap are joined again.
 void RecordingEngine::drawTextItem(const QPointF& at, const QTextItem& item)
 {

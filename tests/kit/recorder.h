@@ -5,7 +5,7 @@
 //   window L T W H             the painter's logical window, when it changes
 //   viewport L T W H           its viewport, when it changes and viewports are asked for
 //   fill L T W H #rrggbb       a filled rectangle
-//   line X1 Y1 X2 Y2 #rrggbb W a line, its pen's colour and width
+//   line X1 Y1 X2 Y2 #rrggbb W a line, its pen's color and width
 //   text X Y #rrggbb TEXT      a text without its control characters; an empty one is left out
 // Coordinates are logical.
 #pragma once
