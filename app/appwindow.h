@@ -79,6 +79,7 @@ private slots:
     void print();
     void backclr();
     void savesettings();
+    /// Shows the whole graph again.
     void refresh();
     void resetaspect();
     void fileProperties();

@@ -44,6 +44,7 @@ void AppWindow::BuildMenus()
     bkclrItemId = NextItemId();
     using W = AppWindow;
     constexpr auto kCtrl = Qt::CTRL;
+    // The letters after & are unique in each menu.
     // Open has Ctrl+F and not the usual Ctrl+O: deliberate, users know it.
     // clang-format off
     const MenuRow rows[] = {

@@ -5,6 +5,7 @@
 // It builds a pass from the program's settings, and stores the results in the program's variables.
 #pragma once
 
+#include "app/state/sizes.h"
 #include "meta/bytesink.h"
 #include "meta/pass.h"
 #include "meta/state.h"
@@ -82,7 +83,7 @@ private:
     void TraceObject(const char* what) const;
 
     QPen pen;                        // the working pen
-    char szFileName[kTextSize] = ""; // the metafile's name, for reference
+    char szFileName[kPathSize] = ""; // the metafile's name, for reference
     TextState text;                  // the settings of texts
     InputState input;                // the decoder's position
     double dWidthScale = 1.0;        // factor for line widths

@@ -21,7 +21,8 @@ struct ConfigKey {
     void (*apply)(char* value);
 };
 
-// The first key of this table that occurs in a line counts, so the order is part of the format.
+// The first key of this table that occurs in a line counts, so the order is part of the
+// format; new keys go last.
 // clang-format off
 constexpr ConfigKey kKeys[] = {
     // key                     value

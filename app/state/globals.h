@@ -26,7 +26,7 @@ extern char gszPlffileName[kPathSize];             // its name without the direc
 extern char gszCurdir[kPathSize];                  // working directory at start-up
 extern char gszCurrentWorkingDir[kWorkingDirSize]; // -cwd=: directory of exported files
 extern char gszExePath[kPathSize];                 // directory of the executable
-extern char gszExename[kPathSize];                 // part of the fixed list, not used
+extern char gszExename[kPathSize];                 // kept, not used
 extern char gszHomedir[kPathSize];                 // $HOME
 extern char gszTmppath[kPathSize];                 // temporary directory
 extern char gszCvtFilenameBase[kPathSize];         // base name of exported files (-cf=)
@@ -59,9 +59,9 @@ extern int gfPrtWht2Blk;                  // print white lines black; nothing se
 extern unsigned long gdwLineClrFlag;      // 0 own colors, 1 all black, 2 through gwLineClrMap
 extern uint16_t gwLineClrMap[16];         // line color map, identity
 extern unsigned long gdwDebug;            // trace level to write
-extern unsigned long gdwDrawMode;         // part of the fixed list, not used
-extern unsigned long gdwHpglNumPens;      // part of the fixed list, not used
-extern uint16_t gwHpglClrMap[16];         // part of the fixed list, not used
+extern unsigned long gdwDrawMode;         // kept, not used
+extern unsigned long gdwHpglNumPens;      // kept, not used
+extern uint16_t gwHpglClrMap[16];         // kept, not used
 
 // The loaded file.
 extern char* gpPlfmembuf;          // its bytes and a zero tail; malloc'ed, null = none

@@ -4,7 +4,7 @@
 """Do all files say the same of what several of them list?     facts.py TOP
 
 The code has each list once; pages, completions and scripts repeat it. Compared are the options of the viewer, the keys of
-its configuration file, and the version.
+its configuration file, the formats of the converter and the version.
 """
 import re
 import sys
@@ -43,6 +43,23 @@ def configuration_keys():
     yield name, found(r"^\.It Cm (\w+) Ns =", name)
 
 
+def formats():
+    """The names of the converter's formats by file; the first is the code."""
+    name = "tools/convert/format.cpp"
+    yield name, found(r'\{"(\w+)", Format::', name)
+    name = "docs/man/plfconvert.1"
+    text = (TOP / name).read_text(encoding="utf-8")
+    item = re.search(r"^\.It Fl f .*?(?=^\.It)", text, re.M | re.S)
+    yield name, {word for line in re.findall(r"^\.Cm (.*)", item.group(), re.M) for word in re.findall(r"\w+", line)}
+    for name, pattern in (
+        ("packaging/completions/bash/plfconvert", r"-W '([a-z ]+)'"),
+        ("packaging/completions/zsh/_plfconvert", r"picture format\]:format:\(([^)]*)\)"),
+        ("packaging/completions/fish/plfconvert.fish", r'-l format -x -a "([^"]*)"'),
+    ):
+        listed = re.search(pattern, (TOP / name).read_text(encoding="utf-8"))
+        yield name, set(listed.group(1).split()) if listed else set()
+
+
 def versions():
     """The version by file; the first is the one that the others follow."""
     name = "CMakeLists.txt"
@@ -73,6 +90,7 @@ def main():
     wrong = [
         *differences("option", viewer_options()),
         *differences("key", configuration_keys()),
+        *differences("format", formats()),
         *differences("version", versions()),
     ]
     print("\n".join(wrong), file=sys.stderr)

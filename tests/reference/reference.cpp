@@ -32,7 +32,6 @@ constexpr int kNoPaletteRow = 16;
 constexpr int kMapEntries = 16;
 
 constexpr int kWidestPen = 32767;
-constexpr std::size_t kLongestText = 1023;
 constexpr int kLongestCountedString = 80;
 
 // ------------------------------------------------------------------------------------------------
@@ -423,7 +422,7 @@ void Canvas::Vector(int x1, int y1, int x2, int y2)
 void Canvas::Text(int x, int y, const std::string& bytes)
 {
     std::string text = UpToZero(bytes);
-    if (text.size() > kLongestText) {
+    if (text.size() > std::size_t{kLongestText}) {
         return;
     }
     if (!text.empty() && text.back() == '\n') {

@@ -13,6 +13,9 @@
 
 namespace reference {
 
+// Longer texts are not drawn, in bytes.
+constexpr int kLongestText = 1023;
+
 // How a pass is asked for.
 struct View {
     bool whiteBackground = true;

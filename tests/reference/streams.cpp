@@ -609,7 +609,7 @@ std::string OddText(Random& random)
 std::string LongText(Random& random)
 {
     std::string out = Command(random.OneIn(4) ? "ZF" : "ZD");
-    const int length = random.Between(1019, 1027);
+    const int length = random.Between(reference::kLongestText - 4, reference::kLongestText + 4);
     for (int i = 0; i < length; ++i) {
         out += random.Character('a', 'z');
     }

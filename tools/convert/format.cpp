@@ -11,7 +11,8 @@ namespace convert {
 
 namespace {
 
-// The first name of a format is its extension.
+// The first name of a format is its extension. DrawPicture() draws each of them; what one cannot do
+// is refused by CheckFormat() of the options.
 constexpr NamedValue<Format> kFormats[] = {
     {"png", Format::kPng}, {"jpg", Format::kJpeg}, {"jpeg", Format::kJpeg},
     {"svg", Format::kSvg}, {"pdf", Format::kPdf},  {"eps", Format::kEps},

@@ -25,10 +25,10 @@ QString Text(const char* text)
 
 tools::ToolHelp Help()
 {
-    return {Text("Converts PLF graphs into pictures: PNG, JPEG, SVG, PDF or EPS. Needs no "
-                 "display.\n\n"
-                 "  plfconvert [options] GRAPH PICTURE\n"
-                 "  plfconvert [options] --output-dir DIRECTORY GRAPH...\n\n") +
+    return {QStringLiteral("Converts PLF graphs into pictures: %1. Needs no display.\n\n")
+                    .arg(FormatNames()) +
+                Text("  plfconvert [options] GRAPH PICTURE\n"
+                     "  plfconvert [options] --output-dir DIRECTORY GRAPH...\n\n") +
                 tools::ExitCodeHelp("every graph was converted or skipped", "some failed",
                                     "could not start"),
             {{"GRAPH", "PLF file; - is the standard input."},

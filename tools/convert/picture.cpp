@@ -95,7 +95,7 @@ void PaintImage(const PlfBytes& graph, const PictureSettings& settings, QImage* 
     image->setDotsPerMeterY(dotsPerMeter);
 }
 
-QString WritePng(const QImage& image, QIODevice* output)
+QString WritePng(const QImage& image, const PictureSettings& /*settings*/, QIODevice* output)
 {
     QImageWriter writer(output, "png");
     writer.setCompression(kPngCompression);
@@ -104,15 +104,19 @@ QString WritePng(const QImage& image, QIODevice* output)
     return writer.write(Palettized(plain)) ? QString() : writer.errorString();
 }
 
-QString WriteJpeg(const QImage& image, int quality, QIODevice* output)
+QString WriteJpeg(const QImage& image, const PictureSettings& settings, QIODevice* output)
 {
     QImageWriter writer(output, "jpeg");
-    writer.setQuality(quality);
+    writer.setQuality(settings.quality.value_or(kMaxQuality));
     return writer.write(image) ? QString() : writer.errorString();
 }
 
-QString DrawImage(const PlfBytes& graph, Format format, const PictureSettings& settings,
-                  QIODevice* output)
+// Writes an image in one of the formats; returns what is wrong.
+using ImageWriter = QString(const QImage& image, const PictureSettings& settings,
+                            QIODevice* output);
+
+QString DrawImage(const PlfBytes& graph, const PictureSettings& settings, QIODevice* output,
+                  ImageWriter* write)
 {
     const bool transparent = settings.background == Background::kTransparent;
     const QSize size = PictureSize(settings);
@@ -123,9 +127,7 @@ QString DrawImage(const PlfBytes& graph, Format format, const PictureSettings& s
             .arg(size.height());
     }
     PaintImage(graph, settings, &image);
-    return format == Format::kPng
-               ? WritePng(image, output)
-               : WriteJpeg(image, settings.quality.value_or(kMaxQuality), output);
+    return write(image, settings, output);
 }
 
 // Paints on a device whose resolution is the picture's, with texts in the size that they have on
@@ -215,8 +217,9 @@ QString DrawPicture(const PlfBytes& graph, Format format, const PictureSettings&
 {
     switch (format) {
     case Format::kPng:
+        return DrawImage(graph, settings, output, WritePng);
     case Format::kJpeg:
-        return DrawImage(graph, format, settings, output);
+        return DrawImage(graph, settings, output, WriteJpeg);
     case Format::kSvg:
         return DrawSvg(graph, settings, output);
     case Format::kPdf:
