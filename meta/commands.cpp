@@ -143,7 +143,7 @@ constexpr bool HasActions()
 }
 
 static_assert(IsTotal(), "every pair of characters has a row");
-static_assert(IsInOrder(), "no row stands in front of one that is more particular");
+static_assert(IsInOrder(), "no row comes before one that is more particular");
 static_assert(HasActions());
 
 const Command& FindCommand(const char* seq)

@@ -362,7 +362,7 @@ void TestCmdline::givenWindowPosition_isKeptOverTheSettingsFile()
     const fixture::Window window;
     QCOMPARE(window->pos(), QPoint(10, 20));
     QCOMPARE(window->size(), QSize(500, 350));
-    QVERIFY2(!gbBkClrWhite, "the background is read all the same");
+    QVERIFY2(!gbBkClrWhite, "the background is read anyway");
 }
 
 void TestCmdline::storedWindowPosition_replacesTheDefault()

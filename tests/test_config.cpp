@@ -131,7 +131,7 @@ void TestConfig::readCfgFile_lines_data()
     // Which lines count, and as what.
     row("comment", "#export_quality=50\n", "");
     row("comment sign behind a blank is none", " #export_quality=50\n", "quality=50");
-    row("comment sign behind the value", "export_quality=50 # best\n", "quality=50");
+    row("comment sign after the value", "export_quality=50 # best\n", "quality=50");
     row("key in other case", "Export_Quality=50\n", "");
     row("unknown key", "quality=50\n", "");
     row("blanks around key and sign", "  export_quality = 80\n", "quality=80");
@@ -140,7 +140,7 @@ void TestConfig::readCfgFile_lines_data()
     row("two keys, the first of the table decides", "autosave_export_quality=5\n", "quality=5");
     row("two keys in the table's order", "printer_min_linewidth autosave=9\n", "width=9");
     row("key behind the sign", "x=7 export_quality\n", "quality=7");
-    row("key and value behind the sign", "=export_quality=7\n", "quality=0");
+    row("key and value after the sign", "=export_quality=7\n", "quality=0");
     row("no sign", "export_quality 50\nautosave\n", "");
     row("no sign for the deciding key of two", "export_quality autosave\n", "");
     row("the last of several lines wins", "export_quality=5\nexport_quality=6\n", "quality=6");
@@ -153,7 +153,7 @@ void TestConfig::readCfgFile_lines_data()
     row("a flag with a blank in front", "eps_include_background= yes\n", "background=1");
     row("a flag of 1", "eps_include_background=1\n", "");
     row("no takes yes back", "autosave=yes\nautosave=no\n", "");
-    row("a blank behind the comma", "printer_page_size=0.9, 0.8\n", "sizex=0.9 sizey=0.8");
+    row("a blank after the comma", "printer_page_size=0.9, 0.8\n", "sizex=0.9 sizey=0.8");
     row("no integer", "export_quality=abc\n", "quality=0");
     row("no value", "export_quality=\neps_scalefactor=\n", "quality=0 scale=0");
     row("no number", "eps_scalefactor=wide\n", "scale=0");
@@ -182,7 +182,7 @@ void TestConfig::readCfgFile_lines_data()
 
     // A zero byte ends the text of its line, not the line.
     const auto withZero = [](QByteArray text) { return text.replace('@', '\0'); };
-    row("zero byte behind the value",
+    row("zero byte after the value",
         withZero("export_quality=5@ autosave=y\nprinter_paper_type=2\n"), "paper=2 quality=5");
     row("zero byte in front", withZero("@export_quality=5\n"), "");
     row("zero byte in the key", withZero("export@_quality=5\n"), "");

@@ -344,7 +344,7 @@ void TestFileProp::init_sizes_areGrouped_data()
         QTest::addRow("%llu", value) << value << QString::fromLatin1(text);
     };
     row(0, "0");
-    row(1, "1"); // a plural all the same
+    row(1, "1"); // a plural anyway
     row(999, "999");
     row(1000, "1,000");
     row(1234567, "1,234,567");

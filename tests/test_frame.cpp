@@ -303,7 +303,7 @@ void TestFrame::read_byteByByte_givesEmptyMessages()
         messages += outcome.read ? 1 : 0;
         QCOMPARE(outcome.message, QString());
     }
-    QCOMPARE(messages, 40); // for each byte behind the length
+    QCOMPARE(messages, 40); // for each byte after the length
     QCOMPARE(blockSize, kAcceptLength);
 }
 

@@ -251,7 +251,7 @@ void TestHostCommands::command_thatCannotBeUsed_isRefusedWhole_data()
     };
     longRow("a long file", QString(), 5000, kPathSize - 1);
     longRow("a file that is one too long", QString(), kPathSize, kPathSize - 1);
-    longRow("a long file in front of another", QString(), 5000, kPathSize - 1,
+    longRow("a long file before another", QString(), 5000, kPathSize - 1,
             QStringLiteral(" other.plf"));
     longRow("a long name for exports", QStringLiteral("-cf="), kPathSize, kPathSize - 1);
     longRow("a long folder", QStringLiteral("-cwd="), kWorkingDirSize, kWorkingDirSize - 1);

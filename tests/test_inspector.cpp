@@ -197,7 +197,7 @@ void TestInspector::dump_handMadeStream_hasEveryPieceAtItsPlace_data()
         << Pieces{{"GS", "gs"}, {"@100,200", nullptr}, {"", "end end-of-file"}};
     QTest::newRow("cut off in the letters")
         << Pieces{{R"(ESC "M")", nullptr}, {"", "end end-of-file"}};
-    QTest::newRow("data behind the end") << Pieces{{"BEL", "end bel"}, {R"("more")", "unread"}};
+    QTest::newRow("data after the end") << Pieces{{"BEL", "end bel"}, {R"("more")", "unread"}};
 }
 
 void TestInspector::dump_handMadeStream_hasEveryPieceAtItsPlace()

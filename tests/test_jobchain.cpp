@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 //
-// PostCmdargDone: one job after the other, and quitting behind the last one.
+// PostCmdargDone: one job after the other, and quitting after the last one.
 #include "tests/kit/events.h"
 #include "tests/kit/exporting.h"
 #include "tests/kit/viewfixture.h"

@@ -323,7 +323,7 @@ private slots:
         row("--quality 0 a.plf b.jpg", "--quality '0'");
         row("--quality 50 a.plf b.png", "applies to JPEG only");
         row("--jobs 0 a.plf b.png", "--jobs '0'");
-        row("--colour a.plf b.png", "unknown option 'colour'");
+        row("--color a.plf b.png", "unknown option 'color'");
     }
     void commandLine_thatIsWrong_isToldWhy()
     {

@@ -277,7 +277,7 @@ private slots:
         QCOMPARE(onScreen.MapColor(7), 0);
     }
 
-    void setPenWidth_mapsTheStoredColourASecondTime()
+    void setPenWidth_mapsTheStoredColorASecondTime()
     {
         gdwLineClrFlag = 2;
         gwLineClrMap[2] = 3;
@@ -572,7 +572,7 @@ private slots:
         QVERIFY2(expected.match(text).hasMatch(), qPrintable(text));
     }
 
-    void palette_hasItsSixteenColoursInEveryForm()
+    void palette_hasItsSixteenColorsInEveryForm()
     {
         const QList<QRgb> colors = {0x000000, 0x00007f, 0x007f00, 0x007f7f, 0x7f0000, 0x7f007f,
                                     0x7f7f00, 0x7f7f7f, 0x3f3f3f, 0x0000ff, 0x00ff00, 0x00ffff,

@@ -151,7 +151,7 @@ void TestValues::getDouble_data()
     QTest::newRow("minus sign") << QByteArray("-1.5") << -1.5;
     QTest::newRow("plus sign") << QByteArray("+1.5") << 1.5;
     QTest::newRow("nothing before the point") << QByteArray(".5") << 0.5;
-    QTest::newRow("nothing behind the point") << QByteArray("5.") << 5.0;
+    QTest::newRow("nothing after the point") << QByteArray("5.") << 5.0;
     QTest::newRow("exponent") << QByteArray("1e3") << 1000.0;
     QTest::newRow("negative exponent") << QByteArray("25E-2") << 0.25;
     QTest::newRow("exponent without digits") << QByteArray("2e") << 2.0;
@@ -198,8 +198,8 @@ void TestValues::getDoublePair_data()
     QTest::newRow("a third number is ignored") << QByteArray("1,2,3") << 1.0 << 2.0;
     QTest::newRow("decimal commas are no decimal points") << QByteArray("0,5,0,7") << 0.0 << 5.0;
     QTest::newRow("nothing before the comma") << QByteArray(",2.5") << 0.0 << 2.5;
-    QTest::newRow("nothing behind the comma") << QByteArray("1.5,") << 1.5 << 0.0;
-    QTest::newRow("no number behind the comma") << QByteArray("1.5,x") << 1.5 << 0.0;
+    QTest::newRow("nothing after the comma") << QByteArray("1.5,") << 1.5 << 0.0;
+    QTest::newRow("no number after the comma") << QByteArray("1.5,x") << 1.5 << 0.0;
     QTest::newRow("lone comma") << QByteArray(",") << 0.0 << 0.0;
     QTest::newRow("no comma leaves the second") << QByteArray("1.5 2.5") << 1.5 << kUnchanged;
     QTest::newRow("empty leaves the second") << QByteArray("") << 0.0 << kUnchanged;
@@ -229,7 +229,7 @@ void TestValues::getIntPair_data()
     QTest::newRow("fractions are skipped") << QByteArray("1.5,2.5") << 1 << 2;
     QTest::newRow("a third number is ignored") << QByteArray("1,2,3") << 1 << 2;
     QTest::newRow("nothing before the comma") << QByteArray(",2") << 0 << 2;
-    QTest::newRow("nothing behind the comma") << QByteArray("1,") << 1 << 0;
+    QTest::newRow("nothing after the comma") << QByteArray("1,") << 1 << 0;
     QTest::newRow("both saturate") << QByteArray("9999999999,-9999999999") << kMax << kMin;
     QTest::newRow("no comma leaves the second") << QByteArray("10 20") << 10 << kUnchanged;
     QTest::newRow("empty leaves the second") << QByteArray("") << 0 << kUnchanged;

@@ -10,7 +10,7 @@ namespace {
 constexpr int kWide = 800;
 
 // What the viewer writes to its standard error output when a file cannot be deleted. The tests have
-// the kind of a message put in front of it.
+// the kind of a message put before it.
 const QByteArray kNotDeleted = "[debug] Could not delete file\n";
 
 } // namespace

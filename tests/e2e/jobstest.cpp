@@ -35,7 +35,7 @@ bool IsNear(const QPointF& a, const QPointF& b)
     return IsNear(a.x(), b.x()) && IsNear(a.y(), b.y());
 }
 
-// The second "RA1" tells the background, and only behind the first 100 bytes.
+// The second "RA1" tells the background, and only after the first 100 bytes.
 QByteArray TestGraph()
 {
     QByteArray graph = ScriptBytes(QStringLiteral(R"(ESC "TG14" #0 #0 #0 #0 ESC "TG14" #1 #0 #0 #0

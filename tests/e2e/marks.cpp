@@ -47,7 +47,7 @@ QString FaultOfMark(const Viewer& viewer, const Mark& mark, const QRectF& part, 
 
 } // namespace
 
-// The second "RA1" tells the background, and only behind the first 100 bytes.
+// The second "RA1" tells the background, and only after the first 100 bytes.
 QByteArray MarkedGraph()
 {
     return ScriptBytes(QStringLiteral(R"(ESC "TG14" #0 #0 #0 #0 ESC "TG14" #1 #0 #50 #100

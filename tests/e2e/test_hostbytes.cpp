@@ -65,7 +65,7 @@ void TestHostBytes::afterACommandWithoutAFile_theNextFrameIsLost_aBareStringIsNo
     Quit();
 }
 
-// Each byte behind the length is taken for a whole string, of which there is nothing to read.
+// Each byte after the length is taken for a whole string, of which there is nothing to read.
 void TestHostBytes::byteByByte_nothingIsLoaded()
 {
     Open();

@@ -72,7 +72,7 @@ void TestHostEnds::serverThatIsNotThere_leavesTheViewerAlone()
     ExpectTitle(QStringLiteral("graph.plf"));
     ExpectStillAlive();
     Quit();
-    QVERIFY(!Exists(QStringLiteral("graph.plf"))); // it was a temporary one all the same
+    QVERIFY(!Exists(QStringLiteral("graph.plf"))); // it was a temporary one anyway
 }
 
 // "-p" is found first: the name is not stored, and the graph is printed.

@@ -212,7 +212,7 @@ void TestViewer::start_withoutAFile_asksForOne()
     PressKeys(QStringLiteral("Escape"));
     QVERIFY(viewer->AwaitWindow(kTitle));
     QCOMPARE(viewer->Content().size(), QSize(640, 487));
-    // The window without a document opens one all the same.
+    // The window without a document opens one anyway.
     PressKeys(QStringLiteral("ctrl+f"));
     QVERIFY(viewer->AwaitWindow(QStringLiteral("Open File")));
     TypeText(Path("graph.plf"));

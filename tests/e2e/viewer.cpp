@@ -99,7 +99,7 @@ bool Viewer::AwaitText(const QString& text) const
     return Await([this, &text] { return FindText(GrabScreen(), Content(), text).has_value(); });
 }
 
-// Waiting for events and not drawing: what the kernel calls sleeping. The state stands behind the
+// Waiting for events and not drawing: what the kernel calls sleeping. The state stands after the
 // program's name, which is in brackets.
 bool Viewer::IsAsleep() const
 {

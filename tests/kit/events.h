@@ -27,7 +27,7 @@ public:
     int count = 0;
 };
 
-/// Marks what is translated in one context: "~" stands in front of it.
+/// Marks what is translated in one context: "~" comes before it.
 class Marker : public QTranslator
 {
 public:

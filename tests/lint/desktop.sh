@@ -14,7 +14,7 @@ complain() {
   status=1
 }
 
-# silently COMMAND...: some validators complain and return 0 all the same.
+# silently COMMAND...: some validators complain and return 0 anyway.
 silently() {
   local said
   if ! said=$("$@" 2>&1) || [[ -n $said ]]; then

@@ -71,14 +71,14 @@ int TruncateToInt(double value)
 // ------------------------------------------------------------------------------------------------
 // Wording of the operations.
 
-std::string Colour(int paletteIndex)
+std::string Color(int paletteIndex)
 {
-    static const std::array<const char*, kNoPaletteRow + 1> colours = {
+    static const std::array<const char*, kNoPaletteRow + 1> colors = {
         "#000000", "#00007f", "#007f00", "#007f7f", "#7f0000", "#7f007f", "#7f7f00", "#7f7f7f",
         "#3f3f3f", "#0000ff", "#00ff00", "#00ffff", "#ff0000", "#ff00ff", "#ffff00", "#ffffff",
         "#ffffff", // the index without a row of its own
     };
-    return colours.at(static_cast<std::size_t>(paletteIndex));
+    return colors.at(static_cast<std::size_t>(paletteIndex));
 }
 
 std::string Numbers(const char* word, long a, long b, long c, long d)
@@ -90,7 +90,7 @@ std::string Numbers(const char* word, long a, long b, long c, long d)
 // ------------------------------------------------------------------------------------------------
 // Characters of texts.
 
-// One character of UTF-8 that starts at `at`, which moves behind it; none when it is malformed.
+// One character of UTF-8 that starts at `at`, which moves after it; none when it is malformed.
 std::optional<char32_t> DecodeUtf8(const std::string& bytes, std::size_t& at)
 {
     const auto byteAt = [&bytes](std::size_t i) -> unsigned {
@@ -208,7 +208,7 @@ bool IsBlank(char c)
     return c == ' ' || (c >= '\t' && c <= '\r');
 }
 
-// Blanks, an optional sign and at least one digit, from `at`, which moves behind them.
+// Blanks, an optional sign and at least one digit, from `at`, which moves after them.
 std::optional<int> ScanInt(const std::string& text, std::size_t& at)
 {
     const auto charAt = [&text](std::size_t i) { return i < text.size() ? text[i] : '\0'; };
@@ -299,12 +299,12 @@ public:
     virtual ~Target() = default;
 
     virtual void SetWidth(int width) = 0;
-    virtual void SetColour(int index) = 0;
+    virtual void SetColor(int index) = 0;
     virtual void Vector(int x1, int y1, int x2, int y2) = 0;
     virtual void Text(int x, int y, const std::string& bytes) = 0;
 };
 
-int MapColour(int index)
+int MapColor(int index)
 {
     return index >= 1 && index <= kNoPaletteRow ? index : 0;
 }
@@ -319,7 +319,7 @@ public:
 
     void Begin(int background);
     void SetWidth(int width) override;
-    void SetColour(int index) override;
+    void SetColor(int index) override;
     void Vector(int x1, int y1, int x2, int y2) override;
     void Text(int x, int y, const std::string& bytes) override;
     Result Finish() const { return result_; }
@@ -333,9 +333,9 @@ private:
     const View& view_;
     Result result_;
     int background_ = kWhite;
-    int colour_ = -1; // current colour after mapping, -1 = none
-    int width_ = -1;  // current line width, -1 = none
-    int penColour_ = 0;
+    int color_ = -1; // current color after mapping, -1 = none
+    int width_ = -1; // current line width, -1 = none
+    int penColor_ = 0;
     int penWidth_ = 1;
 };
 
@@ -368,11 +368,11 @@ void Canvas::Begin(int background)
     result_.background = background;
     SetMapping();
     result_.operations.push_back(Numbers("fill", 0, 0, kFullWidth, kFullHeight) + ' ' +
-                                 Colour(background));
+                                 Color(background));
     width_ = -1;
     SetWidth(0);
-    colour_ = -1;
-    SetColour(0);
+    color_ = -1;
+    SetColor(0);
 }
 
 int Canvas::RequestedPenWidth() const
@@ -383,11 +383,11 @@ int Canvas::RequestedPenWidth() const
     return Doubled(width_ < view_.minPrintWidth ? view_.minPrintWidth : width_);
 }
 
-// White on white would not be seen and becomes black. A width the toolkit refuses leaves the pen
+// White on white would not be seen and becomes black. A width Qt refuses leaves the pen
 // as wide as it was.
 void Canvas::SetPen(int index)
 {
-    penColour_ = background_ == kWhite && index == kWhite ? 0 : index;
+    penColor_ = background_ == kWhite && index == kWhite ? 0 : index;
     const int width = RequestedPenWidth();
     if (width >= 0 && width <= kWidestPen) {
         penWidth_ = width;
@@ -400,22 +400,22 @@ void Canvas::SetWidth(int width)
         return;
     }
     width_ = width;
-    SetPen(MapColour(colour_));
+    SetPen(MapColor(color_));
 }
 
-void Canvas::SetColour(int index)
+void Canvas::SetColor(int index)
 {
-    if (index == colour_) {
+    if (index == color_) {
         return;
     }
-    colour_ = MapColour(index);
-    SetPen(colour_);
+    color_ = MapColor(index);
+    SetPen(color_);
 }
 
 void Canvas::Vector(int x1, int y1, int x2, int y2)
 {
     ++result_.vectors;
-    result_.operations.push_back(Numbers("line", x1, y1, x2, y2) + ' ' + Colour(penColour_) + ' ' +
+    result_.operations.push_back(Numbers("line", x1, y1, x2, y2) + ' ' + Color(penColor_) + ' ' +
                                  std::to_string(penWidth_));
 }
 
@@ -431,7 +431,7 @@ void Canvas::Text(int x, int y, const std::string& bytes)
     const std::string visible = WithoutControls(text);
     if (!visible.empty()) {
         result_.operations.push_back("text " + std::to_string(x) + ' ' + std::to_string(y) + ' ' +
-                                     Colour(penColour_) + ' ' + visible);
+                                     Color(penColor_) + ' ' + visible);
     }
 }
 
@@ -472,7 +472,7 @@ struct Rgb {
     double blue;
 };
 
-Rgb EpsColour(int paletteIndex)
+Rgb EpsColor(int paletteIndex)
 {
     static const std::array<std::array<int, 3>, kNoPaletteRow + 1> rows = {{
         {0, 0, 0},
@@ -504,7 +504,7 @@ public:
 
     void Begin(int background);
     void SetWidth(int width) override;
-    void SetColour(int index) override;
+    void SetColor(int index) override;
     void Vector(int x1, int y1, int x2, int y2) override;
     void Text(int x, int y, const std::string& bytes) override;
     std::string Finish();
@@ -534,7 +534,7 @@ private:
     int bottom_ = kFullHeight;
 
     int background_ = kWhite;
-    int colour_ = -1;
+    int color_ = -1;
     int width_ = -1;
     int pathEndX_ = -1; // no address has this x
     int pathEndY_ = 0;
@@ -583,7 +583,7 @@ void EpsPage::PrintHeader()
     Print("%d setlinewidth\n", options_.minLineWidth);
     Print("%3.2lf %3.2lf scale\n", options_.scale, options_.scale);
     const bool hasRow = options_.backgroundIndex < kNoPaletteRow;
-    const Rgb fill = EpsColour(hasRow ? static_cast<int>(options_.backgroundIndex) : kNoPaletteRow);
+    const Rgb fill = EpsColor(hasRow ? static_cast<int>(options_.backgroundIndex) : kNoPaletteRow);
     Print("%3.2f %3.2f %3.2f setcolor\n", fill.red, fill.green, fill.blue);
     if (options_.fillBackground) {
         PrintFill();
@@ -597,8 +597,8 @@ void EpsPage::Begin(int background)
     width_ = -1;
     PrintHeader();
     SetWidth(0);
-    colour_ = -1;
-    SetColour(0);
+    color_ = -1;
+    SetColor(0);
 }
 
 void EpsPage::SetWidth(int width)
@@ -612,17 +612,17 @@ void EpsPage::SetWidth(int width)
     pathEndX_ = -1;
 }
 
-void EpsPage::SetColour(int index)
+void EpsPage::SetColor(int index)
 {
-    if (index == colour_) {
+    if (index == color_) {
         return;
     }
-    colour_ = MapColour(index);
-    Rgb line = EpsColour(colour_);
+    color_ = MapColor(index);
+    Rgb line = EpsColor(color_);
     if (options_.linesToBlack) {
         line = {0.0, 0.0, 0.0};
-    } else if (background_ == kWhite && colour_ == kWhite) {
-        line = EpsColour(0);
+    } else if (background_ == kWhite && color_ == kWhite) {
+        line = EpsColor(0);
     }
     Print("\nstroke %3.2f %3.2f %3.2f setcolor\n", line.red, line.green, line.blue);
     pathEndX_ = -1;
@@ -651,7 +651,7 @@ void EpsPage::Draw(int x2, int y2)
     CountItem();
 }
 
-// The count goes on over changes of width and colour, whatever lines these begin.
+// The count goes on over changes of width and color, whatever lines these begin.
 void EpsPage::CountItem()
 {
     constexpr int itemsOfALine = 4;
@@ -729,7 +729,7 @@ int DecodeInteger(const std::vector<int>& characters)
 }
 
 // ------------------------------------------------------------------------------------------------
-// Colour map.
+// Color map.
 
 struct Hls {
     int hue = 0;
@@ -793,12 +793,12 @@ std::optional<int> PaletteIndexOfGrey(int lightness)
     return kWhite;
 }
 
-std::optional<int> PaletteIndexOf(const Hls& colour)
+std::optional<int> PaletteIndexOf(const Hls& color)
 {
-    if (colour.saturation > 9) {
-        return PaletteIndexOfHue(colour.hue);
+    if (color.saturation > 9) {
+        return PaletteIndexOfHue(color.hue);
     }
-    return PaletteIndexOfGrey(colour.lightness);
+    return PaletteIndexOfGrey(color.lightness);
 }
 
 // ------------------------------------------------------------------------------------------------
@@ -830,7 +830,7 @@ private:
     void DispatchM(int second);
     void DispatchT(int second);
     void DispatchZ(int second);
-    void ReadColourMapEntry();
+    void ReadColorMapEntry();
     int ReadComponent();
 
     int ReadInteger();
@@ -859,7 +859,7 @@ private:
 
     bool commaSeen_ = false;
     bool commaOk_ = false;
-    std::array<int, kMapEntries> colourMap_{};
+    std::array<int, kMapEntries> colorMap_{};
 
     int textX_ = 0;
     int textY_ = 0;
@@ -1054,7 +1054,7 @@ void Decoder::DispatchM(int second)
     const int index = ReadInteger();
     if (second == 'L') {
         if (index >= 0 && index < kMapEntries) {
-            target_.SetColour(colourMap_.at(static_cast<std::size_t>(index)));
+            target_.SetColor(colorMap_.at(static_cast<std::size_t>(index)));
         }
     } else if (second == 'R') {
         ReadInteger();
@@ -1069,13 +1069,13 @@ void Decoder::DispatchM(int second)
 void Decoder::DispatchT(int second)
 {
     if (second == 'G') {
-        ReadColourMapEntry();
+        ReadColorMapEntry();
     } else {
         SkipToControl();
     }
 }
 
-// Neither the font of a text nor its size, colour and attributes have a part in what is drawn:
+// Neither the font of a text nor its size, color and attributes have a part in what is drawn:
 // their parameters are only read.
 void Decoder::DispatchZ(int second)
 {
@@ -1100,23 +1100,23 @@ void Decoder::DispatchZ(int second)
     }
 }
 
-void Decoder::ReadColourMapEntry()
+void Decoder::ReadColorMapEntry()
 {
     ReadInteger(); // surface
     ReadInteger(); // how many values follow; three are read whatever it says
     const int index = ReadInteger();
-    Hls colour;
+    Hls color;
     commaOk_ = true;
-    colour.hue = ReadComponent();
-    colour.lightness = ReadComponent();
-    colour.saturation = ReadComponent();
+    color.hue = ReadComponent();
+    color.lightness = ReadComponent();
+    color.saturation = ReadComponent();
     commaOk_ = false;
     if (index < 0 || index >= kMapEntries) {
         return;
     }
-    const std::optional<int> entry = PaletteIndexOf(colour);
+    const std::optional<int> entry = PaletteIndexOf(color);
     if (entry) {
-        colourMap_.at(static_cast<std::size_t>(index)) = *entry;
+        colorMap_.at(static_cast<std::size_t>(index)) = *entry;
     }
 }
 

@@ -42,7 +42,7 @@ struct View {
 //   window L T W H               the logical window, each time it is set
 //   viewport L T W H             only when printing
 //   fill L T W H #rrggbb         the background
-//   line X1 Y1 X2 Y2 #rrggbb W   one vector, with the colour and the width of the pen in force
+//   line X1 Y1 X2 Y2 #rrggbb W   one vector, with the color and the width of the pen in force
 //   text X Y #rrggbb TEXT        TEXT in UTF-8, without control characters, never empty
 struct Result {
     std::vector<std::string> operations;

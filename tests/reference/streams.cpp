@@ -131,9 +131,9 @@ std::string Utf8Text(Random& random)
     return text;
 }
 
-std::string ColourMapEntry(Random& random, int index)
+std::string ColorMapEntry(Random& random, int index)
 {
-    // The edges between the colours, and the lightness that changes nothing.
+    // The edges between the colors, and the lightness that changes nothing.
     static const std::array<int, 28> hues = {0,   14,  15,  44,  45,  74,  75,  104, 105, 134,
                                              135, 164, 165, 194, 195, 224, 225, 254, 255, 284,
                                              285, 314, 315, 344, 345, 360, 359, 120};
@@ -215,7 +215,7 @@ std::string Polyline(Random& random, AddressWriter& writer)
     return out;
 }
 
-std::string ColouredPolyline(Random& random, AddressWriter& writer)
+std::string ColoredPolyline(Random& random, AddressWriter& writer)
 {
     std::string out = Command("ML", random.Between(0, 15));
     out += Polyline(random, writer);
@@ -298,7 +298,7 @@ std::string PlausiblePiece(Random& random, AddressWriter& writer)
 {
     switch (random.Between(0, 11)) {
     case 0:
-        return ColourMapEntry(random, random.Between(0, 15));
+        return ColorMapEntry(random, random.Between(0, 15));
     case 1:
         return Command("GT", random.Between(0, 30));
     case 2:
@@ -310,19 +310,19 @@ std::string PlausiblePiece(Random& random, AddressWriter& writer)
         return Command("GA");
     case 6:
     case 7:
-        return ColouredPolyline(random, writer);
+        return ColoredPolyline(random, writer);
     default:
         return Polyline(random, writer);
     }
 }
 
 // The rest of the entry that the header began, then the whole map or the end of it.
-std::string ColourMap(Random& random)
+std::string ColorMap(Random& random)
 {
     std::string out = Integer(random.Between(0, 100));
     out += Integer(random.Between(0, 100));
     for (int index = random.Pick(std::array<int, 4>{2, 2, 8, 13}); index < 16; ++index) {
-        out += ColourMapEntry(random, index);
+        out += ColorMapEntry(random, index);
     }
     return out;
 }
@@ -339,7 +339,7 @@ void AppendBackground(Random& random, std::string& out)
 {
     const std::size_t from = random.OneIn(4) ? kHeaderSize : kBackgroundFrom;
     while (out.size() < from) {
-        out += ColourMapEntry(random, random.Between(0, 15));
+        out += ColorMapEntry(random, random.Between(0, 15));
     }
     const int marks = random.Pick(std::array<int, 5>{1, 2, 2, 2, 3});
     for (int i = 0; i < marks; ++i) {
@@ -354,11 +354,11 @@ std::string Plausible(Random& random)
 {
     const std::size_t size = Size(random);
     AddressWriter writer;
-    std::string out = Header() + ColourMap(random);
+    std::string out = Header() + ColorMap(random);
     if (!random.OneIn(4)) {
         AppendBackground(random, out);
     }
-    out += ColouredPolyline(random, writer);
+    out += ColoredPolyline(random, writer);
     while (out.size() < size) {
         out += PlausiblePiece(random, writer);
     }
@@ -696,7 +696,7 @@ std::string HostilePiece(Random& random, AddressWriter& writer)
     case 15:
         return random.OneIn(2) ? BackgroundMark(random) : std::string("RA1");
     default:
-        // So that lines in some colour and width show what the rest has done.
+        // So that lines in some color and width show what the rest has done.
         return PlausiblePiece(random, writer);
     }
 }
@@ -707,7 +707,7 @@ std::string Hostile(Random& random)
     AddressWriter writer;
     std::string out = Header();
     if (!random.OneIn(3)) {
-        out += ColourMap(random);
+        out += ColorMap(random);
     }
     while (out.size() < size) {
         out += HostilePiece(random, writer);
