@@ -19,7 +19,7 @@ QByteArray Sample(const QString& name)
     return ReadFile(Text(PLOTVW_SAMPLES "/") + name);
 }
 
-QByteArray SmallGraph(int x = 4095)
+QByteArray SmallGraph(int x)
 {
     return QByteArray::fromStdString(plf::Start() + plf::Line(0, 0, x, 3119) + plf::End());
 }

@@ -12,6 +12,7 @@
 #include "tests/reference/reference.h"
 #include "tests/reference/streams.h"
 
+#include <QColorSpace>
 #include <QImage>
 #include <QPainter>
 #include <QProcess>
