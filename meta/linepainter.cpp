@@ -2,16 +2,21 @@
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 #include "meta/linepainter.h"
 
+#include "meta/fill/linefiller.h"
+#include "meta/fill/paintcheck.h"
 #include "meta/passwatch.h"
 #include "support/numbers.h"
 
+#include <QImage>
 #include <QPaintEngine>
 #include <QPainter>
+#include <QPainterPath>
 #include <QPen>
 #include <QRegion>
 #include <QTransform>
 
 #include <cmath>
+#include <optional>
 
 namespace {
 
@@ -30,6 +35,48 @@ QRegion VisiblePixels(const QPainter& painter)
     const double ratio = device->devicePixelRatioF();
     return QRect(0, 0, TruncToInt(std::ceil(device->width() * ratio)),
                  TruncToInt(std::ceil(device->height() * ratio)));
+}
+
+// The image that a painter draws on without any detour, or null.
+QImage* ImageOf(const QPainter& painter)
+{
+    const QPaintEngine* engine = painter.paintEngine();
+    const bool isDirect =
+        painter.device() == engine->paintDevice() && engine->systemClip().isEmpty();
+    return isDirect ? dynamic_cast<QImage*>(painter.device()) : nullptr;
+}
+
+bool PaintsPlainly(const QPainter& painter)
+{
+    return painter.testRenderHint(QPainter::Antialiasing) && painter.opacity() == 1.0 &&
+           painter.compositionMode() == QPainter::CompositionMode_SourceOver;
+}
+
+// A rectangle between pixels, if that is what the path is.
+std::optional<QRect> AsPixels(const QPainterPath& path)
+{
+    // What mapping the clip there and back may change, in pixels.
+    constexpr double kTolerance = 1e-6;
+    const QRectF bounds = path.boundingRect();
+    const QRect pixels = bounds.toRect();
+    QPainterPath same;
+    same.addRect(pixels);
+    if (path.elementCount() != same.elementCount())
+        return std::nullopt;
+    for (int i = 0; i < path.elementCount(); ++i) {
+        const QPointF off = QPointF(path.elementAt(i)) - QPointF(same.elementAt(i));
+        if (off.manhattanLength() > kTolerance)
+            return std::nullopt;
+    }
+    return pixels;
+}
+
+// The pixels of the image that the painter may change, if they are a rectangle.
+std::optional<QRect> ClipOf(const QPainter& painter, const QImage& image)
+{
+    if (!painter.hasClipping())
+        return image.rect();
+    return AsPixels(painter.deviceTransform().map(painter.clipPath()));
 }
 
 } // namespace
@@ -56,6 +103,7 @@ void LinePainter::SetPen(const QPen& pen)
         return;
     FindVisible(pen);
     batchSize = MayBatch(pen) ? kBatchSize : 1;
+    FindFiller(pen);
 }
 
 void LinePainter::Add(int x1, int y1, int x2, int y2)
@@ -63,7 +111,7 @@ void LinePainter::Add(int x1, int y1, int x2, int y2)
     const bool isBetweenParts =
         partCount > 0 && std::all_of(parts.begin(), parts.begin() + partCount,
                                      [=](auto& part) { return part.Misses(x1, y1, x2, y2); });
-    if (isBetweenParts)
+    if (isBetweenParts || (fills && filler->Line(x1, y1, x2, y2)))
         return;
     batch[waiting++] = QLine(x1, y1, x2, y2);
     if (waiting == batchSize)
@@ -116,4 +164,21 @@ bool LinePainter::MayBatch(const QPen& pen) const
     const bool isRound = toDevice.type() <= QTransform::TxScale &&
                          qFuzzyCompare(std::abs(toDevice.m11()), std::abs(toDevice.m22()));
     return isRound || pen.widthF() == 0.0;
+}
+
+void LinePainter::FindFiller(const QPen& pen)
+{
+    fills = false;
+    QImage* image = ImageOf(*painter);
+    const QTransform toDevice = painter->deviceTransform();
+    if (image == nullptr || !LineFiller::CanFill(pen, toDevice, image->format()) ||
+        !PaintsPlainly(*painter) || !FillsLikePainter())
+        return;
+    const std::optional<QRect> clip = ClipOf(*painter, *image);
+    if (!clip)
+        return;
+    if (filler == nullptr || !filler->IsFor(*image, *clip, toDevice))
+        filler = std::make_unique<LineFiller>(*image, *clip, toDevice);
+    filler->SetPen(pen);
+    fills = true;
 }

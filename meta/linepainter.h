@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 //
-// Draws the lines of one pass: skips those that cannot touch a visible pixel and draws the others
-// in batches. The picture is the same, pixel for pixel, as with one call per line.
+// Draws the lines of one pass: skips those that cannot touch a visible pixel, fills wide ones on an
+// image itself, and draws the others in batches. The picture is the same, pixel for pixel, as with
+// one call per line.
 #pragma once
 
 #include <QLine>
@@ -11,7 +12,9 @@
 #include <array>
 #include <cstddef>
 #include <limits>
+#include <memory>
 
+class LineFiller;
 class QPainter;
 class QPen;
 class PassWatch;
@@ -33,7 +36,7 @@ public:
     /// @param passWatch  must outlive the drawing; null = none
     void Watch(PassWatch* passWatch) { watch = passWatch; }
     /// Draws the waiting lines and sets the pen of the following ones. After a change of the
-    /// painter's mapping or clip it must be called again before the next line.
+    /// painter's mapping, clip or other state it must be called again before the next line.
     void SetPen(const QPen& pen);
     /// Draws a line, or keeps it waiting. In drawing units.
     void Line(int x1, int y1, int x2, int y2)
@@ -66,6 +69,7 @@ private:
     void Add(int x1, int y1, int x2, int y2);
     void FindVisible(const QPen& pen);
     [[nodiscard]] bool MayBatch(const QPen& pen) const;
+    void FindFiller(const QPen& pen);
 
     // Saves Qt's set-up for each line; larger batches gain nothing.
     static constexpr size_t kBatchSize = 256;
@@ -81,4 +85,6 @@ private:
     size_t batchSize = 1;    // lines per call
     size_t waiting = 0;
     std::array<QLine, kBatchSize> batch;
+    std::unique_ptr<LineFiller> filler; // null until there is a pen for it
+    bool fills = false;                 // lines of the pen are for the filler
 };

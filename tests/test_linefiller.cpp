@@ -132,7 +132,7 @@ QString CompareLines(const QTransform& toDevice, QImage::Format format, Dice& di
     QPainter painter(&painted);
     painter.setClipRect(clip);
     SetUp(painter, toDevice);
-    LineFiller filler(filled, clip, toDevice, QPen(Qt::black, 1));
+    LineFiller filler(filled, clip, toDevice);
     for (int i = 0; i < kLinesInImage; ++i) {
         const QPen pen = AnyPen(dice);
         const QLine line = AnyLine(toDevice, size, dice);
@@ -192,7 +192,8 @@ QImage FillInBands(const QList<QLine>& lines, QSize size, const QPen& pen, int b
     for (int i = 0; i < bands; ++i) {
         const int top = size.height() * i / bands;
         const int bottom = size.height() * (i + 1) / bands;
-        LineFiller filler(image, QRect(0, top, size.width(), bottom - top), ToImage(size), pen);
+        LineFiller filler(image, QRect(0, top, size.width(), bottom - top), ToImage(size));
+        filler.SetPen(pen);
         for (const QLine& line : lines)
             Fill(filler, line);
     }
@@ -366,7 +367,8 @@ void TestLineFiller::farLines_areRefused()
     QImage image(30, 20, QImage::Format_RGB32);
     image.fill(Qt::white);
     const QImage empty = image.copy();
-    LineFiller filler(image, image.rect(), QTransform::fromScale(1, 0.5), QPen(Qt::red, 4));
+    LineFiller filler(image, image.rect(), QTransform::fromScale(1, 0.5));
+    filler.SetPen(QPen(Qt::red, 4));
     for (const QLine& line :
          {QLine(10, 10, kFar, 10), QLine(10, 10, 10, -2 * kFar), QLine(-kFar, 7, 3, 4),
           QLine(kLeast, kLeast, kMost, kMost), QLine(kMost, kLeast, kMost, kMost)}) {

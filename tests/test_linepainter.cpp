@@ -14,8 +14,10 @@
 #include <QFile>
 #include <QImage>
 #include <QPainter>
+#include <QPainterPath>
 #include <QTest>
 
+#include <functional>
 #include <random>
 
 namespace {
@@ -29,6 +31,9 @@ struct Target {
     Pass pass;
     bool antialiased = true;
 };
+
+// Changes a painter's state.
+using SetUp = std::function<void(QPainter&)>;
 
 constexpr auto kFormat = QImage::Format_ARGB32_Premultiplied;
 
@@ -131,6 +136,8 @@ QList<QLine> EdgeLines(QSize size, int reach, std::mt19937& random)
 
 } // namespace
 
+Q_DECLARE_METATYPE(SetUp)
+
 class TestLinePainter : public QObject
 {
     Q_OBJECT
@@ -142,6 +149,9 @@ private slots:
     void streams_equalOneCallPerLine();
     void linesAtTheEdges_equalOneCallPerLine_data();
     void linesAtTheEdges_equalOneCallPerLine();
+    void otherStates_equalOneCallPerLine_data();
+    void otherStates_equalOneCallPerLine();
+    void rectanglesBetweenLines_keepTheirPlace();
     void hiddenLines_areCounted();
     void otherEngines_getEveryLine();
 };
@@ -223,6 +233,124 @@ void TestLinePainter::linesAtTheEdges_equalOneCallPerLine()
         lines.Flush();
         QVERIFY2(drawn == plain, qPrintable(QStringLiteral("round %1").arg(round)));
     }
+}
+
+void TestLinePainter::otherStates_equalOneCallPerLine_data()
+{
+    QTest::addColumn<SetUp>("setUp"); // in pixels
+    QTest::addColumn<QImage::Format>("format");
+    QTest::addColumn<QColor>("color");
+    const auto add = [](const char* name, const SetUp& setUp,
+                        QImage::Format format = QImage::Format_RGB32, QColor color = Qt::darkBlue) {
+        QTest::newRow(name) << setUp << format << color;
+    };
+    const auto nothing = [](QPainter& /*painter*/) {};
+    add("nothing", nothing);
+    add("16 bits", nothing, QImage::Format_RGB16);
+    add("translucent color", nothing, QImage::Format_RGB32, QColor(90, 0, 200, 120));
+    add("color of 16 bits a part", nothing, QImage::Format_RGB32,
+        QColor::fromRgba64(0x12FF, 0x8080, 0xFE01));
+    add("opacity", [](QPainter& painter) { painter.setOpacity(0.5); });
+    add("another mode",
+        [](QPainter& painter) { painter.setCompositionMode(QPainter::CompositionMode_Plus); });
+    add("not antialiased",
+        [](QPainter& painter) { painter.setRenderHint(QPainter::Antialiasing, false); });
+    add("clip", [](QPainter& painter) { painter.setClipRect(0, 13, 90, 21); });
+    add("clip beside the image", [](QPainter& painter) { painter.setClipRect(95, 0, 9, 9); });
+    add("clip of nothing", [](QPainter& painter) { painter.setClipRect(QRect()); });
+    add("clip that is switched off", [](QPainter& painter) {
+        painter.setClipRect(0, 13, 90, 21);
+        painter.setClipping(false);
+    });
+    add("clip between pixels",
+        [](QPainter& painter) { painter.setClipRect(QRectF(9.4, 13.5, 40.3, 21.7)); });
+    add("clip in other units", [](QPainter& painter) {
+        painter.scale(0.7, 0.3);
+        painter.setClipRect(9, 13, 55, 91);
+        painter.resetTransform();
+    });
+    add("clip of two parts", [](QPainter& painter) {
+        painter.setClipRegion(QRegion(3, 4, 20, 50) | QRegion(40, 9, 33, 11));
+    });
+    add("clip with a gap", [](QPainter& painter) {
+        painter.setClipRegion(QRegion(3, 4, 60, 50) - QRegion(20, 9, 33, 11));
+    });
+    add("round clip", [](QPainter& painter) {
+        QPainterPath path;
+        path.addEllipse(10, 5, 60, 50);
+        painter.setClipPath(path);
+    });
+    add("round clip and clip", [](QPainter& painter) {
+        QPainterPath path;
+        path.addEllipse(0, 0, 30, 30);
+        painter.setClipPath(path);
+        painter.setClipRect(2, 3, 5, 4, Qt::IntersectClip);
+    });
+    add("clips of two parts and of one", [](QPainter& painter) {
+        painter.setClipRegion(QRegion(3, 4, 20, 50) | QRegion(40, 9, 33, 11));
+        painter.setClipRect(10, 3, 75, 24, Qt::IntersectClip);
+    });
+    add("clip and clip", [](QPainter& painter) {
+        painter.setClipRect(0, 13, 60, 41);
+        painter.setClipRect(20, 0, 70, 29, Qt::IntersectClip);
+    });
+}
+
+void TestLinePainter::otherStates_equalOneCallPerLine()
+{
+    QFETCH(SetUp, setUp);
+    QFETCH(QImage::Format, format);
+    QFETCH(QColor, color);
+    std::mt19937 random(1);
+    const QSize size(90, 70);
+    for (const double ratio : {1.0, 1.5, 2.0}) {
+        QImage drawn(size, format);
+        drawn.setDevicePixelRatio(ratio);
+        drawn.fill(Qt::yellow);
+        QImage plain = drawn.copy();
+        QPainter drawnPainter(&drawn);
+        QPainter plainPainter(&plain);
+        for (QPainter* painter : {&drawnPainter, &plainPainter}) {
+            painter->setRenderHint(QPainter::Antialiasing);
+            painter->scale(1 / ratio, 1 / ratio);
+            setUp(*painter);
+            painter->setWindow(0, 0, 360, 140);
+            painter->setPen(QPen(color, 6));
+        }
+        LinePainter lines(&drawnPainter);
+        lines.SetPen(drawnPainter.pen());
+        for (const QLine& line : EdgeLines(QSize(360, 140), 50, random)) {
+            lines.Line(line.x1(), line.y1(), line.x2(), line.y2());
+            plainPainter.drawLine(line);
+        }
+        lines.Flush();
+        QVERIFY2(drawn == plain, qPrintable(QStringLiteral("ratio %1").arg(ratio)));
+    }
+}
+
+void TestLinePainter::rectanglesBetweenLines_keepTheirPlace()
+{
+    const QSize size(90, 70);
+    QImage drawn = NewImage(size);
+    QImage plain = NewImage(size);
+    QPainter drawnPainter(&drawn);
+    QPainter plainPainter(&plain);
+    for (QPainter* painter : {&drawnPainter, &plainPainter}) {
+        painter->setRenderHint(QPainter::Antialiasing);
+        painter->setWindow(0, 0, 90, 35);
+    }
+    LinePainter lines(&drawnPainter);
+    for (int i = 0; i < 6; ++i) {
+        const QPen pen(i % 2 == 0 ? Qt::red : Qt::blue, 4);
+        lines.SetPen(pen);
+        lines.Line(3, 3 + 4 * i, 80, 20);
+        lines.Flush();
+        drawnPainter.fillRect(10 * i, 5, 12, 20, Qt::green);
+        plainPainter.setPen(pen);
+        plainPainter.drawLine(3, 3 + 4 * i, 80, 20);
+        plainPainter.fillRect(10 * i, 5, 12, 20, Qt::green);
+    }
+    QVERIFY(drawn == plain);
 }
 
 void TestLinePainter::hiddenLines_areCounted()

@@ -100,11 +100,16 @@ bool LineFiller::CanFill(const QPen& pen, const QTransform& toDevice, QImage::Fo
            !qFuzzyCompare(std::abs(toDevice.m11()), std::abs(toDevice.m22()));
 }
 
-LineFiller::LineFiller(QImage& image, const QRect& clip, const QTransform& toDevice,
-                       const QPen& pen)
-    : bits(image.bits()), bytesPerLine(image.bytesPerLine()), mapping(toDevice),
-      color(pen.color().rgba()), outlines(toDevice, pen.widthF()), coverage(clip & image.rect())
+LineFiller::LineFiller(QImage& image, const QRect& clip, const QTransform& toDevice)
+    : bits(image.bits()), bytesPerLine(image.bytesPerLine()), pixels(clip), mapping(toDevice),
+      outlines(toDevice, 1), coverage(clip & image.rect())
 {
+}
+
+bool LineFiller::IsFor(QImage& image, const QRect& clip, const QTransform& toDevice) const
+{
+    return bits == image.bits() && bytesPerLine == image.bytesPerLine() && pixels == clip &&
+           mapping == toDevice;
 }
 
 void LineFiller::SetPen(const QPen& pen)

@@ -22,12 +22,15 @@ public:
     /// @param toDevice  from drawing units to pixels
     static bool CanFill(const QPen& pen, const QTransform& toDevice, QImage::Format format);
 
-    /// @param image  must outlive the object, with its pixels where they are
-    /// @param clip   the pixels that may be changed
-    /// @param pen, toDevice  CanFill() holds for them
-    LineFiller(QImage& image, const QRect& clip, const QTransform& toDevice, const QPen& pen);
+    /// @param image     must outlive the object, with its pixels where they are
+    /// @param clip      the pixels that may be changed
+    /// @param toDevice  CanFill() holds for it
+    LineFiller(QImage& image, const QRect& clip, const QTransform& toDevice);
 
-    /// Sets the pen of the lines that follow; CanFill() holds for it.
+    /// Whether that is what the object was made with.
+    [[nodiscard]] bool IsFor(QImage& image, const QRect& clip, const QTransform& toDevice) const;
+
+    /// Sets the pen of the lines that follow; CanFill() holds for it. To be called first.
     void SetPen(const QPen& pen);
 
     /// Draws a line, in drawing units. One of no length leaves nothing.
@@ -37,8 +40,9 @@ public:
 private:
     uchar* bits;
     qsizetype bytesPerLine;
+    QRect pixels;
     QTransform mapping;
-    QRgb color;
+    QRgb color = 0;
     OutlineMaker outlines;
     Coverage coverage;
 };

@@ -64,10 +64,11 @@ bool AgreeOn(const QTransform& toDevice, QImage::Format format, std::minstd_rand
     QPainter painter(&painted);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setTransform(toDevice);
+    LineFiller filler(filled, filled.rect(), toDevice);
     for (const int width : {1, 3, 16, 80}) {
         const QPen pen(QColor(AnyColor(random)), width);
         painter.setPen(pen);
-        LineFiller filler(filled, filled.rect(), toDevice, pen);
+        filler.SetPen(pen);
         for (int i = 0; i < kLines; ++i) {
             const QLine line = AnyLine(toDevice, random);
             filler.Line(line.x1(), line.y1(), line.x2(), line.y2());
