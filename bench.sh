@@ -51,6 +51,7 @@ measure_all() {
     --benchmark_report_aggregates_only=true)
   measure draw "${repeated[@]}"
   measure eps "${repeated[@]}" '--benchmark_filter=export|write'
+  measure fill "${repeated[@]}" '--benchmark_filter=walk|surface|length:600|diagonals'
   around=(tests/e2e/with-xserver.sh) folders+=(samples)
   measure drag
   around=() folders=("$streams")

@@ -27,8 +27,6 @@
 #include <QGuiApplication>
 #include <QImage>
 #include <QLine>
-#include <QPaintDevice>
-#include <QPaintEngine>
 #include <QPainter>
 
 #include <cstdlib>
@@ -45,61 +43,11 @@ constexpr int kUnitsPerPixel = 4;
 constexpr QRect kStrip(0, 385, 1024, 10);
 constexpr int kBatch = 1024;
 
-// Collects the lines of a pass.
-class LineCollector : public QPaintDevice, public QPaintEngine
+// The graph with lines of this width in pixels.
+std::string WithPen(const std::string& graph, int pixels)
 {
-public:
-    LineCollector() : QPaintEngine(AllFeatures) {}
-    [[nodiscard]] QPaintEngine* paintEngine() const override
-    {
-        return const_cast<LineCollector*>(this);
-    }
-    bool begin(QPaintDevice* /*device*/) override { return true; }
-    bool end() override { return true; }
-    void updateState(const QPaintEngineState& /*state*/) override {}
-    void drawPixmap(const QRectF& /*r*/, const QPixmap& /*pm*/, const QRectF& /*sr*/) override {}
-    void drawRects(const QRect* /*rects*/, int /*count*/) override {}
-    void drawLines(const QLine* drawn, int count) override
-    {
-        lines.insert(lines.end(), drawn, drawn + count);
-    }
-    [[nodiscard]] Type type() const override { return User; }
-
-    std::vector<QLine> lines;
-
-protected:
-    [[nodiscard]] int metric(PaintDeviceMetric metric) const override
-    {
-        if (metric == PdmWidth)
-            return kImage.width();
-        if (metric == PdmHeight)
-            return kImage.height();
-        if (metric == PdmDevicePixelRatio)
-            return 1;
-        if (metric == PdmDevicePixelRatioScaled)
-            return static_cast<int>(devicePixelRatioFScale());
-        return 96;
-    }
-};
-
-std::vector<QLine> CollectLines()
-{
-    LineCollector collector;
-    QPainter painter(&collector);
-    Draw(&painter, 0);
-    painter.end();
-    return collector.lines;
-}
-
-// The graph with lines of this width in pixels: its only width command is replaced.
-std::string WithPen(std::string graph, int pixels)
-{
-    const std::string thin = "\x1bGT0";
-    const size_t at = graph.find(thin);
-    if (at == std::string::npos)
-        Fail("graph", "has no width command to replace.");
-    const int width = 2 * kUnitsPerPixel * pixels; // a pen is half as wide as the command's value
-    return graph.replace(at, thin.size(), plf::Width(width));
+    return WithWidth(graph,
+                     2 * kUnitsPerPixel * pixels); // a pen is half as wide as the command says
 }
 
 void SetUp(QPainter& painter)

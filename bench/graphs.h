@@ -6,7 +6,10 @@
 
 #include "meta/plfmeta.h"
 
+#include <QLine>
+
 #include <string>
+#include <vector>
 
 class QPainter;
 
@@ -25,3 +28,9 @@ std::string ReadBytes(const std::string& path);
 /// @param mode     kConvertEps writes it into gszCvtFilename
 /// @param zoom     the part to draw, in drawing units; all zeros for the whole graph
 void Draw(QPainter* painter, int mode, Rect zoom = {});
+
+/// The lines of the loaded graph, in drawing units.
+std::vector<QLine> CollectLines();
+
+/// A graph with another width of its lines, up to 1023: its only width command is replaced.
+std::string WithWidth(std::string graph, int width);

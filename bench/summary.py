@@ -3,7 +3,7 @@
 # SPDX-FileCopyrightText: 2026 plotvw contributors
 """Make one table of what ../bench.sh measured: ratios of two things, each pair from one run.
 
-    summary.py DIR      DIR holds draw.json, eps.json, drag.json, process.txt and startup.txt
+    summary.py DIR      DIR holds draw.json, fill.json, eps.json, drag.json, process.txt and startup.txt
 """
 import json
 import sys
@@ -11,6 +11,7 @@ from pathlib import Path
 
 PENS = (0, 2, 8)
 GRAPHS = ("walk", "surface")
+WIDTHS = (4, 16, 80)  # as a file says them; a pen is half as wide
 # Largest ratio, or smallest where more is better.
 DRAW_TARGETS = {0: 1.05, 2: 1.05, 8: 1.02}
 MIB = 1024  # kilobytes
@@ -71,6 +72,22 @@ def draw(table, rows):
         table.row(f"{kind}, 10⁴ to 10⁷ vectors", "time per vector", f"±{spread:.0f} %", "±15 %", spread <= 15)
 
 
+def fill(table, rows):
+    """Wide lines in the default window: processor time."""
+    cpu = {name: row["cpu_time"] for name, row in rows.items()}
+    for graph in GRAPHS:
+        for width in WIDTHS:
+            name = f"{graph}/width:{width}"
+            table.at_most(f"drawing {graph}, width {width}, in the default window", "one call for each line",
+                          cpu[f"{name}/draw"] / cpu[f"{name}/painter"], 0.30)
+    for lines, what, pens, target in (("length:600", "lines of 600 units", [width // 2 for width in WIDTHS], 0.45),
+                                      ("diagonals", "full diagonals", [56], 0.12)):
+        for pen in pens:
+            name = f"{lines}/pen:{pen}"
+            table.at_most(f"{what}, pen of {pen} units", "one call for each line",
+                          cpu[f"{name}/filler"] / cpu[f"{name}/painter"], target)
+
+
 def eps(table, rows):
     """The export beside one write: real time, as both wait for the file system."""
     for graph in GRAPHS:
@@ -116,6 +133,7 @@ def main():
     folder = Path(sys.argv[1])
     table = Table()
     draw(table, median_rows(load(folder / "draw.json")))
+    fill(table, median_rows(load(folder / "fill.json")))
     eps(table, median_rows(load(folder / "eps.json")))
     process(table, folder / "process.txt")
     startup(table, folder / "startup.txt")
