@@ -13,7 +13,7 @@
 //   bench_fill [GOOGLE-BENCHMARK-OPTION...] [FOLDER]
 //
 // FOLDER, or $PLOTVW_STREAMS when it is left out, holds walk.plf and surface.plf.
-#include "app/globals.h"
+#include "app/state/globals.h"
 #include "bench/graphs.h"
 #include "meta/fill/linefiller.h"
 #include "meta/palette.h"

@@ -111,8 +111,12 @@ void LinePainter::Add(int x1, int y1, int x2, int y2)
     const bool isBetweenParts =
         partCount > 0 && std::all_of(parts.begin(), parts.begin() + partCount,
                                      [=](auto& part) { return part.Misses(x1, y1, x2, y2); });
-    if (isBetweenParts || (fills && filler->Line(x1, y1, x2, y2)))
+    if (isBetweenParts)
         return;
+    if (fills && filler->Line(x1, y1, x2, y2)) {
+        CountFilled();
+        return;
+    }
     batch[waiting++] = QLine(x1, y1, x2, y2);
     if (waiting == batchSize)
         Flush();
@@ -125,6 +129,14 @@ void LinePainter::Flush()
     painter->drawLines(batch.data(), static_cast<int>(waiting));
     waiting = 0;
     if (watch != nullptr)
+        watch->Tick();
+}
+
+// Filled lines wait for nobody, so that no batch of them is ever full.
+void LinePainter::CountFilled()
+{
+    filled = (filled + 1) % kBatchSize;
+    if (filled == 0 && watch != nullptr)
         watch->Tick();
 }
 

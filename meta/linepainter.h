@@ -67,6 +67,7 @@ private:
     };
 
     void Add(int x1, int y1, int x2, int y2);
+    void CountFilled();
     void FindVisible(const QPen& pen);
     [[nodiscard]] bool MayBatch(const QPen& pen) const;
     void FindFiller(const QPen& pen);
@@ -87,4 +88,5 @@ private:
     std::array<QLine, kBatchSize> batch;
     std::unique_ptr<LineFiller> filler; // null until there is a pen for it
     bool fills = false;                 // lines of the pen are for the filler
+    size_t filled = 0;                  // lines since the watch was told
 };

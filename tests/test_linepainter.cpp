@@ -4,18 +4,21 @@
 // Compares pictures, pixel for pixel, with those that one call of Qt for each line gives.
 #include "app/state/globals.h"
 #include "meta/linepainter.h"
+#include "meta/passwatch.h"
 #include "meta/plfbuffer.h"
 #include "meta/plfmeta.h"
 #include "tests/kit/graph.h"
 #include "tests/kit/plainpainter.h"
 #include "tests/reference/streams.h"
 
+#include <QDeadlineTimer>
 #include <QDir>
 #include <QFile>
 #include <QImage>
 #include <QPainter>
 #include <QPainterPath>
 #include <QTest>
+#include <QThread>
 
 #include <functional>
 #include <random>
@@ -152,6 +155,7 @@ private slots:
     void otherStates_equalOneCallPerLine_data();
     void otherStates_equalOneCallPerLine();
     void rectanglesBetweenLines_keepTheirPlace();
+    void filledLines_letTheWatchLook();
     void hiddenLines_areCounted();
     void otherEngines_getEveryLine();
 };
@@ -351,6 +355,28 @@ void TestLinePainter::rectanglesBetweenLines_keepTheirPlace()
         plainPainter.fillRect(10 * i, 5, 12, 20, Qt::green);
     }
     QVERIFY(drawn == plain);
+}
+
+void TestLinePainter::filledLines_letTheWatchLook()
+{
+    constexpr int kBeforeALook = 256;
+    QImage image = NewImage({100, 80});
+    QPainter painter(&image);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setWindow(0, 0, kPlfWidth, kPlfHeight);
+    bool isTold = false;
+    PassWatch watch([&isTold] { isTold = true; });
+    const QDeadlineTimer patience(PassWatch::kPatience);
+    while (!patience.hasExpired())
+        QThread::yieldCurrentThread();
+    LinePainter lines(&painter);
+    lines.Watch(&watch);
+    lines.SetPen(QPen(Qt::black, 100));
+    for (int i = 1; i < kBeforeALook; ++i)
+        lines.Line(i, 0, 2000, 1000);
+    QVERIFY(!isTold);
+    lines.Line(0, 0, 2000, 1000);
+    QVERIFY(isTold);
 }
 
 void TestLinePainter::hiddenLines_areCounted()
