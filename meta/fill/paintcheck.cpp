@@ -18,7 +18,7 @@
 namespace {
 
 constexpr QSize kSize(48, 40);
-constexpr int kLines = 24; // with each pen
+constexpr int kLines = 8; // with each pen: 192 in all
 
 // The same numbers with every library, which std::uniform_int_distribution does not promise.
 int Between(std::minstd_rand& random, int low, int high)
