@@ -7,26 +7,39 @@
 #pragma once
 
 #include <QLine>
+#include <QRect>
 
 #include <algorithm>
 #include <array>
 #include <cstddef>
 #include <limits>
 #include <memory>
+#include <optional>
 
 class LineFiller;
+class PassWatch;
+class QImage;
 class QPainter;
 class QPen;
-class PassWatch;
 
 /// Whether a painter, which may be null, draws pixels, on the screen or in an image. Other engines
 /// only record what is painted.
 bool IsRaster(const QPainter* painter);
 
+/// The image that a painter draws on without any detour, or null.
+QImage* ImageOf(const QPainter& painter);
+
+/// Whether lines of a pen have the same pixels with a clip of a rectangle as without one.
+bool IsExactInClip(const QPainter& painter, const QPen& pen);
+
+/// Limits a painter on an image to some pixels of it, however it is mapped.
+void ClipToPixels(QPainter& painter, const QRect& pixels);
+
 class LinePainter
 {
 public:
-    /// @param target  null to draw nothing; must be active and outlive the object
+    /// @param target  null to draw nothing; must be active and outlive the object. While it does, a
+    ///                painter on an image that has no clip gets that of the whole image.
     explicit LinePainter(QPainter* target);
     ~LinePainter();
     LinePainter(const LinePainter&) = delete;
@@ -71,6 +84,7 @@ private:
     void FindVisible(const QPen& pen);
     [[nodiscard]] bool MayBatch(const QPen& pen) const;
     void FindFiller(const QPen& pen);
+    void ClipToDevice(const QPen& pen);
 
     // Saves Qt's set-up for each line; larger batches gain nothing.
     static constexpr size_t kBatchSize = 256;
@@ -80,7 +94,9 @@ private:
     QPainter* painter;
     PassWatch* watch = nullptr;
     bool isRaster;
-    Bounds visible; // where lines with this pen can touch a visible pixel
+    std::optional<QRect> clip; // pixels that may be changed, where that is known
+    bool clipsDevice = false;  // the painter has it for as long as this object
+    Bounds visible;            // where lines with this pen can touch a visible pixel
     std::array<Bounds, kMostParts> parts;
     ptrdiff_t partCount = 0; // 0 = all of it is visible
     size_t batchSize = 1;    // lines per call

@@ -155,6 +155,7 @@ private slots:
     void otherStates_equalOneCallPerLine_data();
     void otherStates_equalOneCallPerLine();
     void rectanglesBetweenLines_keepTheirPlace();
+    void painter_hasNoClipAfterwards();
     void filledLines_letTheWatchLook();
     void hiddenLines_areCounted();
     void otherEngines_getEveryLine();
@@ -355,6 +356,22 @@ void TestLinePainter::rectanglesBetweenLines_keepTheirPlace()
         plainPainter.fillRect(10 * i, 5, 12, 20, Qt::green);
     }
     QVERIFY(drawn == plain);
+}
+
+void TestLinePainter::painter_hasNoClipAfterwards()
+{
+    QImage image = NewImage({100, 80});
+    QPainter painter(&image);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setWindow(0, 0, kPlfWidth, kPlfHeight);
+    const QTransform mapping = painter.combinedTransform();
+    {
+        LinePainter lines(&painter);
+        lines.SetPen(QPen(Qt::black, 0));
+        QVERIFY(painter.hasClipping());
+        QCOMPARE(painter.combinedTransform(), mapping);
+    }
+    QVERIFY(!painter.hasClipping());
 }
 
 void TestLinePainter::filledLines_letTheWatchLook()
