@@ -4,19 +4,18 @@
 
 #include "meta/fill/linefiller.h"
 #include "meta/fill/paintcheck.h"
+#include "meta/imagepainter.h"
 #include "meta/passwatch.h"
 #include "support/numbers.h"
 
 #include <QImage>
 #include <QPaintEngine>
 #include <QPainter>
-#include <QPainterPath>
 #include <QPen>
 #include <QRegion>
 #include <QTransform>
 
 #include <cmath>
-#include <optional>
 
 namespace {
 
@@ -37,95 +36,7 @@ QRegion VisiblePixels(const QPainter& painter)
                  TruncToInt(std::ceil(device->height() * ratio)));
 }
 
-bool PaintsPlainly(const QPainter& painter)
-{
-    return painter.testRenderHint(QPainter::Antialiasing) && painter.opacity() == 1.0 &&
-           painter.compositionMode() == QPainter::CompositionMode_SourceOver;
-}
-
-// A rectangle between pixels, if that is what the path is.
-std::optional<QRect> AsPixels(const QPainterPath& path)
-{
-    // What mapping the clip there and back may change, in pixels.
-    constexpr double kTolerance = 1e-6;
-    const QRectF bounds = path.boundingRect();
-    const QRect pixels = bounds.toRect();
-    QPainterPath same;
-    same.addRect(pixels);
-    if (path.elementCount() != same.elementCount())
-        return std::nullopt;
-    for (int i = 0; i < path.elementCount(); ++i) {
-        const QPointF off = QPointF(path.elementAt(i)) - QPointF(same.elementAt(i));
-        if (off.manhattanLength() > kTolerance)
-            return std::nullopt;
-    }
-    return pixels;
-}
-
-// Whether the clip of a painter may have been rounded to drawing units that are larger than pixels,
-// as those of more than a rectangle are.
-bool MayBeRounded(const QPainterPath& path, const QTransform& toDevice)
-{
-    const QRectF bounds = path.boundingRect();
-    return bounds == bounds.toRect() &&
-           std::max(std::abs(toDevice.m11()), std::abs(toDevice.m22())) > 1.0;
-}
-
-// Whether the scales across and down are the same, compared as Qt does it.
-bool IsRound(const QTransform& toDevice)
-{
-    return toDevice.type() <= QTransform::TxScale &&
-           qFuzzyCompare(std::abs(toDevice.m11()), std::abs(toDevice.m22()));
-}
-
-// The pixels that the painter may change, if they are a rectangle and known for certain.
-std::optional<QRect> ClipOf(const QPainter& painter)
-{
-    const QPainterPath path = painter.clipPath();
-    const QTransform toDevice = painter.deviceTransform();
-    if (MayBeRounded(path, toDevice))
-        return std::nullopt;
-    return AsPixels(toDevice.map(path));
-}
-
 } // namespace
-
-QImage* ImageOf(const QPainter& painter)
-{
-    const QPaintEngine* engine = painter.paintEngine();
-    const bool isDirect =
-        painter.device() == engine->paintDevice() && engine->systemClip().isEmpty();
-    return isDirect ? dynamic_cast<QImage*>(painter.device()) : nullptr;
-}
-
-// Where the scales are the same, Qt cuts a line that is wider than a pixel at the clip before it
-// fills it, and rounds the color of one that is thinner in another way; wide lines that are not
-// antialiased are cut in any case.
-bool IsExactInClip(const QPainter& painter, const QPen& pen)
-{
-    const QTransform toDevice = painter.deviceTransform();
-    return toDevice.type() <= QTransform::TxScale &&
-           painter.testRenderHint(QPainter::Antialiasing) &&
-           (pen.widthF() == 0.0 || !IsRound(toDevice));
-}
-
-void ClipToPixels(QPainter& painter, const QRect& pixels)
-{
-    const bool isViewed = painter.viewTransformEnabled();
-    const bool isMapped = painter.worldMatrixEnabled();
-    painter.setViewTransformEnabled(false);
-    painter.setWorldMatrixEnabled(false);
-    const double ratio = painter.device()->devicePixelRatioF();
-    painter.setClipRect(QRectF(pixels.x() / ratio, pixels.y() / ratio, pixels.width() / ratio,
-                               pixels.height() / ratio));
-    painter.setWorldMatrixEnabled(isMapped);
-    painter.setViewTransformEnabled(isViewed);
-}
-
-bool IsRaster(const QPainter* painter)
-{
-    return painter != nullptr && painter->paintEngine()->type() == QPaintEngine::Raster;
-}
 
 LinePainter::LinePainter(QPainter* target) : painter(target), isRaster(IsRaster(target)) {}
 
@@ -134,6 +45,12 @@ LinePainter::~LinePainter()
     Flush();
     if (clipsDevice)
         painter->setClipping(false);
+}
+
+void LinePainter::LimitTo(const QRect& pixels)
+{
+    ClipToPixels(*painter, pixels);
+    clip = pixels;
 }
 
 void LinePainter::SetPen(const QPen& pen)
@@ -216,7 +133,7 @@ void LinePainter::FindVisible(const QPen& pen)
 // case it fills them as one shape, in which crossings are not drawn twice.
 bool LinePainter::MayBatch(const QPen& pen) const
 {
-    return IsRound(painter->deviceTransform()) || pen.widthF() == 0.0;
+    return HasSameScales(painter->deviceTransform()) || pen.widthF() == 0.0;
 }
 
 void LinePainter::FindFiller(const QPen& pen)
@@ -227,7 +144,7 @@ void LinePainter::FindFiller(const QPen& pen)
     if (image == nullptr || !LineFiller::CanFill(pen, toDevice, image->format()) ||
         !PaintsPlainly(*painter) || !FillsLikePainter())
         return;
-    const std::optional<QRect> pixels = clip ? clip : ClipOf(*painter);
+    const std::optional<QRect> pixels = clip ? clip : PixelClip(*painter, *image);
     if (!pixels)
         return;
     if (filler == nullptr || !filler->IsFor(*image, *pixels, toDevice))

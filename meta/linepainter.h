@@ -18,22 +18,8 @@
 
 class LineFiller;
 class PassWatch;
-class QImage;
 class QPainter;
 class QPen;
-
-/// Whether a painter, which may be null, draws pixels, on the screen or in an image. Other engines
-/// only record what is painted.
-bool IsRaster(const QPainter* painter);
-
-/// The image that a painter draws on without any detour, or null.
-QImage* ImageOf(const QPainter& painter);
-
-/// Whether lines of a pen have the same pixels with a clip of a rectangle as without one.
-bool IsExactInClip(const QPainter& painter, const QPen& pen);
-
-/// Limits a painter on an image to some pixels of it, however it is mapped.
-void ClipToPixels(QPainter& painter, const QRect& pixels);
 
 class LinePainter
 {
@@ -48,6 +34,8 @@ public:
     /// Lets a watch know when drawing takes long.
     /// @param passWatch  must outlive the drawing; null = none
     void Watch(PassWatch* passWatch) { watch = passWatch; }
+    /// Draws only on some pixels of an image: clips the painter to them. To be called first.
+    void LimitTo(const QRect& pixels);
     /// Draws the waiting lines and sets the pen of the following ones. After a change of the
     /// painter's mapping, clip or other state it must be called again before the next line.
     void SetPen(const QPen& pen);

@@ -2,6 +2,7 @@
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 #include "meta/paintersink.h"
 
+#include "meta/imagepainter.h"
 #include "meta/palette.h"
 #include "meta/passwatch.h"
 #include "meta/plftext.h"

@@ -27,7 +27,11 @@ public:
     /// @param workingPen  the pen of the lines; outlives the sink
     PainterSink(QPainter& target, const PlfPass& pass, int background, QPen& workingPen);
 
-    /// Maps the painter's window to the area and fills the background.
+    /// Draws only on some pixels of an image that the painter paints on.
+    void LimitTo(const QRect& pixels) { lines.LimitTo(pixels); }
+    /// Maps the painter's window to the area and, for a page, its viewport.
+    void MapWindow();
+    /// Maps the painter and fills the background.
     void Begin();
     void SetWidth(int width, int color) { SetPen(color, width); }
     void SetColor(int color, int width) { SetPen(color, width); }
@@ -39,7 +43,6 @@ public:
     void SetPen(int index, int width);
 
 private:
-    void MapWindow();
     void MapPage(const PrintedPage& page);
     void ClipToPage(const QRect& page);
     void FillBackground();

@@ -2,54 +2,14 @@
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 #include "meta/pass.h"
 
+#include "meta/bands.h"
 #include "meta/bytesink.h"
-#include "meta/decoder.h"
 #include "meta/epssink.h"
 #include "meta/paintersink.h"
 #include "meta/palette.h"
+#include "meta/passrun.h"
 
 #include <QtGlobal>
-
-namespace {
-
-// Runs one pass, with its own state.
-class PassRun
-{
-public:
-    explicit PassRun(const PlfPass& drawnPass) : pass(drawnPass), background(pass.Background()) {}
-
-    template <class Sink> PlfResult Into(Sink& sink)
-    {
-        NoReport report;
-        return Run(sink, report);
-    }
-    template <class Sink> PlfResult Into(Sink& sink, PlfObserver& observer)
-    {
-        ObserverReport report(pass.graph, state, observer);
-        return Run(sink, report);
-    }
-
-    const PlfPass& pass;
-    int background;
-    QPen pen;
-    int epsItems = 1;
-
-private:
-    template <class Sink, class Reporter> PlfResult Run(Sink& sink, Reporter& report)
-    {
-        const unsigned long vectors = Decoder<Sink, Reporter>(pass, state, sink, report).Run();
-        return {vectors, background, input.nTextsRefused};
-    }
-
-    TextState text;
-    InputState input;
-    LineState line;
-    BeamState beam;
-    AddressParts address;
-    PassState state = {text, input, line, beam, address};
-};
-
-} // namespace
 
 int LineColors::Map(int index) const
 {
@@ -71,9 +31,7 @@ int PlfPass::Background() const
 
 PlfResult PaintGraph(const PlfPass& pass, QPainter& painter)
 {
-    PassRun run(pass);
-    PainterSink sink(painter, pass, run.background, run.pen);
-    return run.Into(sink);
+    return PaintInBands(pass, painter, FindCuts(pass, painter));
 }
 
 PlfResult WriteEps(const PlfPass& pass, ByteSink& output)

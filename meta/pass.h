@@ -61,6 +61,7 @@ struct PlfPass {
     LineColors colors;               // of painted lines
     std::optional<PrintedPage> page; // when printing; otherwise the viewport is unchanged
     EpsOptions eps;
+    int threads = 1;            // that may draw an image at once, including the caller's
     PassWatch* watch = nullptr; // called when the pass takes long; each pass needs its own
 
     [[nodiscard]] bool IsZoomed() const { return zoom.width > 0; }
@@ -77,7 +78,8 @@ struct PlfResult {
 };
 
 /// Draws a graph: maps the painter's window to the area, fills the background, draws lines and
-/// texts. A clip rectangle of the painter applies to all of it.
+/// texts. A clip rectangle of the painter limits all of it. Where other threads help, they are done
+/// when this returns; the picture does not show it.
 PlfResult PaintGraph(const PlfPass& pass, QPainter& painter);
 
 /// Writes a graph as EPS.

@@ -3,6 +3,7 @@
 #include "meta/plfmeta.h"
 
 #include "app/state/globals.h"
+#include "meta/bands.h"
 #include "meta/decoder.h"
 #include "meta/epssink.h"
 #include "meta/paintersink.h"
@@ -97,6 +98,7 @@ PlfPass CPlfMeta::MakePass(const Rect& zoom, const Rect& full) const
     if (pPrinter != nullptr)
         pass.page = PageFromSettings(pPrinter);
     pass.eps = EpsFromSettings();
+    pass.threads = ThreadLimit();
     pass.watch = watch;
     return pass;
 }
@@ -123,6 +125,9 @@ int CPlfMeta::Plf2Screen(const PlfPass& pass)
         return RunInto(nowhere, pass, background);
     }
     if (cvtfp == nullptr) {
+        const RowCuts cuts = FindCuts(pass, *pPainter);
+        if (!cuts.empty())
+            return Leave(PaintInBands(pass, *pPainter, cuts), background);
         PainterSink painting(*pPainter, pass, background, pen);
         return RunInto(painting, pass, background);
     }
@@ -140,6 +145,12 @@ template <class Sink> int CPlfMeta::RunInto(Sink& sink, const PlfPass& pass, int
     PlfResult result;
     result.vectors = Decoder<Sink, NoReport>(pass, State(), sink, nobody).Run();
     result.textsRefused = input.nTextsRefused;
+    return Leave(result, background);
+}
+
+// Where the program looks for what a pass found.
+int CPlfMeta::Leave(const PlfResult& result, int background)
+{
     gdwVectorCnt = result.vectors;
     gdwBkClrFile = static_cast<unsigned long>(background);
     TellRefusedTexts(result);

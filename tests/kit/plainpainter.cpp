@@ -34,7 +34,12 @@ QImage PaintPlainly(const QStringList& operations, QSize size, QImage::Format fo
     image.fill(image.hasAlphaChannel() ? Qt::transparent : Qt::red);
     QPainter painter(&image);
     painter.setRenderHint(QPainter::Antialiasing, antialiased);
+    PaintPlainly(operations, painter);
+    return image;
+}
+
+void PaintPlainly(const QStringList& operations, QPainter& painter)
+{
     for (const QString& operation : operations)
         PaintOperation(&painter, operation);
-    return image;
 }

@@ -9,7 +9,12 @@
 #include <QSize>
 #include <QStringList>
 
+class QPainter;
+
 /// What the operations (see recorder.h) look like on an image of that format, which is transparent
 /// if it can be and red if not, so that what the background leaves uncovered is seen.
 QImage PaintPlainly(const QStringList& operations, QSize size,
                     QImage::Format format = QImage::Format_RGB32, bool antialiased = true);
+
+/// Paints the operations with a painter.
+void PaintPlainly(const QStringList& operations, QPainter& painter);

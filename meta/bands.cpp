@@ -1,0 +1,420 @@
+// SPDX-License-Identifier: MIT
+// SPDX-FileCopyrightText: 2026 plotvw contributors
+#include "meta/bands.h"
+
+#include "meta/imagepainter.h"
+#include "meta/paintersink.h"
+#include "meta/passrun.h"
+#include "meta/passwatch.h"
+#include "meta/surveysink.h"
+
+#include <QFont>
+#include <QImage>
+#include <QPainter>
+#include <QRunnable>
+#include <QThreadPool>
+
+#include <algorithm>
+#include <atomic>
+#include <chrono>
+#include <condition_variable>
+#include <memory>
+#include <mutex>
+#include <new>
+#include <numeric>
+#include <optional>
+#include <string>
+#include <utility>
+
+#include <sched.h>
+
+namespace {
+
+// A graph up to twice that long is looked at whole.
+constexpr size_t kSampleSize = size_t{64} * 1024;
+constexpr size_t kSamplePieces = 64;
+constexpr char kGs = 29;
+
+// A graph that is drawn at once by anybody: a look at it would take as long.
+constexpr size_t kSmallGraph = size_t{16} * 1024;
+// More would each decode the whole graph to draw a few rows of it.
+constexpr int kMostThreads = 64;
+
+// Work that is worth another thread, nanoseconds: it takes up to a tenth of that to begin.
+constexpr double kWorthAThread = 1e6;
+
+// How long the caller waits before the watch gets a look at the clock.
+constexpr std::chrono::milliseconds kLook{10};
+
+int Processors()
+{
+    cpu_set_t mine;
+    return sched_getaffinity(0, sizeof mine, &mine) == 0 ? CPU_COUNT(&mine) : 1;
+}
+
+// Some of a graph as a graph of its own: pieces from all over it. What a piece begins in the middle
+// of is read as something else, of which there is little.
+class Sample
+{
+public:
+    explicit Sample(const PlfBytes& graph);
+    [[nodiscard]] PlfBytes Bytes() const { return {bytes.data(), bytes.size() - kPlfTailSize}; }
+
+private:
+    std::string bytes; // and their tail
+};
+
+Sample::Sample(const PlfBytes& graph)
+{
+    const size_t pieces = graph.size <= 2 * kSampleSize ? 1 : kSamplePieces;
+    const size_t length = pieces == 1 ? graph.size : kSampleSize / kSamplePieces;
+    for (size_t i = 0; i < pieces; ++i) {
+        bytes += kGs;
+        bytes.append(graph.data + graph.size / pieces * i, length);
+    }
+    bytes.append(kPlfTailSize, '\0');
+}
+
+// Lets a graph, or some of it, pass through the sink.
+void Survey(const PlfPass& pass, const PlfBytes& bytes, SurveySink& sink)
+{
+    PlfPass survey = pass;
+    survey.graph = bytes;
+    PassRun(survey).Into(sink);
+}
+
+// The work of each row in nanoseconds.
+struct RowWork {
+    std::vector<double> rows;
+    int top;
+
+    [[nodiscard]] double Sum() const { return std::accumulate(rows.begin(), rows.end(), 0.0); }
+    [[nodiscard]] RowCuts Cut(int parts) const;
+};
+
+RowCuts RowWork::Cut(int parts) const
+{
+    RowCuts cuts;
+    if (parts < 2)
+        return cuts;
+    const double all = Sum();
+    double sum = 0;
+    for (size_t row = 0; row < rows.size(); ++row) {
+        const auto before = static_cast<double>(cuts.size() + 1);
+        if (before < parts && sum >= all / parts * before)
+            cuts.push_back(top + static_cast<int>(row));
+        sum += rows[row];
+    }
+    return cuts;
+}
+
+// What the painter of each band has in common with the caller's.
+struct PainterState {
+    explicit PainterState(const QPainter& painter);
+    void ApplyTo(QPainter& painter) const;
+
+    QFont font;
+    QPainter::RenderHints hints;
+    QRect window, viewport;
+    QTransform world;
+    bool isViewed, isMapped;
+};
+
+PainterState::PainterState(const QPainter& painter)
+    : font(painter.font()), hints(painter.renderHints()), window(painter.window()),
+      viewport(painter.viewport()), world(painter.worldTransform()),
+      isViewed(painter.viewTransformEnabled()), isMapped(painter.worldMatrixEnabled())
+{
+}
+
+void PainterState::ApplyTo(QPainter& painter) const
+{
+    painter.setRenderHints(painter.renderHints(), false);
+    painter.setRenderHints(hints);
+    painter.setFont(font);
+    painter.setWindow(window);
+    painter.setViewport(viewport);
+    painter.setViewTransformEnabled(isViewed);
+    painter.setWorldTransform(world);
+    painter.setWorldMatrixEnabled(isMapped);
+}
+
+// Another image of the same pixels.
+QImage SamePixels(QImage& image)
+{
+    QImage same(image.bits(), image.width(), image.height(), image.bytesPerLine(), image.format());
+    same.setDevicePixelRatio(image.devicePixelRatio());
+    same.setDotsPerMeterX(image.dotsPerMeterX());
+    same.setDotsPerMeterY(image.dotsPerMeterY());
+    return same;
+}
+
+// The bands of one picture, drawn by whoever takes the next.
+class Bands
+{
+public:
+    Bands(const PlfPass& drawnPass, const QPainter& callers, QImage& target, const QRect& pixels,
+          const RowCuts& cuts);
+
+    /// Whether there was memory for all that threads need.
+    [[nodiscard]] bool IsReady() const;
+    PlfResult Paint();
+
+private:
+    struct Band {
+        QRect pixels;
+        QImage image;  // all pixels of the picture
+        QImage before; // those of the band, as they were
+        PlfResult result;
+        bool isDone = false;
+    };
+
+    // The turn of each band. It may outlive the bands: a thread may come when all is done.
+    class Queue
+    {
+    public:
+        explicit Queue(Bands& queued) : bands(queued), count(queued.bands.size()) {}
+
+        /// Draws bands until there are none left.
+        void Work(PassWatch* watch);
+        /// Waits for the last one.
+        void Wait(PassWatch* watch);
+
+    private:
+        Bands& bands; // while there is one to be drawn
+        const size_t count;
+        std::atomic<size_t> next = 0;
+        std::mutex mutex;
+        std::condition_variable changed;
+        size_t finished = 0;
+    };
+
+    // What a thread of the pool runs.
+    class Helper final : public QRunnable
+    {
+    public:
+        explicit Helper(std::shared_ptr<Queue> joined) : queue(std::move(joined))
+        {
+            isReady.store(true, std::memory_order_release);
+        }
+        void run() override
+        {
+            if (isReady.load(std::memory_order_acquire))
+                queue->Work(nullptr);
+        }
+
+    private:
+        std::shared_ptr<Queue> queue;
+        std::atomic<bool> isReady = false; // how Qt hands it to the thread, no sanitizer can see
+    };
+
+    void CallThreads(const std::shared_ptr<Queue>& queue) const;
+    void Try(Band& band, PassWatch* watch) const;
+    void PaintBand(Band& band, PassWatch* watch) const;
+    void PaintAgain(Band& band) const;
+
+    const PlfPass& pass;
+    PainterState state;
+    std::vector<Band> bands;
+};
+
+Bands::Bands(const PlfPass& drawnPass, const QPainter& callers, QImage& target, const QRect& pixels,
+             const RowCuts& cuts)
+    : pass(drawnPass), state(callers)
+{
+    RowCuts ends = cuts;
+    ends.push_back(pixels.y() + pixels.height());
+    int top = pixels.y();
+    for (const int cut : ends) {
+        const int end = std::min(cut, ends.back());
+        if (end <= top)
+            continue;
+        const QRect rows(pixels.x(), top, pixels.width(), end - top);
+        bands.push_back({rows, SamePixels(target), target.copy(rows), {}, false});
+        top = end;
+    }
+}
+
+bool Bands::IsReady() const
+{
+    return std::none_of(bands.begin(), bands.end(), [](const Band& band) {
+        return band.image.isNull() || band.before.isNull();
+    });
+}
+
+PlfResult Bands::Paint()
+{
+    const auto queue = std::make_shared<Queue>(*this);
+    CallThreads(queue);
+    queue->Work(pass.watch);
+    queue->Wait(pass.watch);
+    for (Band& band : bands) {
+        if (!band.isDone)
+            PaintAgain(band);
+    }
+    return bands.front().result;
+}
+
+// Qt says nothing of a thread that does not start, and would wait for it at the program's end; so
+// the pool is never destroyed.
+void Bands::CallThreads(const std::shared_ptr<Queue>& queue) const
+{
+    static auto* const pool = new QThreadPool;
+    const int helpers = std::min(pass.threads, static_cast<int>(bands.size())) - 1;
+    pool->setMaxThreadCount(std::max(helpers, pool->maxThreadCount()));
+    try {
+        for (int i = 0; i < helpers; ++i) {
+            auto helper = std::make_unique<Helper>(queue);
+            if (!pool->tryStart(helper.get()))
+                return;
+            static_cast<void>(helper.release()); // the pool deletes it
+        }
+    } catch (const std::bad_alloc&) {
+        return; // the caller draws what they would have drawn
+    }
+}
+
+void Bands::Queue::Work(PassWatch* watch)
+{
+    for (size_t mine = next++; mine < count; mine = next++) {
+        bands.Try(bands.bands[mine], watch);
+        const std::lock_guard lock(mutex);
+        ++finished;
+        changed.notify_one();
+    }
+}
+
+void Bands::Queue::Wait(PassWatch* watch)
+{
+    std::unique_lock lock(mutex);
+    do {
+        if (watch != nullptr)
+            watch->Tick();
+    } while (!changed.wait_for(lock, kLook, [this] { return finished == count; }));
+}
+
+void Bands::Try(Band& band, PassWatch* watch) const
+{
+    try {
+        PaintBand(band, watch);
+        band.isDone = true;
+    } catch (const std::bad_alloc&) {
+        return; // there may be enough when the others are done
+    }
+}
+
+void Bands::PaintBand(Band& band, PassWatch* watch) const
+{
+    PlfPass own = pass;
+    own.watch = watch;
+    QPainter painter(&band.image);
+    state.ApplyTo(painter);
+    PassRun run(own);
+    PainterSink sink(painter, own, run.background, run.pen);
+    sink.LimitTo(band.pixels);
+    band.result = run.Into(sink);
+}
+
+void Bands::PaintAgain(Band& band) const
+{
+    QPainter painter(&band.image);
+    painter.setCompositionMode(QPainter::CompositionMode_Source);
+    ClipToPixels(painter, band.pixels);
+    painter.resetTransform();
+    const double ratio = band.image.devicePixelRatio();
+    painter.scale(1 / ratio, 1 / ratio);
+    painter.drawImage(band.pixels, band.before);
+    painter.end();
+    PaintBand(band, pass.watch);
+}
+
+PlfResult PaintWhole(const PlfPass& pass, QPainter& painter)
+{
+    PassRun run(pass);
+    PainterSink sink(painter, pass, run.background, run.pen);
+    return run.Into(sink);
+}
+
+void Map(const PlfPass& pass, QPainter& painter)
+{
+    QPen pen;
+    PainterSink(painter, pass, pass.Background(), pen).MapWindow();
+}
+
+// Where a pass can be cut into bands, or nothing.
+struct Target {
+    QImage* image;
+    QRect pixels; // that may be changed
+};
+
+std::optional<Target> FindTarget(const PlfPass& pass, QPainter& painter)
+{
+    constexpr int kDepth = 32;
+    if (pass.page || !IsRaster(&painter) || !PaintsPlainly(painter))
+        return std::nullopt;
+    QImage* image = ImageOf(painter);
+    if (image == nullptr || image->depth() != kDepth)
+        return std::nullopt;
+    const std::optional<QRect> clip = PixelClip(painter, *image);
+    Map(pass, painter);
+    const QTransform toDevice = painter.deviceTransform();
+    if (!clip || toDevice.type() > QTransform::TxScale || !toDevice.isInvertible())
+        return std::nullopt;
+    const QRect pixels = *clip & image->rect();
+    if (pixels.isEmpty())
+        return std::nullopt;
+    return Target{image, pixels};
+}
+
+SurveySink MakeSurvey(const PlfPass& pass, const QPainter& painter, const QRect& pixels)
+{
+    return {pixels, painter.deviceTransform(), pass.minPenWidth};
+}
+
+// Whether the pixels of each line are the same in every clip.
+bool IsExact(const PlfPass& pass, const QPainter& painter, const QRect& pixels)
+{
+    if (!HasSameScales(painter.deviceTransform()))
+        return true;
+    SurveySink survey = MakeSurvey(pass, painter, pixels);
+    Survey(pass, pass.graph, survey);
+    return !survey.HasWidth();
+}
+
+} // namespace
+
+int ThreadLimit()
+{
+    bool isNumber = false;
+    const int asked = qEnvironmentVariableIntValue("PLOTVW_THREADS", &isNumber);
+    return std::clamp(isNumber ? asked : Processors(), 1, kMostThreads);
+}
+
+RowCuts FindCuts(const PlfPass& pass, QPainter& painter)
+{
+    if (pass.threads <= 1 || pass.graph.size < kSmallGraph)
+        return {};
+    const std::optional<Target> target = FindTarget(pass, painter);
+    if (!target)
+        return {};
+    SurveySink survey = MakeSurvey(pass, painter, target->pixels);
+    const Sample sample(pass.graph);
+    Survey(pass, sample.Bytes(), survey);
+    if (survey.HasWidth() && HasSameScales(painter.deviceTransform()))
+        return {};
+    const RowWork work = {survey.Rows(), target->pixels.y()};
+    const double all = work.Sum() * static_cast<double>(pass.graph.size) /
+                       static_cast<double>(sample.Bytes().size);
+    return work.Cut(static_cast<int>(std::min<double>(pass.threads, all / kWorthAThread)));
+}
+
+PlfResult PaintInBands(const PlfPass& pass, QPainter& painter, const RowCuts& cuts)
+{
+    if (cuts.empty())
+        return PaintWhole(pass, painter);
+    const std::optional<Target> target = FindTarget(pass, painter);
+    if (!target || !IsExact(pass, painter, target->pixels))
+        return PaintWhole(pass, painter);
+    Bands bands(pass, painter, *target->image, target->pixels, cuts);
+    return bands.IsReady() ? bands.Paint() : PaintWhole(pass, painter);
+}

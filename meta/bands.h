@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: MIT
+// SPDX-FileCopyrightText: 2026 plotvw contributors
+//
+// Draws a pass with several threads: the picture is cut into bands of rows, and each band is a pass
+// of its own. What a thread does not take, because there is none or because it cannot start, the
+// caller draws. The pixels are those of one pass.
+#pragma once
+
+#include "meta/pass.h"
+
+#include <vector>
+
+/// The rows of an image, in pixels, at which one band ends and the next begins: ascending. None =
+/// one band.
+using RowCuts = std::vector<int>;
+
+/// Threads that may draw a picture at once: one for each processor that this process may use, or as
+/// many as PLOTVW_THREADS in the environment says.
+int ThreadLimit();
+
+/// Where to cut a picture so that its bands take about as long. None where that would take longer.
+/// @param painter  as PaintInBands takes it; gets mapped to the area
+RowCuts FindCuts(const PlfPass& pass, QPainter& painter);
+
+/// As PaintGraph(), in bands where they give the same pixels: on an image, with a clip that is a
+/// rectangle, for lines that Qt paints alike with any such clip.
+PlfResult PaintInBands(const PlfPass& pass, QPainter& painter, const RowCuts& cuts);

@@ -1,0 +1,505 @@
+// SPDX-License-Identifier: MIT
+// SPDX-FileCopyrightText: 2026 plotvw contributors
+//
+// Pictures in bands of rows, pixel for pixel beside one call of Qt for each line, and beside one
+// band.
+#include "meta/bands.h"
+#include "meta/pass.h"
+#include "meta/passwatch.h"
+#include "meta/plfgraph.h"
+#include "tests/graph.h"
+#include "tests/plainpainter.h"
+#include "tests/recorder.h"
+#include "tests/reference/streams.h"
+
+#include <QDeadlineTimer>
+#include <QDir>
+#include <QFile>
+#include <QImage>
+#include <QPainter>
+#include <QRegion>
+#include <QTest>
+#include <QThread>
+
+#include <algorithm>
+#include <atomic>
+#include <cerrno>
+#include <cstdlib>
+#include <functional>
+#include <iterator>
+#include <new>
+#include <random>
+#include <string>
+#include <thread>
+
+#include <dlfcn.h>
+#include <pthread.h>
+
+namespace {
+
+std::atomic<bool> noThreads = false;
+
+// Allocations of that size fail, so many times.
+constexpr size_t kFailing = 4096 * sizeof(int); // what a filler needs
+std::atomic<int> failures = 0;
+
+} // namespace
+
+void* operator new(size_t size)
+{
+    void* memory = size == kFailing && failures > 0 && failures-- > 0 ? nullptr : malloc(size);
+    if (memory == nullptr)
+        throw std::bad_alloc();
+    return memory;
+}
+
+void operator delete(void* memory) noexcept
+{
+    free(memory);
+}
+
+void operator delete(void* memory, size_t /*size*/) noexcept
+{
+    free(memory);
+}
+
+// In place of the system's own: fails when a test asks for that.
+extern "C" int pthread_create(pthread_t* thread, const pthread_attr_t* attributes,
+                              void* (*run)(void*), void* argument)
+{
+    using Create = int (*)(pthread_t*, const pthread_attr_t*, void* (*)(void*), void*);
+    static const auto create = reinterpret_cast<Create>(dlsym(RTLD_NEXT, "pthread_create"));
+    return noThreads ? EAGAIN : create(thread, attributes, run, argument);
+}
+
+namespace {
+
+constexpr unsigned kStreams = 400;
+constexpr int kThreads = 3;
+
+const std::string kHeader = PlfHeader().toStdString();
+
+PlfGraph Load(const std::string& bytes)
+{
+    const char* problem = nullptr;
+    return PlfGraph::FromBytes(bytes, &problem);
+}
+
+std::string Address(int x, int y)
+{
+    const auto part = [](int base, int bits) { return static_cast<char>(base + (bits & 31)); };
+    return {part(32, y >> 7), part(96, (y & 3) << 2 | (x & 3)), part(96, y >> 2), part(32, x >> 7),
+            part(64, x >> 2)};
+}
+
+std::string Width(int width)
+{
+    const auto high = static_cast<char>(64 + width / 16);
+    return {'\x1b', 'G', 'T', high, static_cast<char>(48 + width % 16)};
+}
+
+// Lines all over the area and beyond, in some colors, with a text now and then.
+std::string AnyGraph(unsigned seed, int width, bool hasTexts, int lines = 100)
+{
+    std::mt19937 random(seed);
+    const auto below = [&random](int end) {
+        return static_cast<int>(random() % static_cast<unsigned>(end));
+    };
+    std::string graph = kHeader + "0000"; // the header's own color takes what follows it
+    for (const char* color : {"10C2F4", "2G8C2F4", "3O0C2F4"})
+        graph += std::string("\x1bTG14") + color;
+    graph += Width(width);
+    for (int i = 0; i < lines; ++i) {
+        if (below(10) == 0)
+            graph += "\x1bML" + std::string(1, static_cast<char>('0' + below(4)));
+        if (hasTexts && below(20) == 0)
+            graph += "\x1bZP" + std::to_string(below(4096)) + ',' + std::to_string(below(3120)) +
+                     ";ZDTog \x1b";
+        const int x = below(4096);
+        const int y = below(4096);
+        const int reach = below(4) == 0 ? 4000 : 200;
+        graph += '\x1d' + Address(x, y) +
+                 Address(std::clamp(x + below(reach) - reach / 2, 0, 4095),
+                         std::clamp(y + below(reach) - reach / 2, 0, 4095));
+    }
+    return graph + '\x07';
+}
+
+// How a graph is looked at.
+struct Look {
+    QSize size;
+    Rect zoom = {};
+    double widthScale = 1.0;
+    double ratio = 1.0;
+    QRect part = {}; // of the picture; empty = all of it
+    bool fillsBackground = true;
+};
+
+PlfPass PassOf(const PlfGraph& graph, const Look& look)
+{
+    PlfPass pass;
+    pass.graph = graph.Bytes();
+    pass.zoom = look.zoom;
+    pass.widthScale = look.widthScale;
+    pass.whiteBackground = false;
+    pass.fillsBackground = look.fillsBackground;
+    pass.threads = kThreads;
+    return pass;
+}
+
+// Any colors, the same for the same size.
+QImage AnyGround(const Look& look)
+{
+    QImage image(look.size, QImage::Format_RGB32);
+    std::mt19937 random(1);
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x)
+            image.setPixel(x, y, static_cast<QRgb>(random()) | 0xFF000000);
+    }
+    image.setDevicePixelRatio(look.ratio);
+    return image;
+}
+
+void SetUp(QPainter& painter, const Look& look)
+{
+    painter.setRenderHint(QPainter::Antialiasing);
+    if (!look.part.isEmpty())
+        painter.setClipRect(look.part);
+}
+
+QImage PaintPlain(const PlfPass& pass, const Look& look)
+{
+    Recorder recorder;
+    QPainter recording(&recorder);
+    PaintGraph(pass, recording);
+    QImage image = AnyGround(look);
+    QPainter painter(&image);
+    SetUp(painter, look);
+    PaintPlainly(recorder.Operations(), painter);
+    return image;
+}
+
+RowCuts EvenCuts(const Look& look, int bands)
+{
+    RowCuts cuts;
+    for (int i = 1; i < bands; ++i)
+        cuts.push_back(look.size.height() * i / bands);
+    return cuts;
+}
+
+QImage PaintBands(const PlfPass& pass, const Look& look, int bands)
+{
+    QImage image = AnyGround(look);
+    QPainter painter(&image);
+    SetUp(painter, look);
+    PaintInBands(pass, painter, EvenCuts(look, bands));
+    return image;
+}
+
+Rect Zoom(int left, int top, int right, int bottom)
+{
+    Rect rect = {};
+    SetRect(&rect, left, top, right, bottom);
+    return rect;
+}
+
+// The whole, small parts, one beyond the edges, an inverted one and the smallest there can be.
+Rect AnyZoom(unsigned seed)
+{
+    const Rect zooms[] = {{},
+                          Zoom(1000, 900, 2365, 1940),
+                          Zoom(2000, 1500, 2082, 1562),
+                          Zoom(1000, 2000, 3000, 900),
+                          Zoom(-300, 2900, 700, 3700),
+                          Zoom(2000, 1500, 2001, 1501)};
+    return zooms[seed % std::size(zooms)];
+}
+
+Look AnyLook(unsigned seed)
+{
+    constexpr QSize kSizes[] = {{160, 112}, {128, 97}, {60, 120}, {120, 60}, {37, 300}, {256, 195}};
+    constexpr double kRatios[] = {1.0, 1.5, 2.0};
+    Look look;
+    look.size = kSizes[seed / 6 % std::size(kSizes)];
+    look.zoom = AnyZoom(seed);
+    look.ratio = kRatios[seed / 2 % std::size(kRatios)];
+    if (seed % 5 == 0)
+        look.part = {10, 7, 60, 71};
+    look.fillsBackground = seed % 7 != 0;
+    look.widthScale = seed % 3 == 0 ? 1.0 : 0.1 * (seed % 30);
+    return look;
+}
+
+} // namespace
+
+Q_DECLARE_METATYPE(std::function<void(QPainter&)>)
+
+class TestBands : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void samples_equalPlainLines_data();
+    void samples_equalPlainLines();
+    void seededGraphs_equalPlainLines();
+    void seededStreams_equalOneBand();
+    void otherPainters_getOneBand_data();
+    void otherPainters_getOneBand();
+    void work_decidesWhereToCut();
+    void smallWork_isNotCut();
+    void lines_thatEachClipPaintsAnew_areNotCut();
+    void environment_limitsTheThreads_data();
+    void environment_limitsTheThreads();
+    void cleanup() { qunsetenv("PLOTVW_THREADS"); }
+    void watch_isToldByTheCallerAlone();
+    void result_isThatOfOneBand();
+    void bandThatFindsNoMemory_isDrawnAgain();
+    void withoutThreads_theCallerDraws(); // the last one: Qt counts those threads for ever
+
+private:
+    static void Compare(const PlfPass& pass, const Look& look, const QByteArray& what);
+};
+
+void TestBands::Compare(const PlfPass& pass, const Look& look, const QByteArray& what)
+{
+    const QImage plain = PaintPlain(pass, look);
+    for (const int bands : {1, 2, 3, 8, 64})
+        QVERIFY2(PaintBands(pass, look, bands) == plain,
+                 what + " in " + QByteArray::number(bands) + " bands");
+}
+
+void TestBands::samples_equalPlainLines_data()
+{
+    QTest::addColumn<QString>("file");
+    const QDir samples(QStringLiteral(PLOTVW_SAMPLES));
+    for (const QString& name : samples.entryList({QStringLiteral("*.plf")}))
+        QTest::newRow(qPrintable(name)) << samples.filePath(name);
+}
+
+void TestBands::samples_equalPlainLines()
+{
+    QFETCH(QString, file);
+    const char* problem = nullptr;
+    const PlfGraph graph = PlfGraph::FromFile(QFile::encodeName(file).constData(), &problem);
+    QVERIFY(graph.IsLoaded());
+    for (const QSize size : {QSize(640, 446), QSize(512, 390)}) {
+        for (const double widthScale : {0.0, 4.0}) {
+            const Look look = {size, {}, widthScale};
+            Compare(PassOf(graph, look), look, "sample");
+        }
+    }
+}
+
+void TestBands::seededGraphs_equalPlainLines()
+{
+    constexpr int kWidths[] = {0, 4, 16, 80};
+    for (unsigned seed = 0; seed < kStreams; ++seed) {
+        const int width = kWidths[seed % std::size(kWidths)];
+        const PlfGraph graph = Load(AnyGraph(seed, width, false));
+        const Look look = AnyLook(seed / 4);
+        Compare(PassOf(graph, look), look, "seed " + QByteArray::number(seed));
+        if (QTest::currentTestFailed())
+            return;
+    }
+}
+
+// Hostile ones among them, with texts of any size.
+void TestBands::seededStreams_equalOneBand()
+{
+    for (unsigned seed = 0; seed < kStreams; ++seed) {
+        const bool isPlain = seed % 4 == 0;
+        const PlfGraph graph = Load(isPlain ? AnyGraph(seed, 16, true) : streams::Make(seed));
+        const Look look = AnyLook(seed);
+        const PlfPass pass = PassOf(graph, look);
+        const QImage one = PaintBands(pass, look, 1);
+        for (const int bands : {2, 8})
+            QVERIFY2(PaintBands(pass, look, bands) == one,
+                     "seed " + QByteArray::number(seed) + " in " + QByteArray::number(bands));
+    }
+}
+
+void TestBands::otherPainters_getOneBand_data()
+{
+    using SetUpOther = std::function<void(QPainter&)>;
+    QTest::addColumn<SetUpOther>("setUp");
+    const auto add = [](const char* name, const SetUpOther& setUp) {
+        QTest::newRow(name) << setUp;
+    };
+    add("not antialiased",
+        [](QPainter& painter) { painter.setRenderHint(QPainter::Antialiasing, false); });
+    add("opacity", [](QPainter& painter) { painter.setOpacity(0.5); });
+    add("another mode",
+        [](QPainter& painter) { painter.setCompositionMode(QPainter::CompositionMode_Plus); });
+    add("turned", [](QPainter& painter) { painter.rotate(10); });
+    add("clip of two parts", [](QPainter& painter) {
+        painter.setClipRegion(QRegion(3, 4, 20, 50) | QRegion(40, 9, 33, 11));
+    });
+    add("clip between pixels",
+        [](QPainter& painter) { painter.setClipRect(QRectF(9.4, 13.5, 40.3, 21.7)); });
+    add("font", [](QPainter& painter) { painter.setFont(QFont(QString(), 33)); });
+    add("viewport", [](QPainter& painter) { painter.setViewport(10, 20, 100, 50); });
+    add("moved", [](QPainter& painter) { painter.translate(300, -200); });
+}
+
+// Where bands would do, they take the painter's state over.
+void TestBands::otherPainters_getOneBand()
+{
+    QFETCH(std::function<void(QPainter&)>, setUp);
+    const PlfGraph graph = Load(AnyGraph(1, 16, true));
+    const Look look = {{160, 112}};
+    const PlfPass pass = PassOf(graph, look);
+    QImage one = AnyGround(look);
+    QImage many = AnyGround(look);
+    for (QImage* image : {&one, &many}) {
+        QPainter painter(image);
+        painter.setRenderHint(QPainter::Antialiasing);
+        setUp(painter);
+        PaintInBands(pass, painter, image == &one ? RowCuts() : RowCuts{30, 60});
+    }
+    QVERIFY(one == many);
+}
+
+// What is to be drawn here takes long enough for so many threads.
+constexpr int kManyLines = 40000;
+
+void TestBands::work_decidesWhereToCut()
+{
+    std::string bytes = kHeader + Width(16);
+    for (int i = 0; i < kManyLines; ++i)
+        bytes += '\x1d' + Address(i % 3900, 3000) + Address(i % 3900 + 100, 2800);
+    const PlfGraph graph = Load(bytes + '\x07');
+    const Look look = {{640, 446}};
+    QImage image = AnyGround(look);
+    QPainter painter(&image);
+    SetUp(painter, look);
+    PlfPass pass = PassOf(graph, look);
+    pass.threads = 2;
+    const RowCuts cuts = FindCuts(pass, painter);
+    QCOMPARE(cuts.size(), size_t{1});
+    QVERIFY(cuts[0] > (3120 - 3000) * 446 / 3120);
+    QVERIFY(cuts[0] < (3120 - 2800) * 446 / 3120);
+    pass.threads = 1;
+    QVERIFY(FindCuts(pass, painter).empty());
+}
+
+void TestBands::smallWork_isNotCut()
+{
+    const Look look = {{640, 446}};
+    QImage image = AnyGround(look);
+    QPainter painter(&image);
+    SetUp(painter, look);
+    const PlfGraph small = Load(AnyGraph(1, 4, false, 100));
+    QVERIFY(FindCuts(PassOf(small, look), painter).empty());
+    const PlfGraph large = Load(AnyGraph(1, 4, false, kManyLines));
+    QVERIFY(!FindCuts(PassOf(large, look), painter).empty());
+    PlfPass beside = PassOf(large, look);
+    beside.zoom = Zoom(-3000, 100, -1000, 1600);
+    QVERIFY(FindCuts(beside, painter).empty());
+}
+
+void TestBands::lines_thatEachClipPaintsAnew_areNotCut()
+{
+    const Look look = {{512, 390}};
+    QImage image = AnyGround(look);
+    QPainter painter(&image);
+    SetUp(painter, look);
+    const PlfGraph thin = Load(AnyGraph(1, 0, false, kManyLines));
+    QVERIFY(!FindCuts(PassOf(thin, look), painter).empty());
+    const PlfGraph wide = Load(AnyGraph(1, 16, false, kManyLines));
+    QVERIFY(FindCuts(PassOf(wide, look), painter).empty());
+
+    // Even where only the bands themselves find out.
+    Compare(PassOf(wide, look), look, "wide lines");
+}
+
+void TestBands::environment_limitsTheThreads_data()
+{
+    QTest::addColumn<QByteArray>("value");
+    QTest::addColumn<int>("threads");
+    QTest::newRow("one") << QByteArray("1") << 1;
+    QTest::newRow("three") << QByteArray("3") << 3;
+    QTest::newRow("none") << QByteArray("0") << 1;
+    QTest::newRow("fewer than none") << QByteArray("-5") << 1;
+    QTest::newRow("too many") << QByteArray("9999") << 64;
+}
+
+void TestBands::environment_limitsTheThreads()
+{
+    QFETCH(QByteArray, value);
+    const int processors = ThreadLimit();
+    QVERIFY(processors >= 1);
+    qputenv("PLOTVW_THREADS", "many");
+    QCOMPARE(ThreadLimit(), processors);
+    qputenv("PLOTVW_THREADS", value);
+    QTEST(ThreadLimit(), "threads");
+}
+
+void TestBands::watch_isToldByTheCallerAlone()
+{
+    const Look look = {{160, 112}};
+    const PlfGraph graph = Load(AnyGraph(1, 16, false));
+    PlfPass pass = PassOf(graph, look);
+    int told = 0;
+    bool isCaller = false;
+    PassWatch watch([&, caller = std::this_thread::get_id()] {
+        ++told;
+        isCaller = std::this_thread::get_id() == caller;
+    });
+    const QDeadlineTimer patience(PassWatch::kPatience);
+    while (!patience.hasExpired())
+        QThread::yieldCurrentThread();
+    pass.watch = &watch;
+    PaintBands(pass, look, 8);
+    QCOMPARE(told, 1);
+    QVERIFY(isCaller);
+}
+
+void TestBands::result_isThatOfOneBand()
+{
+    const Look look = {{160, 112}};
+    const PlfGraph graph =
+        Load(AnyGraph(1, 16, true)
+                 .insert(kHeader.size() + 4, "\x1bZD" + std::string(2000, 'x') + "\x1b"));
+    const PlfPass pass = PassOf(graph, look);
+    QImage image = AnyGround(look);
+    QPainter painter(&image);
+    SetUp(painter, look);
+    const PlfResult one = PaintInBands(pass, painter, {});
+    const PlfResult many = PaintInBands(pass, painter, EvenCuts(look, 3));
+    QVERIFY(one.vectors > 0);
+    QCOMPARE(one.textsRefused, 1);
+    QCOMPARE(many.vectors, one.vectors);
+    QCOMPARE(many.textsRefused, one.textsRefused);
+    QCOMPARE(many.background, one.background);
+}
+
+void TestBands::bandThatFindsNoMemory_isDrawnAgain()
+{
+    const PlfGraph graph = Load(AnyGraph(1, 16, true));
+    for (const double ratio : {1.0, 1.5}) {
+        const Look look = {{160, 112}, {}, 1.0, ratio, {}, false};
+        const PlfPass pass = PassOf(graph, look);
+        const QImage one = PaintBands(pass, look, 1);
+        failures = 2;
+        const QImage many = PaintBands(pass, look, 4);
+        QCOMPARE(failures.load(), 0);
+        QVERIFY(many == one);
+    }
+}
+
+void TestBands::withoutThreads_theCallerDraws()
+{
+    constexpr int kMoreThanThereWere = 5;
+    const Look look = {{160, 112}};
+    const PlfGraph graph = Load(AnyGraph(1, 16, true));
+    PlfPass pass = PassOf(graph, look);
+    const QImage one = PaintBands(pass, look, 1);
+    pass.threads = kMoreThanThereWere;
+    noThreads = true;
+    QVERIFY(PaintBands(pass, look, 64) == one);
+    noThreads = false;
+    QVERIFY(PaintBands(pass, look, 64) == one);
+}
+
+QTEST_MAIN(TestBands)
+#include "test_bands.moc"
