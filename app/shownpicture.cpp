@@ -10,6 +10,19 @@
 
 #include <cmath>
 
+namespace {
+
+// A rectangle is worth telling from other regions: lines are painted faster in one.
+void ClipTo(QPainter& painter, const QRegion& part)
+{
+    if (part.rectCount() == 1)
+        painter.setClipRect(part.boundingRect());
+    else
+        painter.setClipRegion(part);
+}
+
+} // namespace
+
 // Before the window system shows the window, its backing store has no device yet, and with scaled
 // pixels Qt crashes if asked for it.
 bool ShownPicture::IsScreen(const QPainter& painter) const
@@ -50,7 +63,7 @@ void ShownPicture::Renew(const QRegion& part, const Paint& paint)
     }
     QPainter painter(&image);
     if (!isWhole)
-        painter.setClipRegion(part);
+        ClipTo(painter, part);
     painter.fillRect(widget->rect(), widget->palette().brush(widget->backgroundRole()));
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setFont(widget->font());

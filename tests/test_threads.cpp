@@ -3,6 +3,7 @@
 //
 // Passes that run at once: over many graphs, and over one.
 #include "app/state/globals.h"
+#include "meta/bands.h"
 #include "meta/bytesink.h"
 #include "meta/pass.h"
 #include "tests/kit/sanitized.h"
@@ -200,6 +201,34 @@ private slots:
             });
             QCOMPARE(banded, whole);
         }
+    }
+
+    // As the program itself does it, by threads that it calls for each picture.
+    void manyGraphs_drawnAtOnceInBands_areAsDrawnAlone()
+    {
+        const QSize window(640, 446);
+        const RowCuts cuts = {100, 200, 300, 400};
+        const auto paint = [&](int i, const RowCuts& where) {
+            PlfPass pass = PassOf(Graph(i), i);
+            pass.threads = 3;
+            QImage image(window, QImage::Format_RGB32);
+            QPainter painter(&image);
+            painter.setRenderHint(QPainter::Antialiasing);
+            PaintInBands(pass, painter, where);
+            painter.end();
+            return image;
+        };
+        std::vector<QImage> alone;
+        for (int i = 0; i < kThreads; ++i)
+            alone.push_back(paint(i, {}));
+        std::atomic<int> differences = 0;
+        InThreads(kThreads, [&](int i) {
+            for (int round = 0; round < 20; ++round) {
+                if (paint(i, cuts) != alone[static_cast<size_t>(i)])
+                    ++differences;
+            }
+        });
+        QCOMPARE(differences.load(), 0);
     }
 
     void passes_leaveTheProgramsVariablesAlone()

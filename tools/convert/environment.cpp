@@ -12,6 +12,7 @@
 
 #include <clocale>
 #include <cstring>
+#include <mutex>
 
 namespace convert {
 
@@ -25,6 +26,8 @@ void HandleMessage(QtMsgType /*type*/, const QMessageLogContext& /*context*/, co
     // A conversion has no use for the user's runtime directory.
     if (text.startsWith(QLatin1StringView("QStandardPaths: ")))
         return;
+    static std::mutex mutex; // several threads may draw
+    const std::lock_guard lock(mutex);
     if (kept == nullptr)
         tools::PrintError(text.toLocal8Bit());
     else

@@ -62,6 +62,7 @@ PlfPass MakePass(const PlfBytes& graph, const PictureSettings& settings)
     pass.widthScale = settings.lineScale;
     const int minPenWidth = settings.minLineWidth.value_or(0) / kScreenWidths;
     pass.minPenWidth = minPenWidth;
+    pass.threads = settings.threads;
     pass.colors.rule = settings.black ? LineColors::kAllBlack : LineColors::kFileColors;
     return pass;
 }

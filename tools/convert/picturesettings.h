@@ -26,6 +26,7 @@ struct PictureSettings {
     std::optional<int> minLineWidth; // thinnest line, in the file's line widths
     bool black = false;              // all lines are black
     std::optional<int> quality;      // of a JPEG, 1..kMaxQuality
+    int threads = 1;                 // that may draw one image at once
 };
 
 } // namespace convert

@@ -2,6 +2,7 @@
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 #include "tools/convert/run.h"
 
+#include "meta/bands.h"
 #include "tools/common/filename.h"
 #include "tools/convert/environment.h"
 #include "tools/convert/plan.h"
@@ -13,6 +14,7 @@
 
 #include <unistd.h>
 
+#include <algorithm>
 #include <csignal>
 #include <vector>
 
@@ -25,8 +27,8 @@ class Call
 {
 public:
     Call(const Options& callOptions, char** argv)
-        : options(callOptions), arguments(argv), plan(MakePlan(callOptions)),
-          progress(static_cast<int>(plan.size()), callOptions.quiet)
+        : options(callOptions), picture(callOptions.picture), arguments(argv),
+          plan(MakePlan(callOptions)), progress(static_cast<int>(plan.size()), callOptions.quiet)
     {
         rules.keepExisting = options.keepExisting;
         rules.makeFolders = options.output.isEmpty();
@@ -44,6 +46,7 @@ private:
     [[nodiscard]] Outcome ConvertOne(int index) const;
 
     const Options& options;
+    PictureSettings picture;
     char** arguments;
     std::vector<PlannedJob> plan;
     std::vector<size_t> todo; // indices of the plan
@@ -55,7 +58,7 @@ private:
 Outcome Call::ConvertOne(int index) const
 {
     const MessageKeeper keeper;
-    Outcome outcome = Convert(JobAt(index), index, options.picture, rules);
+    Outcome outcome = Convert(JobAt(index), index, picture, rules);
     if (!keeper.Messages().isEmpty())
         outcome.text +=
             (outcome.text.isEmpty() ? QString() : QStringLiteral("\n")) + keeper.Messages();
@@ -70,8 +73,12 @@ WorkResult Call::Run()
         else
             progress.Add(plan[i].job.input, {Outcome::kFailed, plan[i].problem});
     }
+    const int jobs = static_cast<int>(todo.size());
+    // Processors that no worker needs draw parts of the pictures.
+    picture.threads =
+        std::max(ThreadLimit() / std::clamp(jobs, 1, std::max(options.workers, 1)), 1);
     const WorkResult result = RunWorkers(
-        static_cast<int>(todo.size()), options.workers,
+        jobs, options.workers,
         {[this] { return StartQt(arguments); }, [this](int index) { return ConvertOne(index); },
          [this](int index, const Outcome& outcome) { progress.Add(JobAt(index).input, outcome); },
          [this](int index) { RemoveLeftovers(JobAt(index), index, rules); }});
