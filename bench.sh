@@ -4,7 +4,7 @@
 #
 # Measure the program and print a table of ratios, each of two things measured in one run.
 #
-#   ./bench.sh           build, make the graphs, measure; about ten minutes on an idle machine
+#   ./bench.sh           build, make the graphs, measure; about twenty minutes on an idle machine
 #   ./bench.sh table     print the table of the last run again
 #
 # The table, its figures (Google Benchmark's JSON) and the graphs (130 MB) are in out/bench.
@@ -51,12 +51,13 @@ measure_all() {
     --benchmark_report_aggregates_only=true)
   measure draw "${repeated[@]}"
   measure eps "${repeated[@]}" '--benchmark_filter=export|write'
-  measure fill "${repeated[@]}" '--benchmark_filter=walk|surface|length:600|diagonals'
+  measure fill "${repeated[@]}" --benchmark_min_time=0.1 '--benchmark_filter=walk|surface|long/|diagonals'
   around=(tests/e2e/with-xserver.sh) folders+=(samples)
   measure drag
   around=() folders=("$streams")
   echo 'Measuring: whole processes ...'
   bench/compare-eps.sh "$build/tools/plfconvert" "$streams" "$runs" >"$out/process.txt"
+  bench/cores.sh "$build/tools/plfconvert" "$streams" "$runs" >"$out/cores.txt"
   echo 'Measuring: start ...'
   tests/e2e/with-xserver.sh "$build/bench/startup" "$runs" "$build/bench/empty" \
     "$build/app/plotvw $root/samples/tour.plf" "$build/app/plotvw $streams/huge.plf" >"$out/startup.txt" 2>"$out/startup.log"

@@ -4,19 +4,26 @@
 // What wide lines cost where the scales differ, as in the default window:
 //   LINES/pen:N/painter      one call of QPainter for each line
 //   LINES/pen:N/filler       the same lines through LineFiller
-//   GRAPH/width:N/painter    the lines of a graph, decoded before, by one call each
-//   GRAPH/width:N/draw       the whole pass
+//   GRAPH/SIZE/width:N/painter    the lines of a graph, decoded before, by one call each
+//   GRAPH/SIZE/width:N/one, two   the whole pass, with so many threads
+//   GRAPH/SIZE/width:N/zoom:Z/P   with one, a part of the graph at five places
+//   GRAPH/SIZE/width:N/bands:B    all bands one after the other
+//   GRAPH/decode                  the pass without a painter
 // LINES are random ones: length:L, of L units; diagonals, across the whole; zoomed, of 60 units
 // where a tenth of the graph across and down is shown. A pen is in units and half as wide as the
 // width in a file.
 //
 //   bench_fill [GOOGLE-BENCHMARK-OPTION...] [FOLDER]
 //
+// GRAPH is walk, surface or long, of 100,000 lines of 600 units.
+//
 // FOLDER, or $PLOTVW_STREAMS when it is left out, holds walk.plf and surface.plf.
 #include "app/state/globals.h"
 #include "bench/graphs.h"
+#include "meta/bands.h"
 #include "meta/fill/linefiller.h"
 #include "meta/palette.h"
+#include "meta/pass.h"
 #include "meta/plfbuffer.h"
 
 #include <benchmark/benchmark.h>
@@ -27,6 +34,8 @@
 #include <QPainter>
 #include <QTransform>
 
+#include <algorithm>
+#include <chrono>
 #include <cmath>
 #include <cstdlib>
 #include <functional>
@@ -37,7 +46,9 @@
 namespace {
 
 constexpr QSize kWindow(640, 446);
+constexpr QSize kLargeWindow(1280, 892);
 constexpr QSize kGraphShape(640, 487);
+constexpr QSize kLargeGraphShape(1024, 780);
 constexpr int kLines = 2000;
 
 using Lines = std::vector<QLine>;
@@ -56,14 +67,29 @@ struct Picture {
     }
 };
 
+// Beyond what addresses reach, the nearest point that they do.
+void AppendAddress(std::string& graph, int x, int y)
+{
+    x = std::clamp(x, 0, kPlfWidth - 1);
+    y = std::clamp(kPlfHeight - y, 0, kPlfWidth - 1);
+    const auto part = [&graph](int base, int bits) {
+        graph += static_cast<char>(base + (bits & 31));
+    };
+    part(32, y >> 7);
+    part(96, (y & 3) << 2 | (x & 3));
+    part(96, y >> 2);
+    part(32, x >> 7);
+    part(64, x >> 2);
+}
+
 // Lines of that length in all directions, whose starts are in the picture.
-Lines RandomLines(int length, double zoom)
+Lines RandomLines(int length, double zoom, int count = kLines)
 {
     constexpr double kTurn = 6.283185307179586;
     std::minstd_rand random(1);
     const auto fraction = [&random] { return static_cast<double>(random()) / 0x1p31; };
     Lines lines;
-    for (int i = 0; i < kLines; ++i) {
+    for (int i = 0; i < count; ++i) {
         const double turn = kTurn * fraction();
         const QPoint start(static_cast<int>(fraction() * kPlfWidth / zoom),
                            static_cast<int>(fraction() * kPlfHeight / zoom));
@@ -72,6 +98,21 @@ Lines RandomLines(int length, double zoom)
         lines.emplace_back(start, start + way);
     }
     return lines;
+}
+
+// A graph of such lines.
+std::string LongLines()
+{
+    constexpr int kCount = 100000;
+    constexpr int kLength = 600;
+    std::string graph(gszPlfhdr, kPlfHeaderSize);
+    graph += "0000\x1bGT0";
+    for (const QLine& line : RandomLines(kLength, 1, kCount)) {
+        graph += '\x1d';
+        AppendAddress(graph, line.x1(), line.y1());
+        AppendAddress(graph, line.x2(), line.y2());
+    }
+    return graph + '\x07';
 }
 
 Lines Diagonals()
@@ -116,29 +157,99 @@ void FillLines(benchmark::State& state, const Picture& picture)
     state.SetItemsProcessed(static_cast<int64_t>(picture.lines.size()) * state.iterations());
 }
 
-void PaintGraph(benchmark::State& state, const std::string& graph, int width)
+// How a graph is looked at.
+struct Look {
+    QSize size;
+    int width;
+    Rect zoom = {};
+};
+
+PlfPass PassOf(const Look& look)
 {
-    LoadBytes(WithWidth(graph, width));
-    PaintLines(state, {CollectLines(), width / 2});
+    PlfPass pass;
+    pass.graph = LoadedPlf();
+    pass.zoom = look.zoom;
+    return pass;
 }
 
-void DrawGraph(benchmark::State& state, const std::string& graph, int width)
+void PaintGraphPlainly(benchmark::State& state, const std::string& graph, const Look& look)
 {
-    LoadBytes(WithWidth(graph, width));
-    QImage image = NewImage(kWindow);
+    LoadBytes(WithWidth(graph, look.width));
+    PaintLines(state, {CollectLines(), look.width / 2, look.size});
+}
+
+void DrawGraph(benchmark::State& state, const std::string& graph, const Look& look, int threads)
+{
+    LoadBytes(WithWidth(graph, look.width));
+    QImage image = NewImage(look.size);
+    PlfPass pass = PassOf(look);
+    pass.threads = threads;
     for ([[maybe_unused]] const auto& iteration : state) {
         QPainter painter(&image);
         painter.setRenderHint(QPainter::Antialiasing);
-        Draw(&painter, 0);
+        PaintGraph(pass, painter);
     }
-    state.SetItemsProcessed(static_cast<int64_t>(gdwVectorCnt) * state.iterations());
+}
+
+// The parts of a picture that so many threads would draw.
+std::vector<QRect> BandsOf(const Look& look, QImage& image, int bands)
+{
+    PlfPass pass = PassOf(look);
+    pass.threads = bands;
+    QPainter painter(&image);
+    painter.setRenderHint(QPainter::Antialiasing);
+    std::vector<QRect> parts;
+    int top = 0;
+    RowCuts ends = FindCuts(pass, painter);
+    ends.push_back(image.height());
+    for (const int end : ends) {
+        parts.emplace_back(0, top, image.width(), end - top);
+        top = end;
+    }
+    return parts;
+}
+
+// Draws the bands one after the other, so that the time is that of all of them, and tells that of
+// the longest, which is the least that as many processors would take.
+void DrawBands(benchmark::State& state, const std::string& graph, const Look& look, int bands)
+{
+    using Clock = std::chrono::steady_clock;
+    using Milliseconds = std::chrono::duration<double, std::milli>;
+    LoadBytes(WithWidth(graph, look.width));
+    QImage image = NewImage(look.size);
+    const PlfPass pass = PassOf(look);
+    const std::vector<QRect> parts = BandsOf(look, image, bands);
+    double longest = 0;
+    for ([[maybe_unused]] const auto& iteration : state) {
+        double longestNow = 0;
+        for (const QRect& part : parts) {
+            const auto begin = Clock::now();
+            QPainter painter(&image);
+            painter.setRenderHint(QPainter::Antialiasing);
+            painter.setClipRect(part);
+            PaintGraph(pass, painter);
+            longestNow = std::max(longestNow, Milliseconds(Clock::now() - begin).count());
+        }
+        longest += longestNow;
+    }
+    state.counters["longest"] = benchmark::Counter(longest, benchmark::Counter::kAvgIterations);
+}
+
+void DecodeGraph(benchmark::State& state, const std::string& graph)
+{
+    LoadBytes(graph);
+    for ([[maybe_unused]] const auto& iteration : state)
+        CountVectors(PassOf({}));
 }
 
 using Measure = std::function<void(benchmark::State&)>;
 
 void Add(const std::string& name, const Measure& measure)
 {
-    benchmark::RegisterBenchmark(name.c_str(), measure)->Unit(benchmark::kMillisecond);
+    benchmark::RegisterBenchmark(name.c_str(), measure)
+        ->Unit(benchmark::kMillisecond)
+        ->MeasureProcessCPUTime()
+        ->UseRealTime();
 }
 
 void RegisterPicture(std::string name, const Picture& picture)
@@ -148,13 +259,61 @@ void RegisterPicture(std::string name, const Picture& picture)
     Add(name + "/filler", [picture](auto& state) { FillLines(state, picture); });
 }
 
-void RegisterGraph(const std::string& name, const std::string& graph)
+// A part of the graph whose middle is there, so many times enlarged.
+Rect ZoomAt(double x, double y, double times)
 {
-    for (const int width : {4, 16, 80}) {
-        const std::string start = name + "/width:" + std::to_string(width);
-        Add(start + "/painter", [&graph, width](auto& state) { PaintGraph(state, graph, width); });
-        Add(start + "/draw", [&graph, width](auto& state) { DrawGraph(state, graph, width); });
+    const auto low = [times](double at, int all) {
+        return static_cast<int>(at * all - all / times / 2);
+    };
+    Rect zoom = {};
+    const int left = low(x, kPlfWidth);
+    const int top = low(y, kPlfHeight);
+    SetRect(&zoom, left, top, left + std::max(static_cast<int>(kPlfWidth / times), 1),
+            top + std::max(static_cast<int>(kPlfHeight / times), 1));
+    return zoom;
+}
+
+void RegisterZooms(const std::string& name, const std::string& graph, int width)
+{
+    constexpr struct {
+        double x, y;
+    } kPlaces[] = {{0.5, 0.5}, {0.25, 0.25}, {0.75, 0.25}, {0.25, 0.75}, {0.75, 0.75}};
+    for (const int times : {10, 100, kPlfWidth}) {
+        int number = 0;
+        for (const auto& place : kPlaces) {
+            const Look look = {kWindow, width, ZoomAt(place.x, place.y, times)};
+            Add(name + "/zoom:" + std::to_string(times) + "/" + std::to_string(number++),
+                [&graph, look](auto& state) { DrawGraph(state, graph, look, 1); });
+        }
     }
+}
+
+void RegisterBands(const std::string& name, const std::string& graph, const Look& look)
+{
+    for (const int bands : {1, 2, 4, 8})
+        Add(name + "/bands:" + std::to_string(bands),
+            [&graph, look, bands](auto& state) { DrawBands(state, graph, look, bands); });
+}
+
+void RegisterGraph(const std::string& graphName, const std::string& graph)
+{
+    for (const QSize size : {kWindow, kLargeWindow, kLargeGraphShape}) {
+        for (const int width : {0, 4, 16, 80}) {
+            const Look look = {size, width};
+            const std::string name = graphName + "/" + std::to_string(size.width()) + "x" +
+                                     std::to_string(size.height()) +
+                                     "/width:" + std::to_string(width);
+            Add(name + "/painter",
+                [&graph, look](auto& state) { PaintGraphPlainly(state, graph, look); });
+            Add(name + "/one", [&graph, look](auto& state) { DrawGraph(state, graph, look, 1); });
+            Add(name + "/two", [&graph, look](auto& state) { DrawGraph(state, graph, look, 2); });
+            if (size == kWindow) {
+                RegisterZooms(name, graph, width);
+                RegisterBands(name, graph, look);
+            }
+        }
+    }
+    Add(graphName + "/decode", [&graph](auto& state) { DecodeGraph(state, graph); });
 }
 
 void RegisterLines()
@@ -186,6 +345,8 @@ int main(int argc, char** argv)
     RegisterLines();
     RegisterGraph("walk", walk);
     RegisterGraph("surface", surface);
+    const std::string longLines = LongLines();
+    RegisterGraph("long", longLines);
     benchmark::RunSpecifiedBenchmarks();
     FreePlfBuffer();
     return 0;

@@ -3,7 +3,7 @@
 # SPDX-FileCopyrightText: 2026 plotvw contributors
 """Make one table of what ../bench.sh measured: ratios of two things, each pair from one run.
 
-    summary.py DIR      DIR holds draw.json, fill.json, eps.json, drag.json, process.txt and startup.txt
+    summary.py DIR      DIR holds draw.json, fill.json, eps.json, drag.json, process.txt, cores.txt and startup.txt
 """
 import json
 import sys
@@ -73,19 +73,50 @@ def draw(table, rows):
 
 
 def fill(table, rows):
-    """Wide lines in the default window: processor time."""
-    cpu = {name: row["cpu_time"] for name, row in rows.items()}
-    for graph in GRAPHS:
-        for width in WIDTHS:
-            name = f"{graph}/width:{width}"
-            table.at_most(f"drawing {graph}, width {width}, in the default window", "one call for each line",
-                          cpu[f"{name}/draw"] / cpu[f"{name}/painter"], 0.30)
-    for lines, what, pens, target in (("length:600", "lines of 600 units", [width // 2 for width in WIDTHS], 0.45),
-                                      ("diagonals", "full diagonals", [56], 0.12)):
-        for pen in pens:
-            name = f"{lines}/pen:{pen}"
-            table.at_most(f"{what}, pen of {pen} units", "one call for each line",
-                          cpu[f"{name}/filler"] / cpu[f"{name}/painter"], target)
+    """The default window and other shapes: processor time of one core, real time of two."""
+    cpu = {name.split("/process_time")[0]: row["cpu_time"] for name, row in rows.items()}
+    real = {name.split("/process_time")[0]: row["real_time"] for name, row in rows.items()}
+    for size, shape in (("640x446", "default window"), ("1280x892", "large window"), ("1024x780", "graph's shape")):
+        for graph in (*GRAPHS, "long"):
+            for width in (0, *WIDTHS):
+                name = f"{graph}/{size}/width:{width}"
+                what = f"{shape}: {graph}, width {width}"
+                if width == 0:
+                    one = 0.40 if graph == "long" else 0.75
+                    two = 0.25 if graph == "long" else 0.45
+                    table.at_most(f"{what}, two cores", "one call per line",
+                                  real[f"{name}/two"] / real[f"{name}/painter"], two)
+                elif shape == "graph's shape":
+                    one = 1.05
+                else:
+                    one = 0.45 if graph == "long" else 0.30
+                table.at_most(what, "one call per line", cpu[f"{name}/one"] / cpu[f"{name}/painter"], one)
+                if width == 0 or shape != "graph's shape":
+                    table.at_most(f"{what}, two cores", "one core", real[f"{name}/two"] / real[f"{name}/one"], 0.60)
+    for graph in (*GRAPHS, "long"):
+        for width in (0, *WIDTHS):
+            zooms(table, cpu, f"{graph}/640x446/width:{width}")
+    name = "diagonals/pen:56"
+    table.at_most("full diagonals, pen of 56 units", "one call per line",
+                  cpu[f"{name}/filler"] / cpu[f"{name}/painter"], 0.12)
+
+
+def zooms(table, cpu, name):
+    """One graph in the default window: zooms, of which the slowest counts, and the work of eight bands."""
+    what = name.replace("/640x446/width:", ", width ")
+    for times, target in ((10, 1.0), (100, 1.0), (4096, 0.3)):
+        slowest = max(cpu[f"{name}/zoom:{times}/{place}"] for place in range(5))
+        table.at_most(f"{what}, enlarged {times} times", "the whole", slowest / cpu[f"{name}/one"], target)
+    table.at_most(f"{what}, eight bands, all work", "one band",
+                  cpu[f"{name}/bands:8"] / cpu[f"{name}/bands:1"], 1.15)
+
+
+def cores(table, path):
+    """Whole conversions: the lines of cores.sh."""
+    for line in path.read_text(encoding="utf-8").splitlines():
+        what, one, two = line.rsplit(" ", 2)
+        if float(one) > 0.2:
+            table.at_most(f"plfconvert, {what}, two cores", "one core", float(two) / float(one), 0.65)
 
 
 def eps(table, rows):
@@ -134,6 +165,7 @@ def main():
     table = Table()
     draw(table, median_rows(load(folder / "draw.json")))
     fill(table, median_rows(load(folder / "fill.json")))
+    cores(table, folder / "cores.txt")
     eps(table, median_rows(load(folder / "eps.json")))
     process(table, folder / "process.txt")
     startup(table, folder / "startup.txt")
