@@ -31,8 +31,9 @@
 namespace {
 
 // A graph up to twice that long is looked at whole.
-constexpr size_t kSampleSize = size_t{64} * 1024;
-constexpr size_t kSamplePieces = 64;
+constexpr size_t kSampleSize = size_t{128} * 1024;
+// Fewer would miss what comes and goes, more would each consist of too much that is misread.
+constexpr size_t kSamplePieces = 256;
 constexpr char kGs = 29;
 
 // A graph that is drawn at once by anybody: a look at it would take as long.
