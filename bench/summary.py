@@ -74,8 +74,9 @@ def draw(table, rows):
 
 def fill(table, rows):
     """The default window and other shapes: processor time of one core, real time of two."""
-    cpu = {name.split("/process_time")[0]: row["cpu_time"] for name, row in rows.items()}
-    real = {name.split("/process_time")[0]: row["real_time"] for name, row in rows.items()}
+    rows = {name.split("/process_time")[0]: row for name, row in rows.items()}
+    cpu = {name: row["cpu_time"] for name, row in rows.items()}
+    real = {name: row["real_time"] for name, row in rows.items()}
     for size, shape in (("640x446", "default window"), ("1280x892", "large window"), ("1024x780", "graph's shape")):
         for graph in (*GRAPHS, "long"):
             for width in (0, *WIDTHS):
@@ -95,18 +96,21 @@ def fill(table, rows):
                     table.at_most(f"{what}, two cores", "one core", real[f"{name}/two"] / real[f"{name}/one"], 0.60)
     for graph in (*GRAPHS, "long"):
         for width in (0, *WIDTHS):
-            zooms(table, cpu, f"{graph}/640x446/width:{width}")
+            zooms(table, rows, f"{graph}/640x446/width:{width}")
     name = "diagonals/pen:56"
     table.at_most("full diagonals, pen of 56 units", "one call per line",
                   cpu[f"{name}/filler"] / cpu[f"{name}/painter"], 0.12)
 
 
-def zooms(table, cpu, name):
-    """One graph in the default window: zooms, of which the slowest counts, and the work of eight bands."""
+def zooms(table, rows, name):
+    """One graph in the default window: zooms, of which the slowest counts, and the work of bands."""
+    cpu = {row: figures["cpu_time"] for row, figures in rows.items()}
     what = name.replace("/640x446/width:", ", width ")
     for times, target in ((10, 1.0), (100, 1.0), (4096, 0.3)):
         slowest = max(cpu[f"{name}/zoom:{times}/{place}"] for place in range(5))
         table.at_most(f"{what}, enlarged {times} times", "the whole", slowest / cpu[f"{name}/one"], target)
+    table.at_most(f"{what}, the longer of two bands", "one band",
+                  rows[f"{name}/bands:2"]["longest"] / rows[f"{name}/bands:1"]["longest"], 0.60)
     table.at_most(f"{what}, eight bands, all work", "one band",
                   cpu[f"{name}/bands:8"] / cpu[f"{name}/bands:1"], 1.15)
 
