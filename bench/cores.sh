@@ -28,7 +28,8 @@ median() {
 for graph in walk surface; do
   for options in '--size=640x446' '--size=640x446 --min-line-width=16' '--size=1280x892 --min-line-width=16'; do
     read -ra list <<<"$options"
-    : >"$work/one" >"$work/two"
+    : >"$work/one"
+    : >"$work/two"
     for ((run = 0; run < runs; run++)); do
       for cores in one two; do
         processors=0
