@@ -27,7 +27,7 @@ constexpr double kReach = 3.0;
 // report its size in larger units.
 QRegion VisiblePixels(const QPainter& painter)
 {
-    const QRegion exposed = painter.paintEngine()->systemClip();
+    QRegion exposed = painter.paintEngine()->systemClip();
     if (!exposed.isEmpty())
         return exposed;
     const QPaintDevice* device = painter.device();

@@ -31,7 +31,8 @@ SurveySink::SurveySink(const QRect& pixels, const QTransform& toDevice, double m
 
 void SurveySink::SetWidth(int width, int /*color*/)
 {
-    const double units = std::max<double>(width / kWidthsInUnit, minWidth);
+    const int whole = width / kWidthsInUnit; // as pens are
+    const double units = std::max<double>(whole, minWidth);
     hasWidth = hasWidth || units != 0;
     halfWidth = std::abs(units * scaleY) / 2;
 }

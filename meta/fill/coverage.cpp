@@ -102,7 +102,7 @@ inline void Coverage::AddPiece(const Strip& strip, int row, int x1, int y1, int 
     const int high = isRight ? x2 : x1;
     const int column = low >> kPixelBits;
     const int borders = (high >> kPixelBits) - column;
-    int* const numbers = strip.numbers + row * strip.stride;
+    int* const numbers = strip.numbers + ptrdiff_t{row} * strip.stride;
     Range& side = kDown ? strip.sides[row].down : strip.sides[row].up;
     if (strip.cutsSides && (column < 0 || column + borders >= strip.columns)) {
         AddCutPiece(strip, numbers, side, x1, x2, dy);
@@ -171,8 +171,8 @@ void Coverage::AddCutPiece(const Strip& strip, int* numbers, Range& side, int x1
     const bool isRight = x1 < x2;
     const int exit = isRight ? kPixel : 0;
     const int64_t dx = std::max(std::abs(x2 - x1), 1);
-    const int64_t passed = std::abs(firstSeen * kPixel + exit - x1);
-    Steps<int64_t> crossings(passed * dy, kPixel * dy, dx);
+    const auto passed = int64_t{std::abs(firstSeen * kPixel + exit - x1)};
+    Steps<int64_t> crossings(passed * dy, int64_t{kPixel} * dy, dx);
     int in = x1 & kInPixel;
     int y = 0;
     if (firstSeen != first) {

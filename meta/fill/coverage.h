@@ -130,7 +130,7 @@ template <typename Sink> void Coverage::HandOver(int row, Sink& sink)
         HandOverSides(row, sink);
     else
         HandOverRange(row, {0, strip.columns}, 0, sink);
-    memset(strip.numbers + row * strip.stride + strip.columns, 0, kBeyond * sizeof(int));
+    memset(strip.numbers + ptrdiff_t{row} * strip.stride + strip.columns, 0, kBeyond * sizeof(int));
 }
 
 // Only beside the edges do the areas change from pixel to pixel.
@@ -160,7 +160,7 @@ template <typename Sink> void Coverage::HandOverSides(int row, Sink& sink)
 // The pixels of a range, which begin to the right of that area. Returns the area of the last one.
 template <typename Sink> int Coverage::HandOverRange(int row, Range range, int area, Sink& sink)
 {
-    int* const start = strip.numbers + row * strip.stride;
+    int* const start = strip.numbers + ptrdiff_t{row} * strip.stride;
     int column = range.begin;
     for (; column < range.end - (kGroup - 1); column += kGroup) {
         Areas areas;

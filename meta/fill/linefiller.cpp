@@ -50,13 +50,14 @@ public:
     void Run(int column, int count, int area)
     {
         const Halves shares = Shares(Areas{} + area);
-        if (shares[0] == kFull)
+        if (shares[0] == kFull) {
             ForGroups(start + column, count, [this](QRgb* pixels, size_t some) {
                 memcpy(pixels, &colors, some * sizeof(QRgb));
             });
-        else if (shares[0] > 0)
+        } else if (shares[0] > 0) {
             ForGroups(start + column, count,
                       [this, shares](QRgb* pixels, size_t some) { Blend(pixels, some, shares); });
+        }
     }
 
 private:
