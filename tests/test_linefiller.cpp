@@ -4,7 +4,7 @@
 // Compares wide lines that are filled here with those that QPainter draws, pixel for pixel.
 #include "meta/fill/linefiller.h"
 #include "meta/fill/paintcheck.h"
-#include "tests/sanitized.h"
+#include "tests/kit/sanitized.h"
 
 #include <QImage>
 #include <QLine>
