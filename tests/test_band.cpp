@@ -18,15 +18,12 @@
 #include <QScreen>
 #include <QStatusBar>
 
-using fixture::Drag;
-using fixture::kViewSize;
+using fixture::kSelection;
 using fixture::Settle;
 using fixture::View;
 using fixture::Window;
 
 namespace {
-
-constexpr Drag kSelection = {{100, 80}, {300, 230}};
 
 // Wide lines in two colors all over the area, on green.
 std::string WideFile()

@@ -8,7 +8,7 @@ namespace {
 
 // What the viewer may take, also for its About box, when a count promises more than there is,
 // kilobytes.
-constexpr qint64 kMostForNothing = 256 * 1024;
+constexpr qint64 kMostForNothing = qint64{256} * 1024;
 
 } // namespace
 

@@ -33,11 +33,12 @@ void Dialogs::Look()
     if (dialog.isNull() || !dialog->isVisible() || inHand.contains(dialog))
         return;
     inHand.append(dialog);
-    if (isNested)
+    if (isNested) {
         QMetaObject::invokeMethod(
             &timer, [this, dialog] { Deal(dialog); }, Qt::QueuedConnection);
-    else
+    } else {
         Deal(dialog);
+    }
 }
 
 void Dialogs::Deal(const QPointer<QDialog>& dialog)
