@@ -79,7 +79,7 @@ void TestAppWindow::constructor_fillsThePalettes()
 
 void TestAppWindow::constructor_readsTheConfiguration()
 {
-    static_cast<void>(directories->Write("home/plotvw.cfg", "export_quality=7\nautosave=y\n"));
+    directories->Write("home/plotvw.cfg", "export_quality=7\nautosave=y\n");
     const Window window;
     QCOMPARE(giExportQuality, 7);
     QCOMPARE(giAutosave, 1);

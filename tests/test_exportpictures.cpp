@@ -159,7 +159,7 @@ void TestExportPictures::jpeg_quality_isTenTimesTheSetting()
 
 void TestExportPictures::jpeg_quality_fromTheConfigurationFile()
 {
-    static_cast<void>(directories->Write("home/plotvw.cfg", "export_quality=7\n"));
+    directories->Write("home/plotvw.cfg", "export_quality=7\n");
     Window window;
     Open(window);
     ChooseAndType(window, kJpeg, Path("out"));

@@ -546,7 +546,7 @@ void TestFileProp::menu_properties_afterAFailedLoad_showNoPathAndOldValues()
     QFETCH(QByteArray, content);
     QFETCH(QString, size);
     if (!content.isNull())
-        static_cast<void>(directories->Write("bad.plf", content.toStdString()));
+        directories->Write("bad.plf", content.toStdString());
     Window window;
     window.AddViewOf(directories->Write("a.plf", Graph(3)));
     QVERIFY(window.Show());

@@ -285,12 +285,11 @@ void TestOpening::load_badFile_isReported()
     QFETCH(QByteArray, path);
     QFETCH(QByteArray, message);
     QVERIFY(QDir().mkpath(Text(directories->Path("directory"))));
-    static_cast<void>(directories->Write("empty.plf", ""));
-    static_cast<void>(directories->Write("short.plf", plf::Header().substr(0, 15)));
-    static_cast<void>(directories->Write("other.plf", "X" + plf::Diagonal()));
-    static_cast<void>(
-        directories->Write("last.plf", plf::Header().substr(0, 15) + "1" + plf::Diagonal()));
-    static_cast<void>(directories->Write("text.plf", "TG140000TG1410 and some more text\n"));
+    directories->Write("empty.plf", "");
+    directories->Write("short.plf", plf::Header().substr(0, 15));
+    directories->Write("other.plf", "X" + plf::Diagonal());
+    directories->Write("last.plf", plf::Header().substr(0, 15) + "1" + plf::Diagonal());
+    directories->Write("text.plf", "TG140000TG1410 and some more text\n");
     QCOMPARE(symlink("none.plf", directories->Path("broken.plf").c_str()), 0);
     QCOMPARE(symlink("loop.plf", directories->Path("loop.plf").c_str()), 0);
     const std::string name = path.toStdString();
@@ -504,7 +503,7 @@ void TestOpening::load_relativeName_isFoundInTheStartDirectory()
 
 void TestOpening::load_relativeName_ignoresTheExportDirectory()
 {
-    static_cast<void>(directories->Write("tmp/a.plf", plf::Diagonal()));
+    directories->Write("tmp/a.plf", plf::Diagonal());
     QVERIFY(CopyText(gszCurrentWorkingDir, directories->Path("tmp").c_str()));
     const Window window;
     Box box;
@@ -516,7 +515,7 @@ void TestOpening::load_relativeName_ignoresTheExportDirectory()
 
 void TestOpening::load_relativeName_statusSaysTheNameAsGiven()
 {
-    static_cast<void>(directories->Write("work/a.plf", plf::Diagonal()));
+    directories->Write("work/a.plf", plf::Diagonal());
     const Window window;
     window->load(QStringLiteral("a.plf"));
     QCOMPARE(Status(window), QStringLiteral("Loaded document a.plf"));

@@ -98,7 +98,7 @@ void TestPrinting::cmdPrint_orientationOption()
 {
     QFETCH(QByteArray, option);
     QFETCH(QPageLayout::Orientation, orientation);
-    static_cast<void>(directories->Write("work/a.plf", PrintGraph()));
+    directories->Write("work/a.plf", PrintGraph());
     QByteArray program("plotvw");
     QByteArray print("-p");
     QByteArray file("a.plf");
@@ -141,7 +141,7 @@ void TestPrinting::cmdPrint_paperType()
 
 void TestPrinting::cmdPrint_paperTypeOfTheConfigurationFile()
 {
-    static_cast<void>(directories->Write("home/plotvw.cfg", "printer_paper_type=2\n"));
+    directories->Write("home/plotvw.cfg", "printer_paper_type=2\n");
     Window window;
     Open(window);
     SetPrinter(window, Path("page.pdf"));

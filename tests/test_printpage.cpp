@@ -232,8 +232,7 @@ void TestPrintPage::page_sizeAndShift_areTruncated()
 
 void TestPrintPage::page_sizeAndShiftOfTheConfigurationFile()
 {
-    static_cast<void>(directories->Write("home/plotvw.cfg",
-                                         "printer_page_shift=-12,30\nprinter_page_size=0.5,0.5\n"));
+    directories->Write("home/plotvw.cfg", "printer_page_shift=-12,30\nprinter_page_size=0.5,0.5\n");
     Window window;
     Open(window);
     const Paper paper = SetPrinter(window, Path("page.pdf"), 600);

@@ -189,7 +189,7 @@ void TestRememberedPlace::constructor_shortSettings_areSurvived()
     for (const char field : {'\x0a', '\x0b', '\0', '\0'})
         settings += field + std::string(7, '\0');
     settings += std::string("\x2c\1\0\0\0\0\0\0\xf0", 9);
-    static_cast<void>(directories->Write("home/.plotvwsettings", settings));
+    directories->Write("home/.plotvwsettings", settings);
     const Window window;
     QCOMPARE(window->pos(), QPoint(10, 11));
     QCOMPARE(window->size(), QSize(300, 0x1f0)); // the default 0x1e7 with its low byte replaced
@@ -339,7 +339,7 @@ void TestRememberedPlace::closing_withoutAutosave_writesNothing()
 
 void TestRememberedPlace::closing_withAutosave_writesPlaceAndBackground()
 {
-    static_cast<void>(directories->Write("home/plotvw.cfg", "autosave=yes\n"));
+    directories->Write("home/plotvw.cfg", "autosave=yes\n");
     Window window;
     window.AddViewOf(directories->Write("a.plf", plf::Diagonal()));
     QVERIFY(window.Show());

@@ -104,7 +104,7 @@ void TestSaveAs::saveAs_changedFileOnDisk_copiesWhatWasRead()
 {
     Window window;
     Open(window);
-    static_cast<void>(directories->Write("a.plf", "something else"));
+    directories->Write("a.plf", "something else");
     SaveAs(window, Path("copy"));
     QCOMPARE(ReadFile(Path("copy.plf")), QByteArray::fromStdString(ExportGraph()));
 }

@@ -189,7 +189,7 @@ void TestSaveDialog::existingFile_isAskedAbout()
     for (const QString& file : existing.split(u',')) {
         const QString path = Text(Path(file.toStdString()));
         QVERIFY(QDir().mkpath(QFileInfo(path).path()));
-        static_cast<void>(directories->Write(file.toStdString(), "content"));
+        directories->Write(file.toStdString(), "content");
     }
     ExpectName(typed);
     QCOMPARE(Ask(&window), Text(Path("work/")) + name);
@@ -199,7 +199,7 @@ void TestSaveDialog::existingFile_isAskedAbout()
 
 void TestSaveDialog::existingFile_refused_leavesTheDialogOpen()
 {
-    static_cast<void>(directories->Write("work/keep.jpg", "content"));
+    directories->Write("work/keep.jpg", "content");
     bool wasOpen = false;
     QString left;
     dialogs->Expect<QFileDialog>([&](QFileDialog& dialog) {
@@ -217,8 +217,8 @@ void TestSaveDialog::existingFile_refused_leavesTheDialogOpen()
 
 void TestSaveDialog::listedFileWithoutExtension_asksAboutTheCompletedOne()
 {
-    static_cast<void>(directories->Write("work/keep", "content"));
-    static_cast<void>(directories->Write("work/keep.jpg", "content"));
+    directories->Write("work/keep", "content");
+    directories->Write("work/keep.jpg", "content");
     dialogs->Expect<QFileDialog>([&](QFileDialog& dialog) {
         dialog.setDirectory(Text(Path("work")));
         dialog.setViewMode(QFileDialog::List);
@@ -252,7 +252,7 @@ void TestSaveDialog::folder_isOpened()
 {
     QFETCH(QString, typed);
     QFETCH(QString, shown);
-    static_cast<void>(directories->Write("work/folder.jpg", "content"));
+    directories->Write("work/folder.jpg", "content");
     QString folder;
     dialogs->Expect<QFileDialog>([&](QFileDialog& dialog) {
         dialog.setDirectory(Text(Path("work")));
@@ -285,7 +285,7 @@ void TestSaveDialog::longestName_isLeftToTheWriter()
 
 void TestSaveDialog::foreignDialog_asksAfterwards()
 {
-    static_cast<void>(directories->Write("work/keep.jpg", "content"));
+    directories->Write("work/keep.jpg", "content");
     ExpectForeignDialog(QStringLiteral("keep"));
     dialogs->Expect<QMessageBox>([this](QMessageBox& box) { Answer(box, QMessageBox::Yes); });
     QCOMPARE(Ask(&window), Text(Path("work/keep.jpg")));
@@ -294,7 +294,7 @@ void TestSaveDialog::foreignDialog_asksAfterwards()
 
 void TestSaveDialog::foreignDialog_refused_asksForAnotherName()
 {
-    static_cast<void>(directories->Write("work/keep.jpg", "content"));
+    directories->Write("work/keep.jpg", "content");
     ExpectForeignDialog(QStringLiteral("keep"));
     dialogs->Expect<QMessageBox>([this](QMessageBox& box) { Answer(box, QMessageBox::No); });
     ExpectForeignDialog(QStringLiteral("other"));
@@ -304,7 +304,7 @@ void TestSaveDialog::foreignDialog_refused_asksForAnotherName()
 
 void TestSaveDialog::foreignDialog_parentGoesDuringTheQuestion_isSurvived()
 {
-    static_cast<void>(directories->Write("work/keep.jpg", "content"));
+    directories->Write("work/keep.jpg", "content");
     const QPointer<QWidget> parent = new QWidget;
     ExpectForeignDialog(QStringLiteral("keep"));
     dialogs->Expect<QMessageBox>([&parent](QMessageBox&) { delete parent; });

@@ -20,7 +20,7 @@ public:
     [[nodiscard]] std::string Path(const std::string& name) const;
 
     /// Writes a file and returns its path.
-    [[nodiscard]] std::string Write(const std::string& name, const std::string& bytes) const;
+    std::string Write(const std::string& name, const std::string& bytes) const;
 
 private:
     template <size_t size> void Make(const char* name, char (&global)[size]);

@@ -4,12 +4,13 @@
 // How large a picture is, and how large one may be.
 #pragma once
 
+#include "meta/plfarea.h"
 #include "tools/convert/picturesettings.h"
 
 namespace convert {
 
-/// The view's width in a window of the default size, pixels.
-constexpr int kDefaultWidth = 640;
+/// The width of a picture unless another one is asked for, pixels.
+constexpr int kDefaultWidth = kUnscaledWidth;
 /// Longest side of a picture in pixels: Qt paints no farther.
 constexpr int kMaxSide = 32767;
 /// Most pixels of a picture; as an image they take 1 GB.
