@@ -40,14 +40,16 @@ namespace {
 
 std::atomic<bool> noThreads = false;
 
-// Allocations of that size fail, so many times.
-constexpr size_t kFailing = 4096 * sizeof(int); // what a filler needs
+// So many allocations fail.
 std::atomic<int> failures = 0;
 
 } // namespace
 
 // Sanitizers have allocations and threads of their own.
 #ifndef PLOTVW_SANITIZED
+
+// What a filler needs is the size of those that fail.
+constexpr size_t kFailing = 4096 * sizeof(int);
 
 void* operator new(size_t size)
 {
