@@ -12,6 +12,7 @@
 #include <QImage>
 #include <QPainter>
 #include <QRunnable>
+#include <QScopeGuard>
 #include <QThreadPool>
 
 #include <algorithm>
@@ -150,22 +151,31 @@ QImage SamePixels(QImage& image)
     return same;
 }
 
+// Where a pass can be cut into bands.
+struct Target {
+    QImage* image;
+    QRect pixels; // that may be changed
+};
+
 // The bands of one picture, drawn by whoever takes the next.
 class Bands
 {
 public:
-    Bands(const PlfPass& drawnPass, const QPainter& callers, QImage& target, const QRect& pixels,
-          const RowCuts& cuts);
+    /// @return null when there is no memory for all that threads need
+    static std::unique_ptr<Bands> Make(const PlfPass& pass, const QPainter& callers,
+                                       const Target& target, const RowCuts& cuts,
+                                       const PassValues& begin);
 
-    /// Whether there was memory for all that threads need.
-    [[nodiscard]] bool IsReady() const;
     PlfResult Paint();
+    /// What the pass left.
+    [[nodiscard]] const PassValues& Values() const { return bands.front().values; }
 
 private:
     struct Band {
         QRect pixels;
         QImage image;  // all pixels of the picture
         QImage before; // those of the band, as they were
+        PassValues values;
         PlfResult result;
         bool isDone = false;
     };
@@ -180,8 +190,13 @@ private:
         void Work(PassWatch* watch);
         /// Waits for the last one.
         void Wait(PassWatch* watch);
+        /// Lets nobody begin another one, and waits for those that have begun.
+        void Close();
 
     private:
+        // Counts a band as finished, however it ended.
+        class Turn;
+
         Bands& bands; // while there is one to be drawn
         const size_t count;
         std::atomic<size_t> next = 0;
@@ -209,20 +224,38 @@ private:
         std::atomic<bool> isReady = false; // how Qt hands it to the thread, no sanitizer can see
     };
 
-    void CallThreads(const std::shared_ptr<Queue>& queue) const;
+    Bands(const PlfPass& drawnPass, const QPainter& callers, const Target& target,
+          const RowCuts& cuts, const PassValues& start);
+    [[nodiscard]] bool HasImages() const;
+    void CallThreads() const;
     void Try(Band& band, PassWatch* watch) const;
     void PaintBand(Band& band, PassWatch* watch) const;
     void PaintAgain(Band& band) const;
 
     const PlfPass& pass;
+    const PassValues& begin;
     PainterState state;
     std::vector<Band> bands;
+    std::shared_ptr<Queue> queue;
 };
 
-Bands::Bands(const PlfPass& drawnPass, const QPainter& callers, QImage& target, const QRect& pixels,
-             const RowCuts& cuts)
-    : pass(drawnPass), state(callers)
+std::unique_ptr<Bands> Bands::Make(const PlfPass& pass, const QPainter& callers,
+                                   const Target& target, const RowCuts& cuts,
+                                   const PassValues& begin)
 {
+    try {
+        std::unique_ptr<Bands> made(new Bands(pass, callers, target, cuts, begin));
+        return made->HasImages() ? std::move(made) : nullptr;
+    } catch (const std::bad_alloc&) {
+        return nullptr;
+    }
+}
+
+Bands::Bands(const PlfPass& drawnPass, const QPainter& callers, const Target& target,
+             const RowCuts& cuts, const PassValues& start)
+    : pass(drawnPass), begin(start), state(callers)
+{
+    const QRect& pixels = target.pixels;
     RowCuts ends = cuts;
     ends.push_back(pixels.y() + pixels.height());
     int top = pixels.y();
@@ -231,12 +264,13 @@ Bands::Bands(const PlfPass& drawnPass, const QPainter& callers, QImage& target, 
         if (end <= top)
             continue;
         const QRect rows(pixels.x(), top, pixels.width(), end - top);
-        bands.push_back({rows, SamePixels(target), target.copy(rows), {}, false});
+        bands.push_back({rows, SamePixels(*target.image), target.image->copy(rows), {}, {}, false});
         top = end;
     }
+    queue = std::make_shared<Queue>(*this);
 }
 
-bool Bands::IsReady() const
+bool Bands::HasImages() const
 {
     return std::none_of(bands.begin(), bands.end(), [](const Band& band) {
         return band.image.isNull() || band.before.isNull();
@@ -245,8 +279,9 @@ bool Bands::IsReady() const
 
 PlfResult Bands::Paint()
 {
-    const auto queue = std::make_shared<Queue>(*this);
-    CallThreads(queue);
+    // Whatever the watch does, threads that draw need what they draw with.
+    const auto close = qScopeGuard([this] { queue->Close(); });
+    CallThreads();
     queue->Work(pass.watch);
     queue->Wait(pass.watch);
     for (Band& band : bands) {
@@ -258,12 +293,12 @@ PlfResult Bands::Paint()
 
 // Qt says nothing of a thread that does not start, and would wait for it at the program's end; so
 // the pool is never destroyed.
-void Bands::CallThreads(const std::shared_ptr<Queue>& queue) const
+void Bands::CallThreads() const
 {
-    static auto* const pool = new QThreadPool;
     const int helpers = std::min(pass.threads, static_cast<int>(bands.size())) - 1;
-    pool->setMaxThreadCount(std::max(helpers, pool->maxThreadCount()));
     try {
+        static auto* const pool = new QThreadPool;
+        pool->setMaxThreadCount(std::max(helpers, pool->maxThreadCount()));
         for (int i = 0; i < helpers; ++i) {
             auto helper = std::make_unique<Helper>(queue);
             if (!pool->tryStart(helper.get()))
@@ -275,14 +310,36 @@ void Bands::CallThreads(const std::shared_ptr<Queue>& queue) const
     }
 }
 
+class Bands::Queue::Turn
+{
+public:
+    explicit Turn(Queue& turning) : queue(turning) {}
+    ~Turn()
+    {
+        const std::lock_guard lock(queue.mutex);
+        ++queue.finished;
+        queue.changed.notify_one();
+    }
+    Turn(const Turn&) = delete;
+    Turn& operator=(const Turn&) = delete;
+
+private:
+    Queue& queue;
+};
+
 void Bands::Queue::Work(PassWatch* watch)
 {
     for (size_t mine = next++; mine < count; mine = next++) {
+        const Turn turn(*this);
         bands.Try(bands.bands[mine], watch);
-        const std::lock_guard lock(mutex);
-        ++finished;
-        changed.notify_one();
     }
+}
+
+void Bands::Queue::Close()
+{
+    const size_t begun = std::min(next.exchange(count), count);
+    std::unique_lock lock(mutex);
+    changed.wait(lock, [&] { return finished >= begun; });
 }
 
 void Bands::Queue::Wait(PassWatch* watch)
@@ -310,10 +367,11 @@ void Bands::PaintBand(Band& band, PassWatch* watch) const
     own.watch = watch;
     QPainter painter(&band.image);
     state.ApplyTo(painter);
-    PassRun run(own);
-    PainterSink sink(painter, own, run.background, run.pen);
+    PassRun run(own, begin);
+    PainterSink sink(painter, own, run.background, run.values.pen);
     sink.LimitTo(band.pixels);
     band.result = run.Into(sink);
+    band.values = run.values;
 }
 
 void Bands::PaintAgain(Band& band) const
@@ -329,11 +387,13 @@ void Bands::PaintAgain(Band& band) const
     PaintBand(band, pass.watch);
 }
 
-PlfResult PaintWhole(const PlfPass& pass, QPainter& painter)
+PlfResult PaintWhole(const PlfPass& pass, QPainter& painter, PassValues& values)
 {
-    PassRun run(pass);
-    PainterSink sink(painter, pass, run.background, run.pen);
-    return run.Into(sink);
+    PassRun run(pass, values);
+    PainterSink sink(painter, pass, run.background, run.values.pen);
+    const PlfResult result = run.Into(sink);
+    values = run.values;
+    return result;
 }
 
 void Map(const PlfPass& pass, QPainter& painter)
@@ -341,12 +401,6 @@ void Map(const PlfPass& pass, QPainter& painter)
     QPen pen;
     PainterSink(painter, pass, pass.Background(), pen).MapWindow();
 }
-
-// Where a pass can be cut into bands, or nothing.
-struct Target {
-    QImage* image;
-    QRect pixels; // that may be changed
-};
 
 std::optional<Target> FindTarget(const PlfPass& pass, QPainter& painter)
 {
@@ -382,6 +436,19 @@ bool IsExact(const PlfPass& pass, const QPainter& painter, const QRect& pixels)
     return !survey.HasWidth();
 }
 
+RowCuts CutsIn(const QRect& pixels, const PlfPass& pass, const QPainter& painter)
+{
+    SurveySink survey = MakeSurvey(pass, painter, pixels);
+    const Sample sample(pass.graph);
+    Survey(pass, sample.Bytes(), survey);
+    if (survey.HasWidth() && HasSameScales(painter.deviceTransform()))
+        return {};
+    const RowWork work = {survey.Rows(), pixels.y()};
+    const double all = work.Sum() * static_cast<double>(pass.graph.size) /
+                       static_cast<double>(sample.Bytes().size);
+    return work.Cut(static_cast<int>(std::min<double>(pass.threads, all / kWorthAThread)));
+}
+
 } // namespace
 
 int ThreadLimit()
@@ -398,24 +465,27 @@ RowCuts FindCuts(const PlfPass& pass, QPainter& painter)
     const std::optional<Target> target = FindTarget(pass, painter);
     if (!target)
         return {};
-    SurveySink survey = MakeSurvey(pass, painter, target->pixels);
-    const Sample sample(pass.graph);
-    Survey(pass, sample.Bytes(), survey);
-    if (survey.HasWidth() && HasSameScales(painter.deviceTransform()))
-        return {};
-    const RowWork work = {survey.Rows(), target->pixels.y()};
-    const double all = work.Sum() * static_cast<double>(pass.graph.size) /
-                       static_cast<double>(sample.Bytes().size);
-    return work.Cut(static_cast<int>(std::min<double>(pass.threads, all / kWorthAThread)));
+    try {
+        return CutsIn(target->pixels, pass, painter);
+    } catch (const std::bad_alloc&) {
+        return {}; // one band needs less
+    }
 }
 
-PlfResult PaintInBands(const PlfPass& pass, QPainter& painter, const RowCuts& cuts)
+PlfResult PaintInBands(const PlfPass& pass, QPainter& painter, const RowCuts& cuts,
+                       PassValues* values)
 {
+    PassValues unasked;
+    PassValues& state = values != nullptr ? *values : unasked;
     if (cuts.empty())
-        return PaintWhole(pass, painter);
+        return PaintWhole(pass, painter, state);
     const std::optional<Target> target = FindTarget(pass, painter);
-    if (!target || !IsExact(pass, painter, target->pixels))
-        return PaintWhole(pass, painter);
-    Bands bands(pass, painter, *target->image, target->pixels, cuts);
-    return bands.IsReady() ? bands.Paint() : PaintWhole(pass, painter);
+    const auto bands = target && IsExact(pass, painter, target->pixels)
+                           ? Bands::Make(pass, painter, *target, cuts, state)
+                           : nullptr;
+    if (bands == nullptr)
+        return PaintWhole(pass, painter, state);
+    const PlfResult result = bands->Paint();
+    state = bands->Values();
+    return result;
 }

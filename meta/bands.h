@@ -10,6 +10,8 @@
 
 #include <vector>
 
+struct PassValues;
+
 /// The rows of an image, in pixels, at which one band ends and the next begins: ascending. None =
 /// one band.
 using RowCuts = std::vector<int>;
@@ -24,4 +26,6 @@ RowCuts FindCuts(const PlfPass& pass, QPainter& painter);
 
 /// As PaintGraph(), in bands where they give the same pixels: on an image, with a clip that is a
 /// rectangle, for lines that Qt paints alike with any such clip.
-PlfResult PaintInBands(const PlfPass& pass, QPainter& painter, const RowCuts& cuts);
+/// @param values  what an earlier pass left; becomes what this one leaves. Null = nobody asks
+PlfResult PaintInBands(const PlfPass& pass, QPainter& painter, const RowCuts& cuts,
+                       PassValues* values = nullptr);

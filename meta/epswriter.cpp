@@ -12,6 +12,7 @@
 #include <charconv>
 #include <cstring>
 #include <limits>
+#include <utility>
 
 namespace {
 
@@ -242,6 +243,7 @@ void EpsWriter::Decimal(double value)
 
 void EpsWriter::Flush()
 {
-    sink.Write(buffer, used);
-    used = 0;
+    // Forgotten first: a sink that fails by an exception is not asked again while it is thrown.
+    if (const size_t waiting = std::exchange(used, 0); waiting > 0)
+        sink.Write(buffer, waiting);
 }

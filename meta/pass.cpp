@@ -48,7 +48,7 @@ PlfResult FollowGraph(const PlfPass& pass, PlfObserver& observer, QPainter* pain
         NoSink sink;
         return run.Into(sink, observer);
     }
-    PainterSink sink(*painter, pass, run.background, run.pen);
+    PainterSink sink(*painter, pass, run.background, run.values.pen);
     return run.Into(sink, observer);
 }
 

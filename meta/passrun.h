@@ -9,11 +9,27 @@
 
 #include <QPen>
 
+#include <utility>
+
+/// What a pass changes on its way, with the pen that lines are drawn with.
+struct PassValues {
+    TextState text;
+    InputState input;
+    LineState line;
+    BeamState beam;
+    AddressParts address;
+    QPen pen;
+};
+
 /// Runs one pass, with its own state.
 class PassRun
 {
 public:
-    explicit PassRun(const PlfPass& drawnPass) : pass(drawnPass), background(pass.Background()) {}
+    /// @param begin  what an earlier pass left
+    explicit PassRun(const PlfPass& drawnPass, PassValues begin = {})
+        : pass(drawnPass), background(pass.Background()), values(std::move(begin))
+    {
+    }
 
     template <class Sink> PlfResult Into(Sink& sink)
     {
@@ -28,20 +44,15 @@ public:
 
     const PlfPass& pass;
     int background;
-    QPen pen;
+    PassValues values;
     int epsItems = 1;
 
 private:
     template <class Sink, class Reporter> PlfResult Run(Sink& sink, Reporter& report)
     {
         const unsigned long vectors = Decoder<Sink, Reporter>(pass, state, sink, report).Run();
-        return {vectors, background, input.nTextsRefused};
+        return {vectors, background, values.input.nTextsRefused};
     }
 
-    TextState text;
-    InputState input;
-    LineState line;
-    BeamState beam;
-    AddressParts address;
-    PassState state = {text, input, line, beam, address};
+    PassState state = {values.text, values.input, values.line, values.beam, values.address};
 };

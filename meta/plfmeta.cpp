@@ -7,11 +7,15 @@
 #include "meta/decoder.h"
 #include "meta/epssink.h"
 #include "meta/paintersink.h"
+#include "meta/palette.h"
+#include "meta/passrun.h"
 #include "meta/plfbuffer.h"
 #include "meta/plftext.h"
 #include "meta/printerdpi.h"
 #include "support/log.h"
 #include "support/text.h"
+
+#include <QPainter>
 
 #include <algorithm>
 #include <cstddef>
@@ -127,7 +131,7 @@ int CPlfMeta::Plf2Screen(const PlfPass& pass)
     if (cvtfp == nullptr) {
         const RowCuts cuts = FindCuts(pass, *pPainter);
         if (!cuts.empty())
-            return Leave(PaintInBands(pass, *pPainter, cuts), background);
+            return DrawBands(pass, cuts, background);
         PainterSink painting(*pPainter, pass, background, pen);
         return RunInto(painting, pass, background);
     }
@@ -145,6 +149,22 @@ template <class Sink> int CPlfMeta::RunInto(Sink& sink, const PlfPass& pass, int
     PlfResult result;
     result.vectors = Decoder<Sink, NoReport>(pass, State(), sink, nobody).Run();
     result.textsRefused = input.nTextsRefused;
+    return Leave(result, background);
+}
+
+// The object and its painter are left as by a pass in one piece.
+int CPlfMeta::DrawBands(const PlfPass& pass, const RowCuts& cuts, int background)
+{
+    PassValues values = {text, input, line, beam, address, pen};
+    const PlfResult result = PaintInBands(pass, *pPainter, cuts, &values);
+    text = values.text;
+    input = values.input;
+    line = values.line;
+    beam = values.beam;
+    address = values.address;
+    pen = values.pen;
+    pPainter->setBackground(PaletteColor(background));
+    pPainter->setPen(pen);
     return Leave(result, background);
 }
 

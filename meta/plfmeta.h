@@ -15,6 +15,7 @@
 #include <QPen>
 
 #include <memory>
+#include <vector>
 
 class PassWatch;
 class QPainter;
@@ -78,6 +79,7 @@ private:
     PassState State() { return {text, input, line, beam, address}; }
     int Plf2Screen(const PlfPass& pass);
     template <class Sink> int RunInto(Sink& sink, const PlfPass& pass, int background);
+    int DrawBands(const PlfPass& pass, const std::vector<int>& cuts, int background);
     static int Leave(const PlfResult& result, int background);
     template <class Action> void Act(Action action);
     void DrawVector(bool continues, int x1, int y1, int x2, int y2);

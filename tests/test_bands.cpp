@@ -3,22 +3,29 @@
 //
 // Pictures in bands of rows, pixel for pixel beside one call of Qt for each line, and beside one
 // band.
+#include "app/state/globals.h"
 #include "meta/bands.h"
 #include "meta/pass.h"
 #include "meta/passwatch.h"
+#include "meta/plfbuffer.h"
 #include "meta/plfgraph.h"
+#include "meta/plfmeta.h"
 #include "tests/kit/graph.h"
 #include "tests/kit/plainpainter.h"
 #include "tests/kit/recorder.h"
 #include "tests/kit/sanitized.h"
 #include "tests/reference/streams.h"
 
+#include <QBuffer>
+#include <QDataStream>
 #include <QDeadlineTimer>
 #include <QDir>
 #include <QFile>
+#include <QFont>
 #include <QImage>
 #include <QPainter>
 #include <QRegion>
+#include <QTemporaryFile>
 #include <QTest>
 #include <QThread>
 
@@ -30,6 +37,7 @@
 #include <iterator>
 #include <new>
 #include <random>
+#include <stdexcept>
 #include <string>
 #include <thread>
 
@@ -262,7 +270,9 @@ private slots:
     void environment_limitsTheThreads();
     void cleanup() { qunsetenv("PLOTVW_THREADS"); }
     void watch_isToldByTheCallerAlone();
+    void watchThatThrows_leavesNoThreadBehind();
     void result_isThatOfOneBand();
+    void interpreter_isLeftAsByOneBand();
     void bandThatFindsNoMemory_isDrawnAgain();
     void withoutThreads_theCallerDraws(); // the last one: Qt counts those threads for ever
 
@@ -470,6 +480,22 @@ void TestBands::watch_isToldByTheCallerAlone()
     }
 }
 
+void TestBands::watchThatThrows_leavesNoThreadBehind()
+{
+    const Look look = {{160, 112}};
+    const PlfGraph graph = Load(AnyGraph(1, 16, false, 20000));
+    PlfPass pass = PassOf(graph, look);
+    const QImage one = PaintBands(pass, look, 1);
+    PassWatch watch([] { throw std::runtime_error("told"); });
+    const QDeadlineTimer patience(PassWatch::kPatience);
+    while (!patience.hasExpired())
+        QThread::yieldCurrentThread();
+    pass.watch = &watch;
+    QVERIFY_THROWS_EXCEPTION(std::runtime_error, PaintBands(pass, look, 8));
+    pass.watch = nullptr;
+    QVERIFY(PaintBands(pass, look, 8) == one);
+}
+
 void TestBands::result_isThatOfOneBand()
 {
     const Look look = {{160, 112}};
@@ -487,6 +513,46 @@ void TestBands::result_isThatOfOneBand()
     QCOMPARE(many.vectors, one.vectors);
     QCOMPARE(many.textsRefused, one.textsRefused);
     QCOMPARE(many.background, one.background);
+}
+
+// What a pass of the window's interpreter left behind.
+QByteArray DrawnInWindow(const QByteArray& threads)
+{
+    qputenv("PLOTVW_THREADS", threads);
+    QImage image = AnyGround({{640, 446}});
+    QPainter painter(&image);
+    painter.setRenderHint(QPainter::Antialiasing);
+    char name[] = "graph.plf";
+    CPlfMeta meta(name, &painter, nullptr, 1.0, 0);
+    Rect zoom = {};
+    Rect full = kWholeArea;
+    meta.DrawPlf(&zoom, &full);
+    QByteArray left;
+    QBuffer buffer(&left);
+    buffer.open(QIODevice::WriteOnly);
+    QDataStream stream(&buffer);
+    stream << meta.TextFont() << painter.pen() << painter.background() << painter.window()
+           << quint64{gdwVectorCnt} << quint64{gdwBkClrFile};
+    return left;
+}
+
+void TestBands::interpreter_isLeftAsByOneBand()
+{
+    QTemporaryFile file;
+    QVERIFY(file.open());
+    std::string bytes = AnyGraph(3, 16, true, kManyLines);
+    bytes.insert(kHeader.size() + 4,
+                 std::string(100, '0') + "\x1bRA12\x1bRA12\x1bZFCourier\x1bZS?");
+    file.write(QByteArray::fromStdString(bytes));
+    file.close();
+    char message[kPathSize] = "";
+    QCOMPARE(LoadPlfFile(file.fileName().toLocal8Bit().data(), message), 0);
+    gbBkClrWhite = false;
+    const QByteArray one = DrawnInWindow("1");
+    QVERIFY(DrawnInWindow("4") == one);
+    gbBkClrWhite = true;
+    QVERIFY(DrawnInWindow("1") != one); // the settings count
+    FreePlfBuffer();
 }
 
 void TestBands::bandThatFindsNoMemory_isDrawnAgain()
