@@ -38,7 +38,7 @@ QRegion VisiblePixels(const QPainter& painter)
 
 } // namespace
 
-LinePainter::LinePainter(QPainter* target) : painter(target), isRaster(IsRaster(target)) {}
+LinePainter::LinePainter(QPainter& target) : painter(&target), isRaster(IsRaster(&target)) {}
 
 LinePainter::~LinePainter()
 {
@@ -55,8 +55,6 @@ void LinePainter::LimitTo(const QRect& pixels)
 
 void LinePainter::SetPen(const QPen& pen)
 {
-    if (painter == nullptr)
-        return;
     Flush();
     painter->setPen(pen);
     if (!isRaster)

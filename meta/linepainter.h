@@ -24,9 +24,9 @@ class QPen;
 class LinePainter
 {
 public:
-    /// @param target  null to draw nothing; must be active and outlive the object. While it does, a
-    ///                painter on an image that has no clip gets that of the whole image.
-    explicit LinePainter(QPainter* target);
+    /// @param target  active; outlives the object. While it does, a painter on an image that has no
+    ///                clip gets that of the whole image.
+    explicit LinePainter(QPainter& target);
     ~LinePainter();
     LinePainter(const LinePainter&) = delete;
     LinePainter& operator=(const LinePainter&) = delete;
@@ -43,7 +43,7 @@ public:
     void Line(int x1, int y1, int x2, int y2)
     {
         // Rejecting a line here is 5 to 15 times cheaper than in QPainter.
-        if (painter != nullptr && !visible.Misses(x1, y1, x2, y2))
+        if (!visible.Misses(x1, y1, x2, y2))
             Add(x1, y1, x2, y2);
     }
     /// Draws the waiting lines; must be called before anything else is painted.
@@ -79,12 +79,12 @@ private:
     // Parts of the visible area that are worth distinguishing: those around a moving rubber band.
     static constexpr size_t kMostParts = 8;
 
+    Bounds visible; // where lines with this pen can touch a visible pixel
     QPainter* painter;
     PassWatch* watch = nullptr;
     bool isRaster;
     std::optional<QRect> clip; // pixels that may be changed, where that is known
     bool clipsDevice = false;  // the painter has it for as long as this object
-    Bounds visible;            // where lines with this pen can touch a visible pixel
     std::array<Bounds, kMostParts> parts;
     ptrdiff_t partCount = 0; // 0 = all of it is visible
     size_t batchSize = 1;    // lines per call

@@ -63,7 +63,7 @@ void DrawOutlines(QPainter& painter, const QPoint& at, const QString& text)
 
 PainterSink::PainterSink(QPainter& target, const PlfPass& drawnPass, int backgroundIndex,
                          QPen& workingPen)
-    : painter(target), pass(drawnPass), background(backgroundIndex), pen(workingPen), lines(&target)
+    : painter(target), pass(drawnPass), background(backgroundIndex), pen(workingPen), lines(target)
 {
     lines.Watch(pass.watch);
 }

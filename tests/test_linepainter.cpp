@@ -228,7 +228,7 @@ void TestLinePainter::linesAtTheEdges_equalOneCallPerLine()
             painter->scale(across, down);
         }
         const QPen pen(Qt::black, width);
-        LinePainter lines(&drawnPainter);
+        LinePainter lines(drawnPainter);
         lines.SetPen(pen);
         plainPainter.setPen(pen);
         for (const QLine& line : EdgeLines(units, reach, random)) {
@@ -322,7 +322,7 @@ void TestLinePainter::otherStates_equalOneCallPerLine()
             painter->setWindow(0, 0, 360, 140);
             painter->setPen(QPen(color, 6));
         }
-        LinePainter lines(&drawnPainter);
+        LinePainter lines(drawnPainter);
         lines.SetPen(drawnPainter.pen());
         for (const QLine& line : EdgeLines(QSize(360, 140), 50, random)) {
             lines.Line(line.x1(), line.y1(), line.x2(), line.y2());
@@ -344,7 +344,7 @@ void TestLinePainter::rectanglesBetweenLines_keepTheirPlace()
         painter->setRenderHint(QPainter::Antialiasing);
         painter->setWindow(0, 0, 90, 35);
     }
-    LinePainter lines(&drawnPainter);
+    LinePainter lines(drawnPainter);
     for (int i = 0; i < 6; ++i) {
         const QPen pen(i % 2 == 0 ? Qt::red : Qt::blue, 4);
         lines.SetPen(pen);
@@ -366,7 +366,7 @@ void TestLinePainter::painter_hasNoClipAfterwards()
     painter.setWindow(0, 0, kPlfWidth, kPlfHeight);
     const QTransform mapping = painter.combinedTransform();
     {
-        LinePainter lines(&painter);
+        LinePainter lines(painter);
         lines.SetPen(QPen(Qt::black, 0));
         QVERIFY(painter.hasClipping());
         QCOMPARE(painter.combinedTransform(), mapping);
@@ -386,7 +386,7 @@ void TestLinePainter::filledLines_letTheWatchLook()
     const QDeadlineTimer patience(PassWatch::kPatience);
     while (!patience.hasExpired())
         QThread::yieldCurrentThread();
-    LinePainter lines(&painter);
+    LinePainter lines(painter);
     lines.Watch(&watch);
     lines.SetPen(QPen(Qt::black, 100));
     for (int i = 1; i < kBeforeALook; ++i)
