@@ -52,6 +52,7 @@ private:
 
     void ConnectHost();
     bool RunCommand(const QString& commandLine);
+    /// Sends a message to the host, if the link is open. The program itself only acknowledges.
     void writeData(const QString& message);
     void checkDeleteTempFile();
     struct MenuRow;

@@ -20,7 +20,6 @@
 #include "bench/graphs.h"
 #include "support/text.h"
 #include "tests/kit/files.h"
-#include "tests/kit/plf.h"
 
 #include <benchmark/benchmark.h>
 
@@ -170,17 +169,11 @@ void RegisterPress(const std::string& name, const std::string& graph)
 }
 
 // A copy of a graph whose lines have another width.
-std::string WithWidth(const QTemporaryDir& folder, const std::string& graph,
-                      const std::string& name, int width)
+std::string CopyWithWidth(const QTemporaryDir& folder, const std::string& graph,
+                          const std::string& name, int width)
 {
-    const std::string thin = "\x1bGT0";
-    std::string bytes = ReadBytes(graph);
-    const size_t at = bytes.find(thin);
-    if (at == std::string::npos)
-        Fail(graph, "has no width command to replace.");
-    bytes.replace(at, thin.size(), plf::Width(width));
     std::string copy = folder.filePath(QString::fromStdString(name)).toStdString();
-    if (!WriteFile(copy, bytes))
+    if (!WriteFile(copy, WithWidth(ReadBytes(graph), width)))
         Fail(copy, "cannot be written.");
     return copy;
 }
@@ -190,7 +183,7 @@ void RegisterPresses(const QTemporaryDir& copies, const std::string& folder, con
     for (const std::string name : {"walk", "surface"}) {
         for (const int width : kWidths) {
             const std::string full = name + ':' + std::to_string(width);
-            RegisterPress(full, WithWidth(copies, folder + '/' + name + ".plf", full, width));
+            RegisterPress(full, CopyWithWidth(copies, folder + '/' + name + ".plf", full, width));
         }
     }
     if (samples == nullptr)
@@ -210,12 +203,11 @@ int main(int argc, char** argv)
     setenv("QT_QPA_PLATFORM", "offscreen", 0);
     qputenv("QT_LOGGING_RULES", "*.debug=false");
     const QApplication application(argc, argv);
-    const char* folder = argc > 1 ? argv[1] : getenv("PLOTVW_STREAMS");
-    if (folder == nullptr || argc > 3)
-        Fail("usage", "bench_drag [FOLDER [SAMPLES]]    FOLDER is made by samples/make-large.sh");
+    const std::string folder = GraphFolder(
+        argc, argv, 3, "bench_drag [FOLDER [SAMPLES]]    FOLDER is made by samples/make-large.sh");
     QApplication::setQuitOnLastWindowClosed(false);
     for (const std::string name : {"walk", "surface"}) {
-        const std::string graph = std::string(folder) + '/' + name + ".plf";
+        const std::string graph = folder + '/' + name + ".plf";
         benchmark::RegisterBenchmark((name + "/repaint").c_str(), [graph](benchmark::State& state) {
             Repaint(state, graph);
         })->Unit(benchmark::kMillisecond);

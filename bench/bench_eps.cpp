@@ -187,18 +187,15 @@ void Register(const std::string& name, Graph& graph)
 int main(int argc, char** argv)
 {
     benchmark::Initialize(&argc, argv);
-    const char* folder = argc > 1 ? argv[1] : getenv("PLOTVW_STREAMS");
-    if (folder == nullptr || argc > 2) {
-        fprintf(stderr, "usage: bench_eps [FOLDER]    made by samples/make-large.sh\n");
-        return 2;
-    }
+    const std::string folder =
+        GraphFolder(argc, argv, 2, "bench_eps [FOLDER]    made by samples/make-large.sh");
     const QTemporaryDir temporary;
     const QByteArray output = QFile::encodeName(temporary.filePath(QStringLiteral("graph.eps")));
     if (!temporary.isValid() || !CopyText(gszCvtFilename, output.constData()))
         Fail(output.toStdString(), "cannot be written.");
     initGraphics();
-    Graph walk = Prepare(std::string(folder) + "/walk.plf");
-    Graph surface = Prepare(std::string(folder) + "/surface.plf");
+    Graph walk = Prepare(folder + "/walk.plf");
+    Graph surface = Prepare(folder + "/surface.plf");
     Register("walk", walk);
     Register("surface", surface);
     benchmark::RunSpecifiedBenchmarks();

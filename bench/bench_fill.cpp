@@ -341,13 +341,12 @@ int main(int argc, char** argv)
     benchmark::Initialize(&argc, argv);
     setenv("QT_QPA_PLATFORM", "offscreen", 1);
     const QGuiApplication application(argc, argv);
-    const char* folder = argc > 1 ? argv[1] : getenv("PLOTVW_STREAMS");
-    if (folder == nullptr || argc > 2)
-        Fail("usage", "bench_fill [FOLDER]    made by samples/make-large.sh");
+    const std::string folder =
+        GraphFolder(argc, argv, 2, "bench_fill [FOLDER]    made by samples/make-large.sh");
     initGraphics();
     gbBkClrWhite = true;
-    const std::string walk = ReadBytes(std::string(folder) + "/walk.plf");
-    const std::string surface = ReadBytes(std::string(folder) + "/surface.plf");
+    const std::string walk = ReadBytes(folder + "/walk.plf");
+    const std::string surface = ReadBytes(folder + "/surface.plf");
     RegisterLines();
     RegisterGraph("walk", walk);
     RegisterGraph("surface", surface);

@@ -60,6 +60,16 @@ void Fail(const std::string& file, const char* reason)
     exit(1);
 }
 
+std::string GraphFolder(int argc, char** argv, int most, const char* usage)
+{
+    const char* folder = argc > 1 ? argv[1] : getenv("PLOTVW_STREAMS");
+    if (folder == nullptr || argc > most) {
+        fprintf(stderr, "usage: %s\n", usage);
+        exit(2);
+    }
+    return folder;
+}
+
 void Load(std::string path)
 {
     char message[kLoadMessageSize];

@@ -16,6 +16,11 @@ class QPainter;
 /// Ends the program: "FILE: REASON" on standard error, exit code 1.
 [[noreturn]] void Fail(const std::string& file, const char* reason);
 
+/// The folder with the graphs: the first argument, else $PLOTVW_STREAMS. Prints the usage and ends
+/// the program with 2 if there is none or there are too many arguments.
+/// @param most  arguments, with the program's name
+std::string GraphFolder(int argc, char** argv, int most, const char* usage);
+
 /// Loads a graph from a file.
 void Load(std::string path);
 /// Loads a graph from memory.

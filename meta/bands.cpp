@@ -405,7 +405,7 @@ void Map(const PlfPass& pass, QPainter& painter)
 std::optional<Target> FindTarget(const PlfPass& pass, QPainter& painter)
 {
     constexpr int kDepth = 32;
-    if (pass.page || !IsRaster(&painter) || !PaintsPlainly(painter))
+    if (pass.page || !IsRaster(painter) || !PaintsPlainly(painter))
         return std::nullopt;
     QImage* image = ImageOf(painter);
     if (image == nullptr || image->depth() != kDepth)

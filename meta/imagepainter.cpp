@@ -44,9 +44,9 @@ bool MayBeRounded(const QPainterPath& path, const QTransform& toDevice)
 
 } // namespace
 
-bool IsRaster(const QPainter* painter)
+bool IsRaster(const QPainter& painter)
 {
-    return painter != nullptr && painter->paintEngine()->type() == QPaintEngine::Raster;
+    return painter.paintEngine()->type() == QPaintEngine::Raster;
 }
 
 QImage* ImageOf(const QPainter& painter)

@@ -13,9 +13,9 @@ class QPainter;
 class QPen;
 class QTransform;
 
-/// Whether a painter, which may be null, draws pixels, on the screen or in an image. Other engines
-/// only record what is painted.
-bool IsRaster(const QPainter* painter);
+/// Whether a painter draws pixels, on the screen or in an image. Other engines only record what is
+/// painted.
+bool IsRaster(const QPainter& painter);
 
 /// The image that a painter draws on without any detour, or null.
 QImage* ImageOf(const QPainter& painter);

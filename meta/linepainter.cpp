@@ -38,7 +38,7 @@ QRegion VisiblePixels(const QPainter& painter)
 
 } // namespace
 
-LinePainter::LinePainter(QPainter& target) : painter(&target), isRaster(IsRaster(&target)) {}
+LinePainter::LinePainter(QPainter& target) : painter(&target), isRaster(IsRaster(target)) {}
 
 LinePainter::~LinePainter()
 {

@@ -150,7 +150,7 @@ void PainterSink::Text(std::string_view text, int x, int y)
         pass.watch->Tick();
     const QPoint at(x, y);
     const QString decoded = TextFromFile(text);
-    if (IsRaster(&painter) && IsTooLongForPictures(painter))
+    if (IsRaster(painter) && IsTooLongForPictures(painter))
         DrawOutlines(painter, at, decoded);
     else
         painter.drawText(at, decoded);

@@ -49,7 +49,7 @@ done
 END
 }
 
-# Specifications such as '(-f --format)'{-f+,--format=}'[picture format]:...' or '--size=[...]:...'.
+# Rows such as '(-f --format)'{-f+,--format=}'[picture format]:...' or '--size=[...]:...'.
 in_zsh() {
   grep -E "^  '" "$top/packaging/completions/zsh/_$1" | sed -E "s/\([^)]*\)//g; s/[:[].*//; s/[{}'*]//g; s/\+/=/g" |
     grep -oE -- '-[a-z-]+=?'
