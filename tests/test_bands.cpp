@@ -10,9 +10,9 @@
 #include "meta/plfbuffer.h"
 #include "meta/plfgraph.h"
 #include "meta/plfmeta.h"
+#include "tests/kit/bandpicture.h"
 #include "tests/kit/graph.h"
-#include "tests/kit/plainpainter.h"
-#include "tests/kit/recorder.h"
+#include "tests/kit/plf.h"
 #include "tests/kit/sanitized.h"
 #include "tests/reference/streams.h"
 
@@ -93,143 +93,15 @@ namespace {
 // A sanitizer takes ten times as long.
 constexpr unsigned kGraphs = kSanitized ? 40 : 400;
 constexpr unsigned kStreams = kSanitized ? 20 : 150;
-constexpr int kThreads = 3;
-
-const std::string kHeader = PlfHeader().toStdString();
-
-PlfGraph Load(const std::string& bytes)
-{
-    const char* problem = nullptr;
-    return PlfGraph::FromBytes(bytes, &problem);
-}
-
-std::string Address(int x, int y)
-{
-    const auto part = [](int base, int bits) { return static_cast<char>(base + (bits & 31)); };
-    return {part(32, y >> 7), part(96, (y & 3) << 2 | (x & 3)), part(96, y >> 2), part(32, x >> 7),
-            part(64, x >> 2)};
-}
-
-std::string Width(int width)
-{
-    const auto high = static_cast<char>(64 + width / 16);
-    return {'\x1b', 'G', 'T', high, static_cast<char>(48 + width % 16)};
-}
-
-// Lines all over the area and beyond, in some colors, with a text now and then.
-std::string AnyGraph(unsigned seed, int width, bool hasTexts, int lines = 100)
-{
-    std::mt19937 random(seed);
-    const auto below = [&random](int end) {
-        return static_cast<int>(random() % static_cast<unsigned>(end));
-    };
-    std::string graph = kHeader + "0000"; // the header's own color takes what follows it
-    for (const char* color : {"10C2F4", "2G8C2F4", "3O0C2F4"})
-        graph += std::string("\x1bTG14") + color;
-    graph += Width(width);
-    for (int i = 0; i < lines; ++i) {
-        if (below(10) == 0)
-            graph += "\x1bML" + std::string(1, static_cast<char>('0' + below(4)));
-        if (hasTexts && below(20) == 0)
-            graph += "\x1bZP" + std::to_string(below(4096)) + ',' + std::to_string(below(3120)) +
-                     ";ZDTog \x1b";
-        const int x = below(4096);
-        const int y = below(4096);
-        const int reach = below(4) == 0 ? 4000 : 200;
-        graph += '\x1d' + Address(x, y) +
-                 Address(std::clamp(x + below(reach) - reach / 2, 0, 4095),
-                         std::clamp(y + below(reach) - reach / 2, 0, 4095));
-    }
-    return graph + '\x07';
-}
-
-// How a graph is looked at.
-struct Look {
-    QSize size;
-    Rect zoom = {};
-    double widthScale = 1.0;
-    double ratio = 1.0;
-    QRect part = {}; // of the picture; empty = all of it
-    bool fillsBackground = true;
-};
-
-PlfPass PassOf(const PlfGraph& graph, const Look& look)
-{
-    PlfPass pass;
-    pass.graph = graph.Bytes();
-    pass.zoom = look.zoom;
-    pass.widthScale = look.widthScale;
-    pass.whiteBackground = false;
-    pass.fillsBackground = look.fillsBackground;
-    pass.threads = kThreads;
-    return pass;
-}
-
-// Any colors, the same for the same size.
-QImage AnyGround(const Look& look)
-{
-    QImage image(look.size, QImage::Format_RGB32);
-    std::mt19937 random(1);
-    for (int y = 0; y < image.height(); ++y) {
-        for (int x = 0; x < image.width(); ++x)
-            image.setPixel(x, y, static_cast<QRgb>(random()) | 0xFF000000);
-    }
-    image.setDevicePixelRatio(look.ratio);
-    return image;
-}
-
-void SetUp(QPainter& painter, const Look& look)
-{
-    painter.setRenderHint(QPainter::Antialiasing);
-    if (!look.part.isEmpty())
-        painter.setClipRect(look.part);
-}
-
-QImage PaintPlain(const PlfPass& pass, const Look& look)
-{
-    Recorder recorder;
-    QPainter recording(&recorder);
-    PaintGraph(pass, recording);
-    QImage image = AnyGround(look);
-    QPainter painter(&image);
-    SetUp(painter, look);
-    PaintPlainly(recorder.Operations(), painter);
-    return image;
-}
-
-RowCuts EvenCuts(const Look& look, int bands)
-{
-    RowCuts cuts;
-    for (int i = 1; i < bands; ++i)
-        cuts.push_back(look.size.height() * i / bands);
-    return cuts;
-}
-
-QImage PaintBands(const PlfPass& pass, const Look& look, int bands)
-{
-    QImage image = AnyGround(look);
-    QPainter painter(&image);
-    SetUp(painter, look);
-    PaintInBands(pass, painter, EvenCuts(look, bands));
-    return image;
-}
-
-Rect Zoom(int left, int top, int right, int bottom)
-{
-    Rect rect = {};
-    SetRect(&rect, left, top, right, bottom);
-    return rect;
-}
-
 // The whole, small parts, one beyond the edges, an inverted one and the smallest there can be.
 Rect AnyZoom(unsigned seed)
 {
     const Rect zooms[] = {{},
-                          Zoom(1000, 900, 2365, 1940),
-                          Zoom(2000, 1500, 2082, 1562),
-                          Zoom(1000, 2000, 3000, 900),
-                          Zoom(-300, 2900, 700, 3700),
-                          Zoom(2000, 1500, 2001, 1501)};
+                          MakeRect(1000, 900, 2365, 1940),
+                          MakeRect(2000, 1500, 2082, 1562),
+                          MakeRect(1000, 2000, 3000, 900),
+                          MakeRect(-300, 2900, 700, 3700),
+                          MakeRect(2000, 1500, 2001, 1501)};
     return zooms[seed % std::size(zooms)];
 }
 
@@ -242,7 +114,7 @@ Look AnyLook(unsigned seed)
     look.zoom = AnyZoom(seed);
     look.ratio = kRatios[seed / 2 % std::size(kRatios)];
     if (seed % 5 == 0)
-        look.part = {10, 7, 60, 71};
+        look.part = QRect(10, 7, 60, 71);
     look.fillsBackground = seed % 7 != 0;
     look.widthScale = seed % 3 == 0 ? 1.0 : 0.1 * (seed % 30);
     return look;
@@ -317,7 +189,7 @@ void TestBands::seededGraphs_equalPlainLines()
     constexpr int kWidths[] = {0, 4, 16, 80};
     for (unsigned seed = 0; seed < kGraphs; ++seed) {
         const int width = kWidths[seed % std::size(kWidths)];
-        const PlfGraph graph = Load(AnyGraph(seed, width, false));
+        const PlfGraph graph = GraphOf(SeededGraph(seed, width, false));
         const Look look = AnyLook(seed / 4);
         Compare(PassOf(graph, look), look, "seed " + QByteArray::number(seed));
         if (QTest::currentTestFailed())
@@ -330,7 +202,7 @@ void TestBands::seededStreams_equalOneBand()
 {
     for (unsigned seed = 0; seed < kStreams; ++seed) {
         const bool isPlain = seed % 4 == 0;
-        const PlfGraph graph = Load(isPlain ? AnyGraph(seed, 16, true) : streams::Make(seed));
+        const PlfGraph graph = GraphOf(isPlain ? SeededGraph(seed, 16, true) : streams::Make(seed));
         const Look look = AnyLook(seed);
         const PlfPass pass = PassOf(graph, look);
         const QImage one = PaintBands(pass, look, 1);
@@ -367,7 +239,7 @@ void TestBands::otherPainters_getOneBand_data()
 void TestBands::otherPainters_getOneBand()
 {
     QFETCH(std::function<void(QPainter&)>, setUp);
-    const PlfGraph graph = Load(AnyGraph(1, 16, true));
+    const PlfGraph graph = GraphOf(SeededGraph(1, 16, true));
     const Look look = {{160, 112}};
     const PlfPass pass = PassOf(graph, look);
     QImage one = AnyGround(look);
@@ -386,10 +258,10 @@ constexpr int kManyLines = 40000;
 
 void TestBands::work_decidesWhereToCut()
 {
-    std::string bytes = kHeader + Width(16);
+    std::string bytes = plf::Start() + plf::Width(16);
     for (int i = 0; i < kManyLines; ++i)
-        bytes += '\x1d' + Address(i % 3900, 3000) + Address(i % 3900 + 100, 2800);
-    const PlfGraph graph = Load(bytes + '\x07');
+        bytes += plf::Line(i % 3900, 3000, i % 3900 + 100, 2800);
+    const PlfGraph graph = GraphOf(bytes + '\x07');
     const Look look = {{640, 446}};
     QImage image = AnyGround(look);
     QPainter painter(&image);
@@ -410,12 +282,12 @@ void TestBands::smallWork_isNotCut()
     QImage image = AnyGround(look);
     QPainter painter(&image);
     SetUp(painter, look);
-    const PlfGraph small = Load(AnyGraph(1, 4, false, 100));
+    const PlfGraph small = GraphOf(SeededGraph(1, 4, false, 100));
     QVERIFY(FindCuts(PassOf(small, look), painter).empty());
-    const PlfGraph large = Load(AnyGraph(1, 4, false, kManyLines));
+    const PlfGraph large = GraphOf(SeededGraph(1, 4, false, kManyLines));
     QVERIFY(!FindCuts(PassOf(large, look), painter).empty());
     PlfPass beside = PassOf(large, look);
-    beside.zoom = Zoom(-3000, 100, -1000, 1600);
+    beside.zoom = MakeRect(-3000, 100, -1000, 1600);
     QVERIFY(FindCuts(beside, painter).empty());
 }
 
@@ -425,9 +297,9 @@ void TestBands::lines_thatEachClipPaintsAnew_areNotCut()
     QImage image = AnyGround(look);
     QPainter painter(&image);
     SetUp(painter, look);
-    const PlfGraph thin = Load(AnyGraph(1, 0, false, kManyLines));
+    const PlfGraph thin = GraphOf(SeededGraph(1, 0, false, kManyLines));
     QVERIFY(!FindCuts(PassOf(thin, look), painter).empty());
-    const PlfGraph wide = Load(AnyGraph(1, 40, false, kManyLines));
+    const PlfGraph wide = GraphOf(SeededGraph(1, 40, false, kManyLines));
     QVERIFY(FindCuts(PassOf(wide, look), painter).empty());
 
     // Even where only the bands themselves find out.
@@ -461,7 +333,7 @@ void TestBands::watch_isToldByTheCallerAlone()
 {
     constexpr int kRounds = 5;
     const Look look = {{160, 112}};
-    const PlfGraph graph = Load(AnyGraph(1, 16, false, 20000));
+    const PlfGraph graph = GraphOf(SeededGraph(1, 16, false, 20000));
     PlfPass pass = PassOf(graph, look);
     for (int round = 0; round < kRounds; ++round) {
         int told = 0;
@@ -483,7 +355,7 @@ void TestBands::watch_isToldByTheCallerAlone()
 void TestBands::watchThatThrows_leavesNoThreadBehind()
 {
     const Look look = {{160, 112}};
-    const PlfGraph graph = Load(AnyGraph(1, 16, false, 20000));
+    const PlfGraph graph = GraphOf(SeededGraph(1, 16, false, 20000));
     PlfPass pass = PassOf(graph, look);
     const QImage one = PaintBands(pass, look, 1);
     PassWatch watch([] { throw std::runtime_error("told"); });
@@ -500,8 +372,8 @@ void TestBands::result_isThatOfOneBand()
 {
     const Look look = {{160, 112}};
     const PlfGraph graph =
-        Load(AnyGraph(1, 16, true)
-                 .insert(kHeader.size() + 4, "\x1bZD" + std::string(2000, 'x') + "\x1b"));
+        GraphOf(SeededGraph(1, 16, true)
+                    .insert(SeededStart().size(), "\x1bZD" + std::string(2000, 'x') + "\x1b"));
     const PlfPass pass = PassOf(graph, look);
     QImage image = AnyGround(look);
     QPainter painter(&image);
@@ -540,8 +412,8 @@ void TestBands::interpreter_isLeftAsByOneBand()
 {
     QTemporaryFile file;
     QVERIFY(file.open());
-    std::string bytes = AnyGraph(3, 16, true, kManyLines);
-    bytes.insert(kHeader.size() + 4,
+    std::string bytes = SeededGraph(3, 16, true, kManyLines);
+    bytes.insert(SeededStart().size(),
                  std::string(100, '0') + "\x1bRA12\x1bRA12\x1bZFCourier\x1bZS?");
     file.write(QByteArray::fromStdString(bytes));
     file.close();
@@ -559,7 +431,7 @@ void TestBands::bandThatFindsNoMemory_isDrawnAgain()
 {
     if (kSanitized)
         QSKIP("the sanitizer has its own allocations and threads");
-    const PlfGraph graph = Load(AnyGraph(1, 16, true));
+    const PlfGraph graph = GraphOf(SeededGraph(1, 16, true));
     for (const double ratio : {1.0, 1.5}) {
         const Look look = {{160, 112}, {}, 1.0, ratio, {}, false};
         const PlfPass pass = PassOf(graph, look);
@@ -577,7 +449,7 @@ void TestBands::withoutThreads_theCallerDraws()
         QSKIP("the sanitizer has its own allocations and threads");
     constexpr int kMoreThanThereWere = 5;
     const Look look = {{160, 112}};
-    const PlfGraph graph = Load(AnyGraph(1, 16, true));
+    const PlfGraph graph = GraphOf(SeededGraph(1, 16, true));
     PlfPass pass = PassOf(graph, look);
     const QImage one = PaintBands(pass, look, 1);
     pass.threads = kMoreThanThereWere;

@@ -13,6 +13,7 @@
 #include "tests/kit/graph.h"
 #include "tests/kit/recorder.h"
 #include "tests/kit/script.h"
+#include "tests/kit/seeds.h"
 #include "tests/reference/reference.h"
 #include "tests/reference/streams.h"
 
@@ -194,9 +195,7 @@ void TestEps::init()
 
 void TestEps::everyStream_isWrittenAsTheReferenceWritesIt()
 {
-    const QList<QByteArray> range = qgetenv("PLOTVW_SEEDS").split(':');
-    const unsigned first = range.size() == 2 ? range[0].toUInt() : 0;
-    const unsigned count = range.size() == 2 ? range[1].toUInt() : kStreams;
+    const auto [first, count] = ChosenSeeds(kStreams);
     unsigned long vectors = 0;
     for (unsigned seed = first; seed < first + count; ++seed) {
         const reference::View view = MakeView(seed);

@@ -10,6 +10,7 @@
 #include "meta/plfmeta.h"
 #include "tests/kit/epsfile.h"
 #include "tests/kit/graph.h"
+#include "tests/kit/seeds.h"
 #include "tests/reference/reference.h"
 
 #include <QDir>
@@ -305,9 +306,7 @@ void TestMutations::variants_areTheSameEverywhere()
 
 void TestMutations::everyVariant_isDrawnAsTheReferenceDrawsIt_withWorkThatItsSizeExplains()
 {
-    const QList<QByteArray> range = qgetenv("PLOTVW_SEEDS").split(':');
-    const unsigned first = range.size() == 2 ? range[0].toUInt() : 0;
-    const unsigned count = range.size() == 2 ? range[1].toUInt() : kVariants;
+    const auto [first, count] = ChosenSeeds(kVariants);
     operations = 0;
     size_t inUse = 0;
     for (unsigned seed = first; seed < first + count; ++seed) {

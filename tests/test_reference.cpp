@@ -8,6 +8,7 @@
 #include "meta/plfmeta.h"
 #include "tests/kit/graph.h"
 #include "tests/kit/recorder.h"
+#include "tests/kit/seeds.h"
 #include "tests/reference/reference.h"
 #include "tests/reference/streams.h"
 
@@ -107,9 +108,7 @@ private slots:
 
     void everyStream_isDrawnAsTheReferenceDrawsIt()
     {
-        const QList<QByteArray> range = qgetenv("PLOTVW_SEEDS").split(':');
-        const unsigned first = range.size() == 2 ? range[0].toUInt() : 0;
-        const unsigned count = range.size() == 2 ? range[1].toUInt() : kStreams;
+        const auto [first, count] = ChosenSeeds(kStreams);
         QPrinter printer;
         printer.setOutputFormat(QPrinter::PdfFormat);
         qsizetype operations = 0;
