@@ -112,13 +112,21 @@ void DrawView::paintEvent(QPaintEvent* event)
 {
     QPainter painter(this);
     if (!picture.IsScreen(painter)) {
-        painter.setRenderHint(QPainter::Antialiasing);
-        drawIt(&painter, false, 0);
+        PaintElsewhere(&painter);
         return;
     }
     if (!picture.Fits() || !(event->region() - bandPart).isEmpty())
         RenewPicture(event->region());
     picture.Show(&painter, event->region());
+}
+
+// A picture that somebody makes of the view, such as an exported one.
+void DrawView::PaintElsewhere(QPainter* painter)
+{
+    const auto draw = [this](QPainter* target) { drawIt(target, false, 0); };
+    painter->setRenderHint(QPainter::Antialiasing);
+    if (!picture.PaintOnPixels(*painter, draw))
+        draw(painter);
 }
 
 // The first paint leaves the view empty, so that the window and its menus appear before a pass that

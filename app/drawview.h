@@ -86,6 +86,7 @@ private:
     using QWidget::customEvent; // keeps the event handler visible next to the slot
 
     void MakePrinter();
+    void PaintElsewhere(QPainter* painter);
     void RenewPicture(const QRegion& part);
     void PlaceBand(const QRect& to);
     void HideBand();

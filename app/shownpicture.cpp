@@ -2,9 +2,12 @@
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 #include "app/shownpicture.h"
 
+#include "meta/imagepainter.h"
+
 #include <QBackingStore>
 #include <QPaintEngine>
 #include <QPainter>
+#include <QTransform>
 #include <QWidget>
 #include <QWindow>
 
@@ -65,11 +68,41 @@ void ShownPicture::Renew(const QRegion& part, const Paint& paint)
     if (!isWhole)
         ClipTo(painter, part);
     painter.fillRect(widget->rect(), widget->palette().brush(widget->backgroundRole()));
+    SetUp(painter);
+    paint(&painter);
+}
+
+void ShownPicture::SetUp(QPainter& painter) const
+{
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setFont(widget->font());
     painter.setViewport(widget->rect()); // an image is measured in device pixels
     painter.setWindow(widget->rect());
-    paint(&painter);
+}
+
+// Whether a painter maps the widget to all of the pixels. With a clip or a move, Qt may paint other
+// pixels, for it cuts wide lines there.
+bool ShownPicture::IsOfAll(const QPainter& painter, const QImage& pixels) const
+{
+    const double ratio = widget->devicePixelRatioF();
+    const QRegion clip = painter.paintEngine()->systemClip();
+    return !painter.hasClipping() && (QRegion(pixels.rect()) - clip).isEmpty() &&
+           pixels.devicePixelRatio() == ratio &&
+           painter.deviceTransform() == QTransform::fromScale(ratio, ratio);
+}
+
+bool ShownPicture::PaintOnPixels(const QPainter& painter, const Paint& paint) const
+{
+    if (!IsRaster(painter) || !PaintsPlainly(painter))
+        return false;
+    auto* pixels = dynamic_cast<QImage*>(painter.paintEngine()->paintDevice());
+    if (pixels == nullptr || !IsOfAll(painter, *pixels))
+        return false;
+    QImage same = SharedPixels(*pixels); // that one has a painter
+    QPainter direct(&same);
+    SetUp(direct);
+    paint(&direct);
+    return true;
 }
 
 void ShownPicture::Show(QPainter* painter, const QRegion& part) const

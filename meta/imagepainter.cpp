@@ -91,6 +91,15 @@ bool IsExactInClip(const QPainter& painter, const QPen& pen)
            (pen.widthF() == 0.0 || !HasSameScales(toDevice));
 }
 
+QImage SharedPixels(QImage& image)
+{
+    QImage same(image.bits(), image.width(), image.height(), image.bytesPerLine(), image.format());
+    same.setDevicePixelRatio(image.devicePixelRatio());
+    same.setDotsPerMeterX(image.dotsPerMeterX());
+    same.setDotsPerMeterY(image.dotsPerMeterY());
+    return same;
+}
+
 void ClipToPixels(QPainter& painter, const QRect& pixels)
 {
     const bool isViewed = painter.viewTransformEnabled();

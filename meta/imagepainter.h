@@ -33,5 +33,8 @@ bool IsExactInClip(const QPainter& painter, const QPen& pen);
 /// certain.
 std::optional<QRect> PixelClip(const QPainter& painter, const QImage& image);
 
+/// Another image of the same pixels, for another painter. The pixels remain those of the image.
+QImage SharedPixels(QImage& image);
+
 /// Limits a painter on an image to some pixels of it, however it is mapped.
 void ClipToPixels(QPainter& painter, const QRect& pixels);

@@ -12,6 +12,7 @@
 using fixture::AreaUnder;
 using fixture::Box;
 using fixture::CrossFile;
+using fixture::IsNear;
 using fixture::kCross;
 using fixture::kSelection;
 using fixture::kViewSize;
@@ -35,23 +36,6 @@ QImage CrossPicture(QSize size, const QRect& area, int penWidth, const QColor& b
     for (const QLine& line : kCross)
         painter.drawLine(line.x1(), 3120 - line.y1(), line.x2(), 3120 - line.y2());
     return picture;
-}
-
-// Qt begins a line where the exposed part does, which moves the shades of a slanting one.
-bool IsNear(const QImage& a, const QImage& b)
-{
-    constexpr int kShades = 16;
-    for (int y = 0; y < a.height(); ++y) {
-        for (int x = 0; x < a.width(); ++x) {
-            const QColor left = a.pixelColor(x, y);
-            const QColor right = b.pixelColor(x, y);
-            if (std::abs(left.red() - right.red()) > kShades ||
-                std::abs(left.green() - right.green()) > kShades ||
-                std::abs(left.blue() - right.blue()) > kShades)
-                return false;
-        }
-    }
-    return a.size() == b.size();
 }
 
 } // namespace

@@ -4,6 +4,22 @@
 
 namespace fixture {
 
+bool IsNear(const QImage& a, const QImage& b)
+{
+    constexpr int kShades = 16;
+    for (int y = 0; y < a.height(); ++y) {
+        for (int x = 0; x < a.width(); ++x) {
+            const QColor left = a.pixelColor(x, y);
+            const QColor right = b.pixelColor(x, y);
+            if (std::abs(left.red() - right.red()) > kShades ||
+                std::abs(left.green() - right.green()) > kShades ||
+                std::abs(left.blue() - right.blue()) > kShades)
+                return false;
+        }
+    }
+    return a.size() == b.size();
+}
+
 void WindowTest::Begin()
 {
     directories = std::make_unique<Directories>();

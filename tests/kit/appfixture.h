@@ -38,6 +38,10 @@ namespace fixture {
 /// The size of a view in which a line is drawn as wide as the file says.
 constexpr QSize kUsualView(640, 480);
 
+/// Whether pictures differ by a few shades at most: Qt begins a line where the exposed part does,
+/// which moves the shades of a slanting one.
+bool IsNear(const QImage& a, const QImage& b);
+
 /// A base of test classes, whose init() and cleanup() call Begin and End.
 class WindowTest
 {
