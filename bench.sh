@@ -31,6 +31,7 @@ prepare() {
     quietly samples/make-large.sh "$streams"
     bench/make-huge.py "$streams/surface.plf" "$streams/huge.plf"
   fi
+  [[ -f $streams/long.plf ]] || bench/make-long.py "$streams/long.plf"
 }
 
 # measure TOPIC OPTION...: run bench_TOPIC and keep its figures. "around" is a command to run it with.

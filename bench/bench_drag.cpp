@@ -10,6 +10,10 @@
 //                      largest of three places. GRAPH is a sample's name, or walk:W and surface:W
 //                      with lines of width W
 //
+//   GRAPH/begin, GRAPH/zoom, GRAPH/Escape, GRAPH/resize
+//                      what a user waits for at each step of a zoom and of what follows, in the
+//                      window as it opens: the longest of three places
+//
 //   bench_drag [GOOGLE-BENCHMARK-OPTION...] [FOLDER [SAMPLES]]
 //
 // FOLDER (default: $PLOTVW_STREAMS) contains walk.plf and surface.plf; SAMPLES contains the other
@@ -28,6 +32,7 @@
 #include <QElapsedTimer>
 #include <QMouseEvent>
 #include <QTemporaryDir>
+#include <QTest>
 #include <QWindow>
 
 #include <algorithm>
@@ -39,6 +44,7 @@
 namespace {
 
 constexpr int kWidths[] = {0, 4, 16};
+constexpr int kSteppedWidth = 16;
 constexpr QPoint kPlaces[] = {{60, 60}, {300, 200}, {580, 400}};
 
 constexpr QPoint kStart(40, 30);
@@ -158,6 +164,99 @@ void Press(benchmark::State& state, const std::string& graph)
     }
 }
 
+// Tells when a widget has been painted.
+class PaintWatch : public QObject
+{
+public:
+    explicit PaintWatch(QWidget* painted) { painted->installEventFilter(this); }
+    bool eventFilter(QObject* /*object*/, QEvent* event) override
+    {
+        isPainted = isPainted || event->type() == QEvent::Paint;
+        return false;
+    }
+    void Await()
+    {
+        while (!isPainted)
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    }
+
+private:
+    bool isPainted = false;
+};
+
+// Seconds until a widget shows what an action changed.
+template <typename Action> double Wait(QWidget* painted, Action action)
+{
+    QElapsedTimer timer;
+    timer.start();
+    PaintWatch watch(painted);
+    action();
+    watch.Await();
+    return static_cast<double>(timer.nsecsElapsed()) / 1e9;
+}
+
+// The longest waits of some zooms.
+struct Waits {
+    double press = 0, zoom = 0, escape = 0, resize = 0;
+
+    void ZoomAt(QPoint at);
+    void Resize();
+};
+
+void Waits::ZoomAt(QPoint at)
+{
+    static constexpr QPoint kSelected(-40,
+                                      -30); // up and to the left, where there is room at each place
+    const auto longest = [](double& before, double now) { before = std::max(before, now); };
+    longest(press, Wait(gpDraw, [at] {
+                Send(gpDraw, QEvent::MouseButtonPress, Qt::LeftButton, at + kSelected);
+            }));
+    Send(gpDraw, QEvent::MouseMove, Qt::LeftButton, at);
+    longest(zoom,
+            Wait(gpDraw, [at] { Send(gpDraw, QEvent::MouseButtonRelease, Qt::NoButton, at); }));
+    longest(escape, Wait(gpDraw, [] { QTest::keyClick(gpMainwnd, Qt::Key_Escape); }));
+}
+
+void Waits::Resize()
+{
+    for (const int more : {20, -20}) {
+        const QSize size = gpMainwnd->size() + QSize(more, more);
+        resize = std::max(resize, Wait(gpDraw, [&size] { gpMainwnd->resize(size); }));
+        Settle();
+    }
+}
+
+void Step(benchmark::State& state, const std::string& graph, double Waits::*step)
+{
+    const Viewer viewer(graph, QSize());
+    for ([[maybe_unused]] const auto& iteration : state) {
+        Waits waits;
+        for (const QPoint& at : kPlaces)
+            waits.ZoomAt(at);
+        waits.Resize();
+        state.SetIterationTime(waits.*step);
+    }
+}
+
+void RegisterSteps(const std::string& name, const std::string& graph)
+{
+    constexpr struct {
+        const char* name;
+        double Waits::*wait;
+    } kSteps[] = {{"/begin", &Waits::press},
+                  {"/zoom", &Waits::zoom},
+                  {"/Escape", &Waits::escape},
+                  {"/resize", &Waits::resize}};
+    for (const auto& step : kSteps) {
+        benchmark::RegisterBenchmark(
+            (name + step.name).c_str(),
+            [graph, wait = step.wait](benchmark::State& state) { Step(state, graph, wait); })
+            ->UseManualTime()
+            ->Iterations(1)
+            ->Unit(benchmark::kMillisecond);
+    }
+}
+
 void RegisterPress(const std::string& name, const std::string& graph)
 {
     constexpr int kTimes = 3; // the graph is drawn between two presses
@@ -183,7 +282,11 @@ void RegisterPresses(const QTemporaryDir& copies, const std::string& folder, con
     for (const std::string name : {"walk", "surface"}) {
         for (const int width : kWidths) {
             const std::string full = name + ':' + std::to_string(width);
-            RegisterPress(full, CopyWithWidth(copies, folder + '/' + name + ".plf", full, width));
+            const std::string copy =
+                CopyWithWidth(copies, folder + '/' + name + ".plf", full, width);
+            RegisterPress(full, copy);
+            if (width == kSteppedWidth)
+                RegisterSteps(full, copy);
         }
     }
     if (samples == nullptr)

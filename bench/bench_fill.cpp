@@ -17,7 +17,7 @@
 //
 // GRAPH is walk, surface or long, of 100,000 lines of 600 units.
 //
-// FOLDER, or $PLOTVW_STREAMS when it is left out, holds walk.plf and surface.plf.
+// FOLDER, or $PLOTVW_STREAMS when it is left out, holds walk.plf, surface.plf and long.plf.
 #include "app/state/globals.h"
 #include "bench/graphs.h"
 #include "meta/bands.h"
@@ -67,29 +67,14 @@ struct Picture {
     }
 };
 
-// Beyond what addresses reach, the nearest point that they do.
-void AppendAddress(std::string& graph, int x, int y)
-{
-    x = std::clamp(x, 0, kPlfWidth - 1);
-    y = std::clamp(kPlfHeight - y, 0, kPlfWidth - 1);
-    const auto part = [&graph](int base, int bits) {
-        graph += static_cast<char>(base + (bits & 31));
-    };
-    part(32, y >> 7);
-    part(96, (y & 3) << 2 | (x & 3));
-    part(96, y >> 2);
-    part(32, x >> 7);
-    part(64, x >> 2);
-}
-
 // Lines of that length in all directions, whose starts are in the picture.
-Lines RandomLines(int length, double zoom, int count = kLines)
+Lines RandomLines(int length, double zoom)
 {
     constexpr double kTurn = 6.283185307179586;
     std::minstd_rand random(1);
     const auto fraction = [&random] { return static_cast<double>(random()) / 0x1p31; };
     Lines lines;
-    for (int i = 0; i < count; ++i) {
+    for (int i = 0; i < kLines; ++i) {
         const double turn = kTurn * fraction();
         const QPoint start(static_cast<int>(fraction() * kPlfWidth / zoom),
                            static_cast<int>(fraction() * kPlfHeight / zoom));
@@ -98,21 +83,6 @@ Lines RandomLines(int length, double zoom, int count = kLines)
         lines.emplace_back(start, start + way);
     }
     return lines;
-}
-
-// A graph of such lines.
-std::string LongLines()
-{
-    constexpr int kCount = 100000;
-    constexpr int kLength = 600;
-    std::string graph(gszPlfhdr, kPlfHeaderSize);
-    graph += "0000\x1bGT0";
-    for (const QLine& line : RandomLines(kLength, 1, kCount)) {
-        graph += '\x1d';
-        AppendAddress(graph, line.x1(), line.y1());
-        AppendAddress(graph, line.x2(), line.y2());
-    }
-    return graph + '\x07';
 }
 
 Lines Diagonals()
@@ -342,7 +312,7 @@ int main(int argc, char** argv)
     setenv("QT_QPA_PLATFORM", "offscreen", 1);
     const QGuiApplication application(argc, argv);
     const std::string folder =
-        GraphFolder(argc, argv, 2, "bench_fill [FOLDER]    made by samples/make-large.sh");
+        GraphFolder(argc, argv, 2, "bench_fill [FOLDER]    as ../bench.sh makes it");
     initGraphics();
     gbBkClrWhite = true;
     const std::string walk = ReadBytes(folder + "/walk.plf");
@@ -350,7 +320,7 @@ int main(int argc, char** argv)
     RegisterLines();
     RegisterGraph("walk", walk);
     RegisterGraph("surface", surface);
-    const std::string longLines = LongLines();
+    const std::string longLines = ReadBytes(folder + "/long.plf");
     RegisterGraph("long", longLines);
     benchmark::RunSpecifiedBenchmarks();
     FreePlfBuffer();
