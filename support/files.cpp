@@ -39,18 +39,23 @@ FILE* OpenForReading(const char* path)
     return file;
 }
 
-FILE* OpenForWriting(const char* path, bool append)
+int OpenDescriptorForWriting(const char* path, bool append)
 {
     constexpr mode_t kReadWriteForAll = 0666; // minus the umask, as in fopen
     const int how = append ? O_APPEND : O_TRUNC;
     const int fd =
         open(path, O_WRONLY | O_CREAT | how | O_NONBLOCK | O_NOCTTY | O_CLOEXEC, kReadWriteForAll);
-    if (fd < 0)
-        return nullptr;
     // Only opening must not wait; writing to a pipe may.
-    fcntl(fd, F_SETFL, append ? O_APPEND : 0);
-    FILE* file = fdopen(fd, append ? "ab" : "wb");
-    if (file == nullptr)
+    if (fd >= 0)
+        fcntl(fd, F_SETFL, append ? O_APPEND : 0);
+    return fd;
+}
+
+FILE* OpenForWriting(const char* path, bool append)
+{
+    const int fd = OpenDescriptorForWriting(path, append);
+    FILE* file = fd < 0 ? nullptr : fdopen(fd, append ? "ab" : "wb");
+    if (file == nullptr && fd >= 0)
         close(fd);
     return file;
 }

@@ -24,3 +24,7 @@ FILE* OpenForReading(const char* path);
 /// without a reader is refused, where plain fopen would wait for one.
 /// @return null if it cannot be opened
 FILE* OpenForWriting(const char* path, bool append = false);
+
+/// The same, and returns the descriptor, which the caller closes.
+/// @return -1 if it cannot be opened
+int OpenDescriptorForWriting(const char* path, bool append = false);

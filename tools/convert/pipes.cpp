@@ -4,29 +4,7 @@
 
 #include <fcntl.h>
 
-#include <cerrno>
-
 namespace convert {
-
-namespace {
-
-// Calls read or write until every byte has passed.
-template <typename Byte, typename Transfer>
-bool TransferWhole(int fd, Byte* bytes, size_t size, Transfer transfer)
-{
-    while (size > 0) {
-        const ssize_t count = transfer(fd, bytes, size);
-        if (count < 0 && errno == EINTR)
-            continue;
-        if (count <= 0)
-            return false;
-        bytes += count;
-        size -= static_cast<size_t>(count);
-    }
-    return true;
-}
-
-} // namespace
 
 bool MakePipe(Fd* readEnd, Fd* writeEnd)
 {
@@ -36,16 +14,6 @@ bool MakePipe(Fd* readEnd, Fd* writeEnd)
     *readEnd = Fd(ends[0]);
     *writeEnd = Fd(ends[1]);
     return true;
-}
-
-bool WriteWhole(const Fd& fd, const void* data, size_t size)
-{
-    return TransferWhole(fd.Get(), static_cast<const char*>(data), size, write);
-}
-
-bool ReadWhole(const Fd& fd, void* data, size_t size)
-{
-    return TransferWhole(fd.Get(), static_cast<char*>(data), size, read);
 }
 
 } // namespace convert
