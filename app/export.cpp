@@ -12,6 +12,7 @@
 #include "meta/plfmeta.h"
 #include "support/files.h"
 #include "support/text.h"
+#include "support/wholefile.h"
 
 #include <QBuffer>
 #include <QPixmap>
@@ -66,11 +67,11 @@ bool SaveJpeg(const QPixmap& picture)
     QBuffer jpeg;
     if (!jpeg.open(QIODevice::WriteOnly) || !picture.save(&jpeg, "JPEG", JpegQuality()))
         return false;
-    const QByteArray& bytes = jpeg.data();
-    const auto size = static_cast<size_t>(bytes.size());
-    FilePtr file(OpenForWriting(gszCvtFilename));
-    return file != nullptr && fwrite(bytes.constData(), 1, size, file.get()) == size &&
-           fclose(file.release()) == 0;
+    WholeFile file(gszCvtFilename);
+    if (file.Open() != 0)
+        return false;
+    file.Write(jpeg.data().constData(), static_cast<size_t>(jpeg.size()));
+    return file.Commit() == 0;
 }
 
 // The differences between the exports, except for writing.
@@ -136,13 +137,14 @@ void AppWindow::saveAs()
     // A host's command may have replaced or closed the graph while the dialog was open.
     if (name.isEmpty() || gpPlfmembuf == nullptr)
         return;
-    const FilePtr file(OpenForWriting(name.toLocal8Bit().constData()));
-    if (file == nullptr) {
+    WholeFile file(name.toLocal8Bit().toStdString());
+    if (file.Open() != 0) {
         // No blank between the text and the name: deliberate.
         ShowError(this, tr("Error"), tr("Error opening") + name);
         return;
     }
-    fwrite(gpPlfmembuf, 1, gdwFilesize, file.get());
+    file.Write(gpPlfmembuf, gdwFilesize);
+    file.Commit(); // its failure is deliberately not reported; an older file is as it was then
     status->Show(name + tr(" saved."), kSavedTime);
 }
 

@@ -4,7 +4,7 @@
 // Destinations of written bytes.
 #pragma once
 
-#include "support/files.h"
+#include "support/wholefile.h"
 
 #include <cstddef>
 #include <memory>
@@ -22,20 +22,22 @@ public:
     virtual void Write(const char* bytes, size_t count) = 0;
 };
 
-/// A file. Write errors are ignored.
+/// A file, which appears when it is whole.
 class FileSink final : public ByteSink
 {
 public:
-    /// Creates the file, or truncates it.
-    /// @return null if it cannot be opened
+    /// @return null if the file cannot be opened
     static std::unique_ptr<FileSink> Open(const char* path);
 
-    void Write(const char* bytes, size_t count) override;
+    void Write(const char* bytes, size_t count) override { file.Write(bytes, count); }
+    /// Finishes the file. After a write error there is none, or the older one: deliberately not
+    /// reported.
+    void Commit() { file.Commit(); }
 
 private:
-    explicit FileSink(FilePtr output);
+    explicit FileSink(const char* path) : file(path) {}
 
-    FilePtr file;
+    WholeFile file;
 };
 
 /// Memory.

@@ -116,6 +116,8 @@ int CPlfMeta::DrawPlf(Rect* zoom, Rect* full)
     if (cvtflag == kConvertEps)
         cvtfp = FileSink::Open(gszCvtFilename);
     const int result = Plf2Screen(pass);
+    if (cvtfp != nullptr)
+        cvtfp->Commit();
     cvtfp.reset();
     return result;
 }

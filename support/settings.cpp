@@ -5,6 +5,7 @@
 #include "app/state/globals.h"
 #include "support/files.h"
 #include "support/text.h"
+#include "support/wholefile.h"
 
 #include <algorithm>
 #include <array>
@@ -81,13 +82,14 @@ int ReadSettingsFile()
 int WriteSettingsFile()
 {
     char path[kPathSize];
-    FilePtr file(GetSettingsPath(path) ? OpenForWriting(path) : nullptr);
-    if (!file)
+    if (!GetSettingsPath(path))
+        return -1;
+    WholeFile file(path);
+    if (file.Open() != 0)
         return -1;
     const SettingsImage image = ImageOfSettings();
-    const bool written = std::fwrite(image.data(), 1, image.size(), file.get()) == image.size();
-    const bool flushed = std::fclose(file.release()) == 0; // a full disk may be reported only here
-    return written && flushed ? 0 : -1;
+    file.Write(image.data(), image.size());
+    return file.Commit() == 0 ? 0 : -1;
 }
 
 bool GetSettingsPath(char* dst)

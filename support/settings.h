@@ -17,7 +17,8 @@
 /// changes.
 int ReadSettingsFile();
 
-/// Writes the whole settings file. Returns 0, or -1 if it cannot be created or written.
+/// Writes the whole settings file. Returns 0, or -1 if it cannot be created or written; then an
+/// older one stays as it is.
 int WriteSettingsFile();
 
 /// Puts the path of the settings file into dst (kPathSize bytes). Returns false, with dst unchanged
