@@ -4,7 +4,7 @@
 // A picture's file, which appears under its name only when it is whole.
 #pragma once
 
-#include "support/files.h"
+#include "support/wholefile.h"
 
 #include <QByteArray>
 #include <QIODevice>
@@ -12,26 +12,22 @@
 
 namespace convert {
 
-/// Where the picture really goes: the file at the end of a chain of links, so that the link stays.
-QByteArray FinalName(const QByteArray& name);
-
-/// The name of the unfinished picture: in the same directory, hidden, with the token.
+/// The name of the unfinished picture where it needs one: in the same directory, hidden, with the
+/// token.
 QByteArray TemporaryName(const QByteArray& name, const QByteArray& token);
 
-/// What is written goes into the temporary file, which Commit gives its name. A pipe or a device,
-/// and the standard output, are written to directly.
+/// A WholeFile that Qt can write to. It is never written in place: a failure costs no older
+/// picture. The standard output, like a pipe, is written to directly.
 class Output : public QIODevice
 {
 public:
     /// @param name   local name, or tools::kStandardStream
     /// @param token  see TemporaryName; no two outputs that are open at a time may share it
     Output(const QByteArray& name, const QByteArray& token);
-    /// Removes the temporary file unless it was committed.
-    ~Output() override;
 
     /// @return empty, or why nothing can be written
     QString Open();
-    /// Finishes the file and gives it its name, with the permissions of a file that it replaces.
+    /// Finishes the file and gives it its name.
     /// @param keepExisting  replace no file
     /// @return empty, or why that failed; a write that failed before is reported here
     QString Commit(bool keepExisting);
@@ -42,13 +38,8 @@ protected:
     qint64 writeData(const char* data, qint64 size) override;
 
 private:
-    [[nodiscard]] bool IsReplacing() const;
-    QString Rename(bool keepExisting);
-
-    QByteArray target;
-    QByteArray temporary; // empty when there is none
-    FilePtr file;
-    int firstError = 0; // errno
+    bool isStandardOutput;
+    WholeFile file;
 };
 
 } // namespace convert
