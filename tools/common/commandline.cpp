@@ -2,12 +2,17 @@
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 #include "tools/common/commandline.h"
 
+#include "support/descriptor.h"
 #include "tools/common/filename.h"
 #include "tools/common/integer.h"
 
 #include <QCoreApplication>
 
+#include <unistd.h>
+
+#include <cerrno>
 #include <cstdio>
+#include <cstring>
 
 namespace tools {
 
@@ -131,11 +136,22 @@ int Fail(ExitCode code, const QString& reason)
     return code;
 }
 
+bool FinishOutput()
+{
+    errno = 0;
+    const bool flushed = fflush(stdout) == 0 && CloseCopy(STDOUT_FILENO);
+    if (flushed && ferror(stdout) == 0)
+        return true;
+    const char* reason = flushed ? "an earlier write failed" : strerror(errno);
+    PrintError(QByteArray("cannot write output: ") + reason);
+    return false;
+}
+
 int PrintReply(const Reply& reply)
 {
     if (!reply.isWrong) {
         fputs(reply.text.toUtf8().constData(), stdout);
-        return kDone;
+        return FinishOutput() ? kDone : kFailed;
     }
     Fail(kWrongUsage, reply.text);
     fprintf(stderr, "Try '%s --help'.\n", ProgramName().constData());

@@ -191,6 +191,11 @@ void PrintError(const QByteArray& text);
 /// Prints why the program ends with a code, and returns the code.
 int Fail(ExitCode code, const QString& reason);
 
+/// Writes what was printed on the standard output. If that, or an earlier write, failed, it prints
+/// so.
+/// @return whether all has been written
+bool FinishOutput();
+
 /// Prints a reply and returns the exit code.
 int PrintReply(const Reply& reply);
 

@@ -81,7 +81,6 @@ void Progress::Finish()
     ClearBar();
     if (count > 1 && !quiet)
         printf("%s\n", Summary().constData());
-    fflush(stdout);
 }
 
 } // namespace convert

@@ -110,11 +110,12 @@ int Run(const Options& options, char** argv)
 {
     Call call(options, argv);
     const WorkResult result = call.Run();
+    const bool printed = tools::FinishOutput();
     if (result.signal != 0)
         raise(result.signal); // so that a script sees what ended it
     if (!result.started)
         return tools::Fail(tools::kNotStarted, QStringLiteral("cannot start any worker process"));
-    return call.HasFailures() ? tools::kFailed : tools::kDone;
+    return printed && !call.HasFailures() ? tools::kDone : tools::kFailed;
 }
 
 } // namespace convert

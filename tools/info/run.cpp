@@ -12,9 +12,7 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 
-#include <cerrno>
 #include <cstdio>
-#include <cstring>
 
 namespace info {
 
@@ -53,9 +51,7 @@ int Call::Run()
         Print(graph);
     if (options.asJson)
         Write(QJsonDocument(objects).toJson());
-    if (fflush(stdout) != 0 || ferror(stdout) != 0)
-        return tools::Fail(tools::kFailed, QStringLiteral("cannot write output: ") +
-                                               QString::fromLocal8Bit(strerror(errno)));
+    hasFailed |= !tools::FinishOutput();
     return hasFailed ? tools::kFailed : tools::kDone;
 }
 
