@@ -86,6 +86,7 @@ private slots:
     void strangeNames_areConverted();
     void existingPictures_areReplacedOrLeftAlone();
     void workerThatIsKilled_costsItsFileAndIsTold();
+    void count_onAFullDisk_isAFailure();
     void interruptedCall_leavesOnlyWholePictures();
     void terminal_showsAProgressBar();
 
@@ -405,6 +406,19 @@ void TestConverting::workerThatIsKilled_costsItsFileAndIsTold()
                  call.errors.contains("conversion killed by signal 9"),
              call.errors.constData());
     QCOMPARE(Entries(), QStringList(Text("input")));
+}
+
+void TestConverting::count_onAFullDisk_isAFailure()
+{
+    Write(Path("a.plf"), SmallGraph());
+    Write(Path("b.plf"), SmallGraph());
+    QProcess process;
+    process.setStandardOutputFile(Text("/dev/full"));
+    Start(&process, {Text("-d"), Text("out"), Text("a.plf"), Text("b.plf")});
+    const Call call = Finish(&process);
+    QCOMPARE(call.errors, QByteArray("plfconvert: cannot write output: No space left on device\n"));
+    QCOMPARE(call.code, 1);
+    QVERIFY(QFile::exists(Path("out/a.png")) && QFile::exists(Path("out/b.png")));
 }
 
 void TestConverting::interruptedCall_leavesOnlyWholePictures()

@@ -23,6 +23,7 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
+#include <sys/fsuid.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -492,6 +493,52 @@ private slots:
         QCOMPARE(output.Commit(false), QString());
         QCOMPARE(QFile::symLinkTarget(link), name);
         QCOMPARE(ReadFile(name), QByteArray("new"));
+    }
+
+    void output_throughALinkToNothing_makesTheFileAndLeavesTheLink()
+    {
+        const QString name = folder->filePath(QStringLiteral("a.png"));
+        const QString link = folder->filePath(QStringLiteral("link.png"));
+        QVERIFY(QFile::link(name, link));
+        Output output(link.toLocal8Bit(), "1");
+        QCOMPARE(output.Open(), QString());
+        output.write("new");
+        QCOMPARE(output.Commit(false), QString());
+        QCOMPARE(QFile::symLinkTarget(link), name);
+        QCOMPARE(ReadFile(name), QByteArray("new"));
+    }
+
+    void output_ofRoot_keepsTheOwnerOfWhatItReplaces()
+    {
+        if (geteuid() != 0)
+            QSKIP("Only root can write for another user.");
+        constexpr uid_t kSomebody = 65534;
+        const QByteArray name = folder->filePath(QStringLiteral("a.png")).toLocal8Bit();
+        Write(QString::fromLocal8Bit(name), "old");
+        QCOMPARE(chown(name.constData(), kSomebody, kSomebody), 0);
+        Output output(name, "1");
+        QCOMPARE(output.Open(), QString());
+        QCOMPARE(output.Commit(false), QString());
+        struct stat info = {};
+        QCOMPARE(stat(name.constData(), &info), 0);
+        QCOMPARE(info.st_uid, kSomebody);
+        QCOMPARE(info.st_gid, gid_t{kSomebody});
+    }
+
+    void output_inAFolderThatTakesNoFile_keepsTheOlderOne()
+    {
+        if (geteuid() != 0)
+            QSKIP("Only root can act for another user.");
+        constexpr uid_t kSomebody = 65534;
+        const QByteArray name = folder->filePath(QStringLiteral("a.png")).toLocal8Bit();
+        Write(QString::fromLocal8Bit(name), "old");
+        QCOMPARE(chmod(name.constData(), 0666), 0);
+        QCOMPARE(chmod(folder->path().toLocal8Bit().constData(), 0755), 0);
+        setfsuid(kSomebody);
+        const QString problem = Output(name, "1").Open();
+        setfsuid(geteuid());
+        QCOMPARE(problem, QStringLiteral("Permission denied"));
+        QCOMPARE(ReadFile(QString::fromLocal8Bit(name)), QByteArray("old"));
     }
 
     void output_thatMayReplaceNothing_doesNot()
