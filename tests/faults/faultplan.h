@@ -16,7 +16,8 @@ enum class Fault : int {
     kNone,
     kDiskError, // this call, with EIO
     kFullDisk,  // this call and all after it, with ENOSPC; of a write the first half is written
-    kKill       // the process is killed instead of making the call
+    kKill,      // the process is killed instead of making the call
+    kKillGroup  // all the processes of its group are
 };
 
 struct FaultPlan {

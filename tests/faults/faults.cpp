@@ -50,8 +50,8 @@ bool Fails()
     const long failAt = plan->failAt;
     if (call < failAt || (call > failAt && fault != Fault::kFullDisk))
         return false;
-    if (fault == Fault::kKill)
-        raise(SIGKILL);
+    if (fault == Fault::kKill || fault == Fault::kKillGroup)
+        kill(fault == Fault::kKill ? getpid() : 0, SIGKILL);
     errno = fault == Fault::kFullDisk ? ENOSPC : EIO;
     return true;
 }
