@@ -6,6 +6,7 @@
 #include "tests/faults/sharedplan.h"
 #include "tests/kit/plf.h"
 
+#include <QDeadlineTimer>
 #include <QDir>
 #include <QElapsedTimer>
 #include <QProcess>
@@ -21,7 +22,8 @@ namespace {
 
 constexpr int kTimeout = 120000; // milliseconds; sanitizers on a busy machine are slow
 constexpr quint32 kSeed = 1;
-constexpr int kKills = 100; // of each program
+constexpr int kKills = 100;      // of each program
+constexpr long kFewestCalls = 5; // less would mean that the library does not see them
 constexpr char kOlder[] = "the older file";
 
 // Takes the viewer some milliseconds to write.
@@ -63,10 +65,6 @@ public:
         group = 0;
         process.waitForFinished(kTimeout);
     }
-    [[nodiscard]] bool HasSucceeded() const
-    {
-        return process.exitStatus() == QProcess::NormalExit && process.exitCode() == 0;
-    }
 
 private:
     QProcess process;
@@ -103,16 +101,21 @@ private:
         return ReadFile(Path(Text("out/") + picture)) == expected[picture];
     }
     void KeepAsExpected();
-    // Until the picture is there. Returns the milliseconds.
-    qint64 ExportOnce();
+    struct Program {
+        const char* name;
+        QStringList arguments;
+    };
+    void KillAtEachCall(const Program& program, const QString& picture);
+    void KillAtRandom(const Program& program, int first, int last);
+    // Keeps the pictures as the expected ones. Returns the milliseconds.
+    int RunUntilAllIsThere(const Program& program, const QStringList& pictures);
 
     SharedPlan shared;
     FaultPlan* plan = shared.Get();
     std::optional<QTemporaryDir> folder;
     QProcessEnvironment environment;
     QMap<QString, QByteArray> expected; // the pictures
-    const QStringList converting = {Text("-q"), Text("-d"), Text("out"), Text(PLOTVW_SAMPLES)};
-    const QStringList exporting = {Text("-c=2"), Text("-cf=out/large"), Text("large")};
+    const Program viewer = {PLOTVW_PROGRAM, {Text("-c=2"), Text("-cf=out/large"), Text("large")}};
 };
 
 void TestKills::init()
@@ -160,105 +163,80 @@ int TestKills::TakeLeftovers()
 }
 
 // Only between two of the calls is the new file there under its hidden name.
-void TestKills::converter_killedAtAnyCall_leavesWholeFiles()
+void TestKills::KillAtEachCall(const Program& program, const QString& picture)
 {
-    const QStringList one = {Text("-f"), Text("png"), Text("large"), Text("out/large.png")};
-    {
-        Group converter(folder->path(), environment);
-        converter.Start(PLFCONVERT_PROGRAM, one);
-        QVERIFY(converter.WaitFor(kTimeout) && converter.HasSucceeded());
-    }
-    KeepAsExpected();
+    RunUntilAllIsThere(program, {picture});
     int leftovers = 0;
     long call = 0;
     do {
         MakeOlder();
         plan->Arm(Fault::kKillGroup, ++call);
-        Group converter(folder->path(), environment);
-        converter.Start(PLFCONVERT_PROGRAM, one);
-        QVERIFY(converter.WaitFor(kTimeout));
+        Group group(folder->path(), environment);
+        group.Start(program.name, program.arguments);
+        const QDeadlineTimer deadline(kTimeout);
+        while (!group.WaitFor(1) && !IsNew(picture) && !deadline.hasExpired()) {
+        }
         CheckPictures();
         leftovers += TakeLeftovers();
     } while (plan->Disarm() && !QTest::currentTestFailed());
-    QVERIFY(IsNew(Text("large.png")));
-    QVERIFY(call > 5);
+    QVERIFY(IsNew(picture));
+    QVERIFY(call > kFewestCalls);
     QVERIFY2(leftovers <= 1, qPrintable(QString::number(leftovers)));
 }
 
-void TestKills::converter_killedAtRandom_leavesWholeFiles()
+// Between two moments, in milliseconds since the start.
+void TestKills::KillAtRandom(const Program& program, int first, int last)
 {
-    QElapsedTimer time;
-    time.start();
-    {
-        Group converter(folder->path(), environment);
-        converter.Start(PLFCONVERT_PROGRAM, converting);
-        QVERIFY(converter.WaitFor(kTimeout) && converter.HasSucceeded());
-    }
-    const auto duration = static_cast<int>(time.elapsed());
-    KeepAsExpected();
     QRandomGenerator random(kSeed);
     int leftovers = 0;
     for (int i = 0; i < kKills && !QTest::currentTestFailed(); ++i) {
         MakeOlder();
-        Group converter(folder->path(), environment);
-        converter.Start(PLFCONVERT_PROGRAM, converting);
-        converter.WaitFor(random.bounded(duration));
-        converter.Kill();
+        Group group(folder->path(), environment);
+        group.Start(program.name, program.arguments);
+        group.WaitFor(random.bounded(first, last + 1));
+        group.Kill();
         CheckPictures();
         leftovers += TakeLeftovers();
     }
     qInfo("%d hidden files were left", leftovers);
 }
 
-qint64 TestKills::ExportOnce()
+int TestKills::RunUntilAllIsThere(const Program& program, const QStringList& pictures)
 {
     QElapsedTimer time;
     time.start();
-    Group viewer(folder->path(), environment);
-    viewer.Start(PLOTVW_PROGRAM, exporting);
-    while (!Pictures().contains(Text("large.eps")) && time.elapsed() < kTimeout)
-        viewer.WaitFor(1);
-    return time.elapsed();
+    Group group(folder->path(), environment);
+    group.Start(program.name, program.arguments);
+    while (Pictures() != pictures && time.elapsed() < kTimeout)
+        group.WaitFor(1);
+    KeepAsExpected();
+    return static_cast<int>(time.elapsed());
+}
+
+void TestKills::converter_killedAtAnyCall_leavesWholeFiles()
+{
+    KillAtEachCall({PLFCONVERT_PROGRAM, {Text("large"), Text("out/large.png")}}, Text("large.png"));
+}
+
+void TestKills::converter_killedAtRandom_leavesWholeFiles()
+{
+    QStringList pictures = QDir(Text(PLOTVW_SAMPLES)).entryList({Text("*.plf")});
+    pictures.replaceInStrings(Text(".plf"), Text(".png"));
+    const Program program = {PLFCONVERT_PROGRAM,
+                             {Text("-q"), Text("-d"), Text("out"), Text(PLOTVW_SAMPLES)}};
+    KillAtRandom(program, 0, RunUntilAllIsThere(program, pictures));
 }
 
 void TestKills::viewer_killedAtAnyCall_leavesWholeFiles()
 {
-    ExportOnce();
-    KeepAsExpected();
-    int leftovers = 0;
-    long call = 0;
-    do {
-        MakeOlder();
-        plan->Arm(Fault::kKillGroup, ++call);
-        Group viewer(folder->path(), environment);
-        viewer.Start(PLOTVW_PROGRAM, exporting);
-        while (!viewer.WaitFor(1) && !IsNew(Text("large.eps"))) {
-        }
-        CheckPictures();
-        leftovers += TakeLeftovers();
-    } while (plan->Disarm() && !QTest::currentTestFailed());
-    QVERIFY(IsNew(Text("large.eps")));
-    QVERIFY(call > 5);
-    QVERIFY2(leftovers <= 1, qPrintable(QString::number(leftovers)));
+    KillAtEachCall(viewer, Text("large.eps"));
 }
 
 // In the second half, when the window is there and the file is written.
 void TestKills::viewer_killedAtRandom_leavesWholeFiles()
 {
-    const auto duration = static_cast<int>(ExportOnce());
-    KeepAsExpected();
-    QRandomGenerator random(kSeed);
-    int leftovers = 0;
-    for (int i = 0; i < kKills && !QTest::currentTestFailed(); ++i) {
-        MakeOlder();
-        Group viewer(folder->path(), environment);
-        viewer.Start(PLOTVW_PROGRAM, exporting);
-        viewer.WaitFor(random.bounded(duration / 2, duration + 1));
-        viewer.Kill();
-        CheckPictures();
-        leftovers += TakeLeftovers();
-    }
-    qInfo("%d hidden files were left", leftovers);
+    const int duration = RunUntilAllIsThere(viewer, {Text("large.eps")});
+    KillAtRandom(viewer, duration / 2, duration);
 }
 
 QTEST_GUILESS_MAIN(TestKills)
