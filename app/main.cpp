@@ -7,6 +7,7 @@
 #include "app/filedrop.h"
 #include "app/state/globals.h"
 #include "support/paths.h"
+#include "support/streams.h"
 #include "support/text.h"
 
 #include <QApplication>
@@ -45,6 +46,7 @@ void LeaveInOrder()
 // configuration and settings files, which the window's constructor reads.
 int main(int argc, char** argv)
 {
+    TakeClosedStreams();
     ReadWorkingDirectory();
     GetTmpPath(gszTmppath);
     SetRect(&grWinPos, 200, 200, 840, 687);

@@ -13,6 +13,8 @@
 #include <QImageReader>
 #include <QTemporaryDir>
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <cstdlib>
 #include <optional>
@@ -55,6 +57,20 @@ QImage Without(const QImage& picture, const QRect& area)
             rest.setPixel(x, y, 0);
     }
     return rest;
+}
+
+// Done in the viewer's process before it starts.
+using Action = void (*)();
+
+template <int kStream> void CloseStream()
+{
+    close(kStream);
+}
+
+void CloseAllStreams()
+{
+    for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
+        close(stream);
 }
 
 // A compositor for as long as the object lives, which shows its windows to nobody.
@@ -110,6 +126,9 @@ private slots:
     void home_withBlanksAndOtherLetters_isUsed();
     void temporaryDirectory_thatIsNotNamed_isNotMissed();
     void decimalComma_changesNoNumber();
+
+    void stream_closedAtTheStart_isNotMissed_data();
+    void stream_closedAtTheStart_isNotMissed();
 
     void window_tiny_isSurvivedAndGrows_data();
     void window_tiny_isSurvivedAndGrows();
@@ -266,6 +285,27 @@ void TestEnvironment::decimalComma_changesNoNumber()
     Quit();
     QVERIFY(eps.contains("\n0.30 0.30 scale\n"));
     QCOMPARE(ReadFile(Path("graph.eps")), eps);
+}
+
+void TestEnvironment::stream_closedAtTheStart_isNotMissed_data()
+{
+    QTest::addColumn<Action>("closing");
+    QTest::newRow("standard input") << Action{CloseStream<STDIN_FILENO>};
+    QTest::newRow("standard output") << Action{CloseStream<STDOUT_FILENO>};
+    QTest::newRow("standard error") << Action{CloseStream<STDERR_FILENO>};
+    QTest::newRow("all") << Action{CloseAllStreams};
+}
+
+// The connection to the X server would get the stream's number, and what is written for each file
+// would go there.
+void TestEnvironment::stream_closedAtTheStart_isNotMissed()
+{
+    QFETCH(Action, closing);
+    viewer->BeforeStart(closing);
+    Open({QStringLiteral("-c=2")});
+    ExpectMarks();
+    Quit();
+    QVERIFY(ReadFile(Path("graph.eps")).startsWith("%!PS"));
 }
 
 void TestEnvironment::window_tiny_isSurvivedAndGrows_data()

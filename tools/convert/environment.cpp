@@ -6,9 +6,7 @@
 
 #include <QGuiApplication>
 
-#include <fcntl.h>
 #include <langinfo.h>
-#include <unistd.h>
 
 #include <clocale>
 #include <cstring>
@@ -42,18 +40,6 @@ void UseUtf8()
         qputenv("LC_ALL", "C.UTF-8");
 }
 
-// A stream that the caller closed would give its number to one of the pipes between the processes,
-// and pictures would be written into that. Here its number is taken, by what can only fail.
-void TakeClosedStreams()
-{
-    for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
-        const int how = stream == STDIN_FILENO ? O_WRONLY : O_RDONLY;
-        // The lowest free number is given first, and those before this one are taken.
-        if (fcntl(stream, F_GETFD) == -1)
-            open("/dev/null", how);
-    }
-}
-
 void SetDefault(const char* variable, const char* value)
 {
     if (qEnvironmentVariableIsEmpty(variable))
@@ -64,7 +50,6 @@ void SetDefault(const char* variable, const char* value)
 
 void PrepareProcess()
 {
-    TakeClosedStreams();
     UseUtf8();
     qInstallMessageHandler(HandleMessage);
 }

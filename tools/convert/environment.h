@@ -10,8 +10,8 @@
 
 namespace convert {
 
-/// To be called first in the program: takes the numbers of closed streams, a UTF-8 locale, and the
-/// messages of Qt and of the interpreter.
+/// To be called before anything of Qt: takes a UTF-8 locale, and the messages of Qt and of the
+/// interpreter.
 void PrepareProcess();
 
 /// Creates the application object, without which there are no fonts, on a platform that needs no

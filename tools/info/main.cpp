@@ -2,6 +2,7 @@
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 //
 // plfinfo: prints what graphs contain, without a display.
+#include "support/streams.h"
 #include "tools/info/run.h"
 
 #include <QCoreApplication>
@@ -15,6 +16,7 @@ void Ignore(QtMsgType /*type*/, const QMessageLogContext& /*context*/, const QSt
 
 int main(int argc, char** argv)
 {
+    TakeClosedStreams();
     int count = 1; // Qt takes none of the arguments for itself
     QCoreApplication application(count, argv);
     tools::SetProgramName("plfinfo");

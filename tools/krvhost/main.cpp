@@ -3,6 +3,7 @@
 //
 // krvhost: plays the KORVEL process. Starts the viewer, sends it command lines over a local server
 // and prints how long each acknowledgement took.
+#include "support/streams.h"
 #include "tools/krvhost/run.h"
 
 #include <QCoreApplication>
@@ -12,6 +13,7 @@
 
 int main(int argc, char** argv)
 {
+    TakeClosedStreams();
     signal(SIGPIPE, SIG_IGN); // a viewer that goes away while it is written to is an exit code
     setvbuf(stdout, nullptr, _IOLBF, BUFSIZ); // each line is there as soon as it is true
     QCoreApplication application(argc, argv);
