@@ -46,7 +46,7 @@ bool MayBeRounded(const QPainterPath& path, const QTransform& toDevice)
 
 bool IsRaster(const QPainter& painter)
 {
-    return painter.paintEngine()->type() == QPaintEngine::Raster;
+    return painter.isActive() && painter.paintEngine()->type() == QPaintEngine::Raster;
 }
 
 QImage* ImageOf(const QPainter& painter)

@@ -14,7 +14,7 @@ class QPen;
 class QTransform;
 
 /// Whether a painter draws pixels, on the screen or in an image. Other engines only record what is
-/// painted.
+/// painted, and a painter that could not begin has none.
 bool IsRaster(const QPainter& painter);
 
 /// The image that a painter draws on without any detour, or null.

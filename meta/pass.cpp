@@ -9,6 +9,7 @@
 #include "meta/palette.h"
 #include "meta/passrun.h"
 
+#include <QPainter>
 #include <QtGlobal>
 
 int LineColors::Map(int index) const
@@ -31,6 +32,8 @@ int PlfPass::Background() const
 
 PlfResult PaintGraph(const PlfPass& pass, QPainter& painter)
 {
+    if (!painter.isActive())
+        return CountVectors(pass);
     return PaintInBands(pass, painter, FindCuts(pass, painter));
 }
 
@@ -44,7 +47,7 @@ PlfResult WriteEps(const PlfPass& pass, ByteSink& output)
 PlfResult FollowGraph(const PlfPass& pass, PlfObserver& observer, QPainter* painter)
 {
     PassRun run(pass);
-    if (painter == nullptr) {
+    if (painter == nullptr || !painter->isActive()) {
         NoSink sink;
         return run.Into(sink, observer);
     }

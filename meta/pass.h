@@ -78,7 +78,8 @@ struct PlfResult {
 };
 
 /// Draws a graph: maps the painter's window to the area, fills the background, draws lines and
-/// texts. A clip rectangle of the painter limits all of it. Where other threads help, they are done
+/// texts. A clip rectangle of the painter limits all of it. A painter that is not active draws
+/// nothing, without a word. Where other threads help, they are done
 /// when this returns; the picture does not show it.
 PlfResult PaintGraph(const PlfPass& pass, QPainter& painter);
 

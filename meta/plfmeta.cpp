@@ -122,11 +122,18 @@ int CPlfMeta::DrawPlf(Rect* zoom, Rect* full)
     return result;
 }
 
+// A painter cannot begin on a screen whose pixels are indices of colors.
+bool CPlfMeta::CanPaint() const
+{
+    return pPainter != nullptr && pPainter->isActive();
+}
+
 // Connects the decoder with its sinks.
 int CPlfMeta::Plf2Screen(const PlfPass& pass)
 {
     const int background = pass.Background();
-    if (pPainter == nullptr && cvtfp == nullptr) {
+    const bool paints = CanPaint();
+    if (!paints && cvtfp == nullptr) {
         NoSink nowhere;
         return RunInto(nowhere, pass, background);
     }
@@ -138,7 +145,7 @@ int CPlfMeta::Plf2Screen(const PlfPass& pass)
         return RunInto(painting, pass, background);
     }
     EpsSink writing(*cvtfp, pass, background, nEpsItems);
-    if (pPainter == nullptr)
+    if (!paints)
         return RunInto(writing, pass, background);
     PainterSink painting(*pPainter, pass, background, pen);
     BothSinks both(painting, writing);
@@ -184,7 +191,7 @@ template <class Action> void CPlfMeta::Act(Action action)
 {
     const PlfPass pass = MakePass({}, kWholeArea);
     NoReport nobody;
-    if (pPainter == nullptr) {
+    if (!CanPaint()) {
         NoSink nowhere;
         Decoder decoder(pass, State(), nowhere, nobody);
         action(decoder);
@@ -202,7 +209,7 @@ int CPlfMeta::MapColor(int index) const
 
 void CPlfMeta::SetPen(int index)
 {
-    if (pPainter == nullptr)
+    if (!CanPaint())
         return;
     const PlfPass pass = MakePass({}, kWholeArea);
     PainterSink(*pPainter, pass, static_cast<int>(gdwBkClrFile), pen).SetPen(index, line.iWidth);

@@ -29,7 +29,8 @@ class CPlfMeta
 {
 public:
     /// @param name        the file's name, kept for reference
-    /// @param painter     target, or null to draw nothing; must be active and outlive the object
+    /// @param painter     target, or null to draw nothing, as does one that is not active; must
+    ///                    outlive the object
     /// @param printer     the painter's printer when printing (page mapping and pens for paper),
     ///                    otherwise null
     /// @param widthScale  factor for the file's line widths; any value, infinite ones saturate
@@ -76,6 +77,7 @@ private:
     struct Order; // of the members below, which is fixed
 
     [[nodiscard]] PlfPass MakePass(const Rect& zoom, const Rect& full) const;
+    [[nodiscard]] bool CanPaint() const;
     PassState State() { return {text, input, line, beam, address}; }
     int Plf2Screen(const PlfPass& pass);
     template <class Sink> int RunInto(Sink& sink, const PlfPass& pass, int background);

@@ -10,10 +10,12 @@
 #include "meta/state.h"
 #include "tests/kit/epsfile.h"
 #include "tests/kit/graph.h"
+#include "tests/kit/plf.h"
 #include "tests/kit/recorder.h"
 #include "tests/reference/streams.h"
 
 #include <QPainter>
+#include <QRegularExpression>
 #include <QTest>
 
 #include <algorithm>
@@ -179,6 +181,20 @@ private slots:
                              "plotvw: ignored 2 texts or font names longer than 1023 bytes");
         TellRefusedTexts(result);
         TellRefusedTexts({}); // says nothing
+    }
+
+    void painterThatDidNotBegin_drawsNothing()
+    {
+        QTest::failOnWarning(QRegularExpression(QStringLiteral(".")));
+        const PlfGraph graph = Load(plf::Start() + plf::Line(0, 0, 100, 100) +
+                                    plf::Text(100, 200, "text") + plf::End());
+        PlfPass pass;
+        pass.graph = graph.Bytes();
+        QPainter painter;
+        QCOMPARE(PaintGraph(pass, painter).vectors, 1UL);
+        VectorCounter counter;
+        QCOMPARE(FollowGraph(pass, counter, &painter).vectors, 1UL);
+        QCOMPARE(counter.count, 1UL);
     }
 
     void withoutAGraph_aPassHasNothingButItsBackground()

@@ -467,15 +467,30 @@ private slots:
         QCOMPARE(gdwVectorCnt, 0UL);
     }
 
+    void withoutAPainter_aPassStillCounts_data()
+    {
+        QTest::addColumn<bool>("hasPainter");
+        QTest::newRow("none") << false;
+        QTest::newRow("one that did not begin") << true;
+    }
+
     void withoutAPainter_aPassStillCounts()
     {
-        LoadBytes(File(kCross));
+        QFETCH(bool, hasPainter);
+        QTest::failOnWarning(QRegularExpression(QStringLiteral(".")));
+        LoadBytes(File(QStringLiteral("ESC \"ZDtext\" ESC \"R!\" ") + kCross));
         Rect none = {};
         Rect full = kWholeArea;
         char name[] = "";
-        CPlfMeta meta(name, nullptr, nullptr, 1.0, 0);
+        QPainter idle;
+        CPlfMeta meta(name, hasPainter ? &idle : nullptr, nullptr, 1.0, 0);
         QCOMPARE(meta.DrawPlf(&none, &full), 1);
         QCOMPARE(gdwVectorCnt, 2UL);
+        meta.SetPen(3);
+        meta.SetColor(4);
+        meta.Draw(0, 0, 100, 100);
+        meta.DrawTextKorvel(name);
+        QCOMPARE(gdwVectorCnt, 3UL);
     }
 
     void image_equalsAPlainPaintingOfTheOperations_data()

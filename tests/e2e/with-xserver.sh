@@ -6,6 +6,7 @@
 #
 #   with-xserver.sh COMMAND [ARGUMENT...]
 #
+# SCREEN gives the screen's size and bits of color, WIDTHxHEIGHTxBITS.
 # The server takes a free display number, so that several may run at once. Everything is gone when the command ends, and
 # its exit code is the script's.
 #
@@ -80,7 +81,7 @@ unset WAYLAND_DISPLAY XAUTHORITY SESSION_MANAGER DESKTOP_STARTUP_ID XDG_CURRENT_
   QT_SCREEN_SCALE_FACTORS QT_AUTO_SCREEN_SCALE_FACTOR QT_FONT_DPI
 export QT_QPA_PLATFORM=xcb DBUS_SESSION_BUS_ADDRESS=disabled: NO_AT_BRIDGE=1
 
-Xvfb -displayfd "$ready" -screen 0 1280x1024x24 -dpi 96 -nolisten tcp -noreset \
+Xvfb -displayfd "$ready" -screen 0 "${SCREEN:-1280x1024x24}" -dpi 96 -nolisten tcp -noreset \
   >"$state/server.log" 2>&1 </dev/null {tick}<&- &
 server=$!
 number=$(await "$server") || report Xvfb "$state/server.log"
