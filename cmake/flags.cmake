@@ -12,6 +12,14 @@ target_compile_options(plotvw_flags INTERFACE -Wall -Wextra -Wpedantic -Wshadow 
 if(PLOTVW_WERROR)
   target_compile_options(plotvw_flags INTERFACE -Werror)
 endif()
+if(PLOTVW_ASSERTIONS)
+  target_compile_definitions(plotvw_flags INTERFACE _GLIBCXX_ASSERTIONS)
+endif()
+# The sanitizers have checks of their own, which fortified functions of the C library would bypass.
+if(PLOTVW_HARDEN AND NOT PLOTVW_SANITIZE AND NOT PLOTVW_TSAN)
+  include(${CMAKE_CURRENT_LIST_DIR}/hardening.cmake)
+  target_link_libraries(plotvw_flags INTERFACE plotvw_hardening)
+endif()
 if(PLOTVW_SANITIZE)
   # float-cast-overflow is not part of "undefined" and is what a huge zoom factor would trip.
   set(sanitizers -fsanitize=address,undefined,float-cast-overflow -fno-sanitize-recover=all)

@@ -10,7 +10,7 @@ build_packages=(cmake fonts-dejavu-core g++ libgl-dev ninja-build qt6-base-dev q
 wayland_packages=(qt6-wayland)
 # To build and run the tests: readers of PostScript and PDF, a print server, locales, an X server with a window manager
 # and simulated input, a Wayland compositor, and desktop tools for file types.
-test_packages=(cups-client cups-daemon desktop-file-utils file ghostscript libglib2.0-bin locales openbox
+test_packages=(binutils cups-client cups-daemon desktop-file-utils file ghostscript libglib2.0-bin locales openbox
   poppler-utils qt6-wayland shared-mime-info weston x11-utils xdotool xvfb)
 # To build with sanitizers, with function names in their reports.
 sanitizer_packages=(clang libclang-rt-14-dev llvm)

@@ -13,6 +13,8 @@ trap 'rm -rf -- "$root"' EXIT
 prefix=$root/usr
 cmake --install "$build" --prefix "$prefix" >/dev/null
 
+"$top/tests/hardening.sh" "$prefix"/bin/{plotvw,plfconvert,plfinfo,krvhost}
+
 # expect WHAT TYPE FILE: the file is there, and of a type.
 expect() {
   [[ $(file --brief --mime-type -- "$3") == "$2" ]] || {
