@@ -84,6 +84,7 @@ private slots:
     void quiet_printsErrorsOnly();
     void folder_isConvertedWhole();
     void strangeNames_areConverted();
+    void hostileNames_areNotObeyed();
     void existingPictures_areReplacedOrLeftAlone();
     void workerThatIsKilled_costsItsFileAndIsTold();
     void count_onAFullDisk_isAFailure();
@@ -372,6 +373,20 @@ void TestConverting::strangeNames_areConverted()
     const Call missing = Convert({Text("--"), Text("no\nsuch\x1b.plf"), Text("a.png")});
     QCOMPARE(missing.errors,
              QByteArray("plfconvert: no\\x0asuch\\x1b.plf: No such file or directory\n"));
+}
+
+// Names of graphs, of pictures and of options' values.
+void TestConverting::hostileNames_areNotObeyed()
+{
+    const QString name = Text("a\x1b[2J\xc2\x9b\xe2\x80\xae\\");
+    const QByteArray visible = "a\\x1b[2J\\xc2\\x9b\\xe2\\x80\\xae\\\\";
+    Write(Path("a.plf"), SmallGraph());
+    QCOMPARE(Convert({name, Text("a.png")}).errors,
+             "plfconvert: " + visible + ": No such file or directory\n");
+    const QByteArray picture = Convert({Text("a.plf"), name + Text("/a.png")}).errors;
+    QCOMPARE(picture, "plfconvert: a.plf: " + visible + "/a.png: No such file or directory\n");
+    const QByteArray value = Convert({Text("--size"), name, Text("a.plf"), Text("a.png")}).errors;
+    QVERIFY2(value.startsWith("plfconvert: --size '" + visible + "': "), value.constData());
 }
 
 void TestConverting::existingPictures_areReplacedOrLeftAlone()

@@ -287,12 +287,6 @@ private slots:
                  '/' + name + "\xc3\xa9");
     }
 
-    void nameInAMessage_staysOnItsLine()
-    {
-        QCOMPARE(tools::VisibleName("a\nb\x1b[2J\x7f"), QByteArray("a\\x0ab\\x1b[2J\\x7f"));
-        QCOMPARE(tools::VisibleName("\xc3\xa4"), QByteArray("\xc3\xa4"));
-    }
-
     void commandLine_thatIsWrong_isToldWhy_data()
     {
         QTest::addColumn<QString>("arguments");

@@ -56,6 +56,8 @@ private slots:
     void call_outputThatCannotBeWritten_endsWith1();
     void call_helpAndVersion_endWith0();
     void call_nameThatIsNoText_isRead();
+    void json_nameThatIsNoTextAndCannotBeRead_hasItsBytes();
+    void hostileName_isNotObeyed();
 
 private:
     Call Run(const QStringList& arguments, const QByteArray& input = {});
@@ -302,6 +304,44 @@ void TestPlfInfo::call_nameThatIsNoText_isRead()
     QCOMPARE(process.exitCode(), 0);
     const QJsonArray graphs = QJsonDocument::fromJson(process.readAllStandardOutput()).array();
     QCOMPARE(graphs[0][Text("file")].toString(), Text("caf\ufffd.plf"));
+    QCOMPARE(QByteArray::fromBase64(graphs[0][Text("fileBase64")].toString().toLatin1()),
+             QByteArray("caf\xe9.plf"));
+}
+
+void TestPlfInfo::json_nameThatIsNoTextAndCannotBeRead_hasItsBytes()
+{
+    QProcess process;
+    process.setWorkingDirectory(folder->path());
+    process.start(Text("bash"),
+                  {Text("-c"), Text("exec '" PLFINFO_PROGRAM "' --json none$'\\xe9' none")});
+    QVERIFY(process.waitForFinished(kTimeout));
+    const QJsonArray graphs = QJsonDocument::fromJson(process.readAllStandardOutput()).array();
+    QCOMPARE(graphs[0].toObject().keys(),
+             (QStringList{Text("error"), Text("file"), Text("fileBase64")}));
+    QCOMPARE(graphs[0][Text("fileBase64")].toString(), Text("bm9uZek="));
+    QCOMPARE(graphs[1].toObject().keys(), (QStringList{Text("error"), Text("file")}));
+    QVERIFY(process.readAllStandardError().startsWith("plfinfo: none\\xe9: "));
+}
+
+// Whatever the output, and where the name is in it.
+void TestPlfInfo::hostileName_isNotObeyed()
+{
+    const QString name = Text("a\x1b[2J\xc2\x9b\xe2\x80\xae\\.plf");
+    const QByteArray visible = "a\\x1b[2J\\xc2\\x9b\\xe2\\x80\\xae\\\\.plf";
+    Write(name.toUtf8().constData(),
+          QByteArray::fromStdString(plf::Start() + plf::Text(1, 1, "\xe2\x80\xae") + plf::End()));
+    const QByteArray text = Run({name}).output;
+    QVERIFY(text.startsWith(visible + '\n'));
+    QVERIFY(text.contains("\"\\u202e\""));
+    QVERIFY(Run({Text("--dump"), name, name}).output.startsWith("# " + visible + '\n'));
+    const Call failed = Run({name + Text("x")});
+    QVERIFY2(failed.errors.startsWith("plfinfo: " + visible + "x: "), failed.errors.constData());
+    const QByteArray json = Run({Text("--json"), name}).output;
+    QCOMPARE(QJsonDocument::fromJson(json).array()[0][Text("file")].toString(), name);
+    for (const QByteArray& output : {text, failed.errors, json}) {
+        for (const char* obeyed : {"\x1b", "\xc2\x9b", "\xe2\x80\xae"})
+            QVERIFY2(!output.contains(obeyed), output.constData());
+    }
 }
 
 QTEST_GUILESS_MAIN(TestPlfInfo)

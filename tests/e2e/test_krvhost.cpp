@@ -82,6 +82,7 @@ private slots:
     void socket_isForItsUserAlone();
     void script_isRead_data();
     void script_isRead();
+    void hostileNames_areNotObeyed();
     void commandWithoutAnswer_isNotWaitedFor();
     void tmp_handsOverCopiesThatTheViewerDeletes();
     void tmp_removesWhatTheViewerLeft();
@@ -362,6 +363,25 @@ void TestKrvHost::script_isRead()
                                   QStringLiteral("other.plf")};
     QCOMPARE(answered, commands);
     QVERIFY(Exists(QStringLiteral("out.eps")));
+}
+
+// Everything that it prints could hold a name.
+void TestKrvHost::hostileNames_areNotObeyed()
+{
+    const QString name = QStringLiteral("a\u001b[2J\u009b\u202e\\.plf");
+    const QString visible = QStringLiteral("a\\x1b[2J\\xc2\\x9b\\xe2\\x80\\xae\\\\.plf");
+    QVERIFY(WriteFile(Path(name), plf::Diagonal()));
+    const HostRun run = RunHost(QStringLiteral("--arg|graph.plf|%1|!%1 -po=l").arg(name));
+    QCOMPARE(run.code, 0);
+    QVERIFY2(run.output.contains(QStringLiteral(" ms  %1\n").arg(visible)), qPrintable(run.output));
+    QVERIFY2(run.output.endsWith(QStringLiteral(" %1 -po=l\n").arg(visible)),
+             qPrintable(run.output));
+    QVERIFY(RunHost(QStringLiteral("--script|no") + name)
+                .errors.startsWith(QStringLiteral("krvhost: cannot read no%1: ").arg(visible)));
+    const QString server = Path(QStringLiteral("s\u001b"));
+    QVERIFY(
+        RunHost(QStringLiteral("--name|%1|--arg|graph.plf").arg(server))
+            .output.startsWith(QStringLiteral("greeting on ") + Path(QStringLiteral("s\\x1b\n"))));
 }
 
 void TestKrvHost::commandWithoutAnswer_isNotWaitedFor()

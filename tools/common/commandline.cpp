@@ -132,7 +132,7 @@ void PrintError(const QByteArray& text)
 
 int Fail(ExitCode code, const QString& reason)
 {
-    PrintError(VisibleName(EncodeName(reason)));
+    PrintError(VisibleText(reason));
     return code;
 }
 

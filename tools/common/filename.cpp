@@ -2,6 +2,8 @@
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 #include "tools/common/filename.h"
 
+#include "support/visible.h"
+
 #include <QStringDecoder>
 
 namespace tools {
@@ -18,11 +20,6 @@ bool IsRawByte(const QString& name, qsizetype at)
     const char16_t c = name[at].unicode();
     const bool alone = at == 0 || !name[at - 1].isHighSurrogate();
     return alone && c >= kFirstRawByte && c <= kLastRawByte;
-}
-
-bool IsControl(char c)
-{
-    return (c >= 0 && c < ' ') || c == '\x7f';
 }
 
 } // namespace
@@ -55,16 +52,9 @@ QByteArray EncodeName(const QString& name)
     return encoded + QStringView(name).sliced(start).toUtf8();
 }
 
-QByteArray VisibleName(const QByteArray& name)
+QByteArray VisibleText(const QString& text)
 {
-    QByteArray visible;
-    for (const char c : name) {
-        if (IsControl(c))
-            visible += "\\x" + QByteArray(1, c).toHex();
-        else
-            visible += c;
-    }
-    return visible;
+    return VisibleName(EncodeName(text));
 }
 
 QString BaseName(const QString& name)

@@ -19,8 +19,8 @@ QString DecodeName(const QByteArray& name);
 /// The bytes of a name.
 QByteArray EncodeName(const QString& name);
 
-/// A name for a message: control characters as "\xNN", so that it stays on its line.
-QByteArray VisibleName(const QByteArray& name);
+/// A name, or a text with names in it, for a message; see VisibleName.
+QByteArray VisibleText(const QString& text);
 
 /// The name without its directory and without the last extension; "stdin" for kStandardStream.
 QString BaseName(const QString& name);

@@ -4,6 +4,7 @@
 
 #include "meta/plfgraph.h"
 #include "support/files.h"
+#include "support/visible.h"
 #include "tools/common/filename.h"
 #include "tools/common/source.h"
 #include "tools/convert/output.h"
@@ -51,7 +52,7 @@ QString OutputProblem(const Job& job)
         return QStringLiteral("input and output are the same file");
     if (IsGraph(job.output))
         return QStringLiteral("output '%1' is a graph; graphs are never overwritten")
-            .arg(QString::fromUtf8(tools::VisibleName(job.output)));
+            .arg(QString::fromUtf8(VisibleName(job.output)));
     return {};
 }
 
@@ -75,7 +76,7 @@ QString MakeFolder(const QByteArray& output)
 
 QString About(const Job& job, const QString& reason)
 {
-    return QStringLiteral("%1: %2").arg(QString::fromUtf8(tools::VisibleName(job.output)), reason);
+    return QStringLiteral("%1: %2").arg(QString::fromUtf8(VisibleName(job.output)), reason);
 }
 
 QString WritePicture(const PlfGraph& graph, const Job& job, int number,

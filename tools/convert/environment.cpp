@@ -3,6 +3,7 @@
 #include "tools/convert/environment.h"
 
 #include "tools/common/commandline.h"
+#include "tools/common/filename.h"
 
 #include <QGuiApplication>
 
@@ -26,10 +27,11 @@ void HandleMessage(QtMsgType /*type*/, const QMessageLogContext& /*context*/, co
         return;
     static std::mutex mutex; // several threads may draw
     const std::lock_guard lock(mutex);
+    const QByteArray visible = tools::VisibleText(text); // it may name a font of the graph
     if (kept == nullptr)
-        tools::PrintError(text.toLocal8Bit());
+        tools::PrintError(visible);
     else
-        *kept += (kept->isEmpty() ? QString() : QStringLiteral("\n")) + text;
+        *kept += (kept->isEmpty() ? QString() : QStringLiteral("\n")) + QString::fromUtf8(visible);
 }
 
 // Qt warns of any other character set and uses this one.

@@ -2,6 +2,7 @@
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 #include "tools/convert/plan.h"
 
+#include "support/visible.h"
 #include "tools/common/filename.h"
 #include "tools/convert/namepattern.h"
 
@@ -83,7 +84,7 @@ PlannedJob MakeJob(const Options& options, const Input& input, const NameParts& 
     const QString cleaned = QDir::cleanPath(QDir::current().absoluteFilePath(output));
     if (planned.problem.isEmpty() && taken->contains(cleaned))
         planned.problem = QStringLiteral("output '%1' already used by an earlier graph")
-                              .arg(QString::fromUtf8(tools::VisibleName(planned.job.output)));
+                              .arg(QString::fromUtf8(VisibleName(planned.job.output)));
     if (planned.problem.isEmpty())
         taken->insert(cleaned);
     return planned;

@@ -2,6 +2,7 @@
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 #include "tools/convert/progress.h"
 
+#include "support/visible.h"
 #include "tools/common/commandline.h"
 #include "tools/common/filename.h"
 
@@ -43,7 +44,7 @@ void Progress::Add(const QByteArray& input, const Outcome& outcome)
 void Progress::Print(const QByteArray& input, const QString& text) const
 {
     const bool isStream = input == tools::kStandardStream;
-    const QByteArray name = isStream ? QByteArray("standard input") : tools::VisibleName(input);
+    const QByteArray name = isStream ? QByteArray("standard input") : VisibleName(input);
     ClearBar();
     for (const QString& line : text.split(u'\n'))
         tools::PrintError(name + ": " + line.toLocal8Bit());

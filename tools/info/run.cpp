@@ -2,6 +2,7 @@
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 #include "tools/info/run.h"
 
+#include "support/visible.h"
 #include "tools/common/filename.h"
 #include "tools/common/source.h"
 #include "tools/info/dump.h"
@@ -19,7 +20,29 @@ namespace info {
 namespace {
 
 using tools::EncodeName;
-using tools::VisibleName;
+using tools::VisibleText;
+
+// A name that is not UTF-8 cannot be a text of JSON.
+void PutName(const QString& graph, QJsonObject* object)
+{
+    const QByteArray name = EncodeName(graph);
+    (*object)[QStringLiteral("file")] = QString::fromUtf8(name);
+    if (!name.isValidUtf8())
+        (*object)[QStringLiteral("fileBase64")] = QString::fromLatin1(name.toBase64());
+}
+
+// What a terminal would obey is in texts only, except for line ends.
+QByteArray VisibleJson(const QByteArray& json)
+{
+    QString visible;
+    for (const QChar c : QString::fromUtf8(json)) {
+        if (c != u'\n' && IsHidden(c.unicode()))
+            visible += QStringLiteral("\\u%1").arg(c.unicode(), 4, 16, QLatin1Char('0'));
+        else
+            visible += c;
+    }
+    return visible.toUtf8();
+}
 
 void Write(const QByteArray& text)
 {
@@ -50,7 +73,7 @@ int Call::Run()
     for (const QString& graph : options.graphs)
         Print(graph);
     if (options.asJson)
-        Write(QJsonDocument(objects).toJson());
+        Write(VisibleJson(QJsonDocument(objects).toJson()));
     hasFailed |= !tools::FinishOutput();
     return hasFailed ? tools::kFailed : tools::kDone;
 }
@@ -63,7 +86,7 @@ void Call::Print(const QString& graph)
         PrintProblem(graph, problem);
         return;
     }
-    const QByteArray name = VisibleName(EncodeName(graph));
+    const QByteArray name = VisibleText(graph);
     if (options.asDump) {
         Dump(name, loaded.Bytes());
         return;
@@ -74,17 +97,19 @@ void Call::Print(const QString& graph)
         return;
     }
     QJsonObject object = SummaryJson(summary);
-    object[QStringLiteral("file")] = QString::fromUtf8(EncodeName(graph));
+    PutName(graph, &object);
     objects += object;
 }
 
 void Call::PrintProblem(const QString& graph, const QString& problem)
 {
     hasFailed = true;
-    tools::PrintError(VisibleName(EncodeName(graph)) + ": " + problem.toLocal8Bit());
-    if (options.asJson)
-        objects += QJsonObject{{QStringLiteral("file"), QString::fromUtf8(EncodeName(graph))},
-                               {QStringLiteral("error"), problem}};
+    tools::PrintError(VisibleText(graph) + ": " + problem.toLocal8Bit());
+    if (!options.asJson)
+        return;
+    QJsonObject object = {{QStringLiteral("error"), problem}};
+    PutName(graph, &object);
+    objects += object;
 }
 
 void Call::Dump(const QByteArray& name, const PlfBytes& graph) const

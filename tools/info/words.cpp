@@ -4,6 +4,7 @@
 
 #include "meta/palette.h"
 #include "meta/plftext.h"
+#include "support/visible.h"
 
 #include <iterator>
 
@@ -20,19 +21,17 @@ static_assert(std::size(kDamageWords) == static_cast<size_t>(Damage::kDataAfterT
 constexpr const char* kEndWords[] = {"bel", "byte-255", "zero-byte", "end-of-file"};
 static_assert(std::size(kEndWords) == static_cast<size_t>(PlfEnd::kEndOfFile) + 1);
 
-// Those of ASCII and of Latin-1, which terminals obey too.
-bool IsControl(QChar c)
-{
-    return c.category() == QChar::Other_Control;
-}
+constexpr char16_t kLastByte = 0xFF;
 
 QString Escaped(QChar c)
 {
     if (c == u'"' || c == u'\\')
         return QStringLiteral("\\") + c;
-    if (IsControl(c))
-        return QStringLiteral("\\x%1").arg(c.unicode(), 2, 16, QLatin1Char('0'));
-    return c;
+    if (!IsHidden(c.unicode()))
+        return c;
+    if (c.unicode() > kLastByte)
+        return QStringLiteral("\\u%1").arg(c.unicode(), 4, 16, QLatin1Char('0'));
+    return QStringLiteral("\\x%1").arg(c.unicode(), 2, 16, QLatin1Char('0'));
 }
 
 } // namespace

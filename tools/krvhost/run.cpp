@@ -2,6 +2,7 @@
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 #include "tools/krvhost/run.h"
 
+#include "tools/common/filename.h"
 #include "tools/krvhost/command.h"
 #include "tools/krvhost/session.h"
 #include "tools/krvhost/temporarycopies.h"
@@ -84,7 +85,8 @@ int RunWith(QLocalServer& server, QFile& script, const QString& serverName, cons
 {
     ViewerProcess viewer;
     if (options.noStart)
-        printf("waiting for %s\n", qPrintable(WordFor(ViewerOption::kServerName) + serverName));
+        printf("waiting for %s\n",
+               tools::VisibleText(WordFor(ViewerOption::kServerName) + serverName).constData());
     else if (StartViewer(viewer, serverName, options) != kDone)
         return kNotStarted;
     TemporaryCopies copies;

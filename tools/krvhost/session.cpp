@@ -3,6 +3,7 @@
 #include "tools/krvhost/session.h"
 
 #include "hostlink/protocol.h"
+#include "tools/common/filename.h"
 #include "tools/krvhost/command.h"
 
 #include <QDeadlineTimer>
@@ -16,6 +17,7 @@ namespace krvhost {
 namespace {
 
 using tools::kDone;
+using tools::VisibleText;
 
 // Milliseconds that a viewer gets to quit before it is asked again. Asking too early only shows the
 // file once more.
@@ -44,7 +46,7 @@ int Session::Greet(const QString& serverName)
     QString message;
     if (viewer.Receive(options.Milliseconds(), &message) != Arrival::kCame || message != kAccept)
         return Fail(QStringLiteral("the viewer did not send its greeting"));
-    printf("greeting on %s\n", qPrintable(serverName));
+    printf("greeting on %s\n", VisibleText(serverName).constData());
     return kDone;
 }
 
@@ -88,7 +90,7 @@ int Session::Command(QString command)
         return result == kDone && HasOption(command, ViewerOption::kQuit) ? AwaitQuit(command)
                                                                           : result;
     }
-    printf("sent            %s\n", qPrintable(command));
+    printf("sent            %s\n", VisibleText(command).constData());
     return kDone;
 }
 
@@ -125,7 +127,7 @@ QString Session::Again(const QString& command)
 // Returns false if the viewer neither answers nor quits.
 bool Session::SendAgain(const QString& command, const QDeadlineTimer& deadline)
 {
-    printf("again           %s\n", qPrintable(command));
+    printf("again           %s\n", VisibleText(command).constData());
     viewer.Send(command);
     QString message;
     const auto left = static_cast<int>(deadline.remainingTime());
@@ -144,7 +146,7 @@ int Session::AwaitAnswer(const QString& command, const QElapsedTimer& timer)
         return Fail(QStringLiteral("the viewer answered \"%1\": %2").arg(message, command));
     printf("ack %8.1f ms  %s\n",
            static_cast<double>(timer.nsecsElapsed()) / kNanosecondsPerMillisecond,
-           qPrintable(command));
+           VisibleText(command).constData());
     return kDone;
 }
 
