@@ -25,7 +25,8 @@ public:
 
     /// Connects to the host's local server and sends the greeting. Does not wait for the
     /// connection: a listening server takes it immediately, or as soon as its queue has room. Does
-    /// nothing if there is no server.
+    /// nothing if there is no server. A server of another user, except root, could be anybody who
+    /// came before the host: it is reported on standard error and treated as missing.
     /// @param server   name or path
     /// @param owner    arrived is not called after the owner is destroyed
     /// @param arrived  called whenever bytes arrive
@@ -46,6 +47,8 @@ public:
     void DeleteSocket();
 
 private:
+    void Greet();
+
     QLocalSocket* socket = nullptr; // null before Connect() and after DeleteSocket()
     qint16 blockSize = 0;           // length of the frame being read; 0 = not read yet
 };

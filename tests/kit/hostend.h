@@ -25,6 +25,8 @@ public:
     explicit Host(const fixture::Directories& directories, const char* name = "socket")
     {
         const std::string path = directories.Path(name);
+        server.setSocketOptions(
+            QLocalServer::WorldAccessOption); // also for a viewer of another user
         QVERIFY(server.listen(QString::fromStdString(path)));
         QVERIFY(CopyText(gszKrvServerName, path.c_str()));
     }
@@ -36,6 +38,15 @@ public:
             return false;
         socket = server.nextPendingConnection();
         return QTest::qWaitFor([this] { return Answers() == 1; });
+    }
+
+    /// Takes the viewer's connection, which the viewer closes without a word.
+    [[nodiscard]] bool AwaitRefusal()
+    {
+        if (!QTest::qWaitFor([this] { return server.hasPendingConnections(); }))
+            return false;
+        socket = server.nextPendingConnection();
+        return QTest::qWaitFor([this] { return !IsConnected(); }) && Answers() == 0;
     }
 
     void Send(const QString& message) { SendBytes(EncodeFrame(message)); }
