@@ -74,8 +74,7 @@ int ReadSettingsFile()
     // The file is read over the current values, so a short file leaves the rest of each field
     // unchanged. The number of bytes read is deliberately not checked.
     SettingsImage image = ImageOfSettings();
-    [[maybe_unused]] const size_t count =
-        std::fread(image.data(), 1, image.size(), file.get());
+    [[maybe_unused]] const size_t count = std::fread(image.data(), 1, image.size(), file.get());
     ApplyImage(image);
     return 0;
 }
