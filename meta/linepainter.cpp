@@ -42,7 +42,7 @@ LinePainter::LinePainter(QPainter& target) : painter(&target), isRaster(IsRaster
 
 LinePainter::~LinePainter()
 {
-    Flush();
+    DrawWaiting();
     if (clipsDevice)
         painter->setClipping(false);
 }
@@ -55,7 +55,7 @@ void LinePainter::LimitTo(const QRect& pixels)
 
 void LinePainter::SetPen(const QPen& pen)
 {
-    Flush();
+    DrawWaiting();
     painter->setPen(pen);
     if (!isRaster)
         return;
@@ -78,15 +78,24 @@ void LinePainter::Add(int x1, int y1, int x2, int y2)
     }
     batch[waiting++] = QLine(x1, y1, x2, y2);
     if (waiting == batchSize)
-        Flush();
+        DrawWaiting();
 }
 
 void LinePainter::Flush()
+{
+    DrawWaiting();
+    if (filler != nullptr)
+        filler->ForgetPixels();
+}
+
+void LinePainter::DrawWaiting()
 {
     if (waiting == 0)
         return;
     painter->drawLines(batch.data(), static_cast<int>(waiting));
     waiting = 0;
+    if (filler != nullptr)
+        filler->ForgetPixels();
     if (watch != nullptr)
         watch->Tick();
 }

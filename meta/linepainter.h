@@ -69,6 +69,7 @@ private:
 
     void Add(int x1, int y1, int x2, int y2);
     void CountFilled();
+    void DrawWaiting();
     void FindVisible(const QPen& pen);
     [[nodiscard]] bool MayBatch(const QPen& pen) const;
     void FindFiller(const QPen& pen);

@@ -6,6 +6,7 @@
 #pragma once
 
 #include "meta/fill/coverage.h"
+#include "meta/fill/fulltiles.h"
 #include "meta/fill/outline.h"
 
 #include <QImage>
@@ -33,9 +34,13 @@ public:
     /// Sets the pen of the lines that follow; CanFill() holds for it. To be called first.
     void SetPen(const QPen& pen);
 
-    /// Draws a line, in drawing units. One of no length leaves nothing.
+    /// Draws a line, in drawing units. One of no length leaves nothing, and one that cannot change
+    /// a pixel is left out.
     /// @return false if it reaches too far from the image to be drawn here: nothing is drawn then
     bool Line(int x1, int y1, int x2, int y2);
+
+    /// To be called after something else has painted on the image.
+    void ForgetPixels() { tiles.Forget(); }
 
 private:
     uchar* bits;
@@ -45,4 +50,5 @@ private:
     QRgb color = 0;
     OutlineMaker outlines;
     Coverage coverage;
+    FullTiles tiles;
 };
