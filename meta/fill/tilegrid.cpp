@@ -1,0 +1,87 @@
+// SPDX-License-Identifier: MIT
+// SPDX-FileCopyrightText: 2026 plotvw contributors
+#include "meta/fill/tilegrid.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+#include <utility>
+
+namespace {
+
+// What rounding an outline may add, in pixels, and what a rounded place may lack.
+constexpr double kMargin = 1;
+// A box with so many tiles across or down, or fewer, is not worth being looked at row by row.
+constexpr int kFewTiles = 2;
+
+int TilesIn(int pixels)
+{
+    return (pixels + TileGrid::kSide - 1) / TileGrid::kSide;
+}
+
+} // namespace
+
+int TileGrid::Axis::From(double place) const
+{
+    return static_cast<int>(std::clamp(std::floor(place), 0.0, 1.0 * count));
+}
+
+int TileGrid::Axis::To(double place) const
+{
+    return static_cast<int>(std::clamp(std::floor(place), -1.0, 1.0 * count - 1));
+}
+
+TileGrid::TileGrid(const QRect& part, const QTransform& toDevice)
+    : pixels(part), across{toDevice.m11() / kSide, (toDevice.dx() - part.left()) / kSide,
+                           TilesIn(part.width()), 0},
+      down{toDevice.m22() / kSide, (toDevice.dy() - part.top()) / kSide, TilesIn(part.height()), 0},
+      columns(static_cast<size_t>(down.count))
+{
+}
+
+void TileGrid::SetWidth(double width)
+{
+    // The corner of a square end.
+    const double reach = width / 2 * std::numbers::sqrt2;
+    across.reach = reach * std::abs(across.scale) + kMargin / kSide;
+    down.reach = reach * std::abs(down.scale) + kMargin / kSide;
+}
+
+// The tiles of each row that the line comes near enough to touch. Returns false if there are none.
+bool TileGrid::Locate(int x1, int y1, int x2, int y2)
+{
+    Place from = {across.At(x1), down.At(y1)};
+    Place to = {across.At(x2), down.At(y2)};
+    if (from.y > to.y)
+        std::swap(from, to);
+    firstRow = down.From(from.y - down.reach);
+    lastRow = down.To(to.y + down.reach);
+    const Columns box = Near(from.x, to.x);
+    if (firstRow > lastRow || box.first > box.last)
+        return false;
+    const bool isSlanted = std::min(lastRow - firstRow, box.last - box.first) > kFewTiles;
+    const double slope = (to.x - from.x) / (to.y - from.y);
+    Columns* const inRows = columns.data();
+    for (int row = firstRow; row <= lastRow; ++row) {
+        if (isSlanted && std::isfinite(slope)) {
+            const double top = std::clamp(row - down.reach, from.y, to.y) - from.y;
+            const double bottom = std::clamp(row + 1 + down.reach, from.y, to.y) - from.y;
+            inRows[row] = Near(from.x + top * slope, from.x + bottom * slope);
+        } else {
+            inRows[row] = box;
+        }
+    }
+    return true;
+}
+
+TileGrid::Columns TileGrid::Near(double fromX, double toX) const
+{
+    return {across.From(std::min(fromX, toX) - across.reach),
+            across.To(std::max(fromX, toX) + across.reach)};
+}
+
+QRect TileGrid::PixelsOf(int row, int column) const
+{
+    const QRect tile(pixels.left() + column * kSide, pixels.top() + row * kSide, kSide, kSide);
+    return tile & pixels;
+}
