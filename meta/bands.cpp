@@ -7,6 +7,7 @@
 #include "meta/passrun.h"
 #include "meta/passwatch.h"
 #include "meta/surveysink.h"
+#include "meta/tape.h"
 
 #include <QFont>
 #include <QImage>
@@ -151,6 +152,27 @@ QImage SamePixels(QImage& image)
     return same;
 }
 
+// A pass that was recorded, and what it left.
+struct Recording {
+    Recording(const PlfPass& pass, const QRect& pixels, const QTransform& toDevice,
+              const PassValues& begin);
+
+    Tape tape;
+    PlfResult result;
+    PassValues values;
+    int background;
+};
+
+Recording::Recording(const PlfPass& pass, const QRect& pixels, const QTransform& toDevice,
+                     const PassValues& begin)
+    : tape(pass, pixels, toDevice, begin.pen.widthF())
+{
+    PassRun run(pass, begin);
+    result = run.Into(tape);
+    values = run.values;
+    background = run.background;
+}
+
 // Where a pass can be cut into bands.
 struct Target {
     QImage* image;
@@ -168,7 +190,7 @@ public:
 
     PlfResult Paint();
     /// What the pass left.
-    [[nodiscard]] const PassValues& Values() const { return bands.front().values; }
+    [[nodiscard]] PassValues Values() const;
 
 private:
     struct Band {
@@ -227,14 +249,17 @@ private:
     Bands(const PlfPass& drawnPass, const QPainter& callers, const Target& target,
           const RowCuts& cuts, const PassValues& start);
     [[nodiscard]] bool HasImages() const;
+    void Record(const QTransform& toDevice, const QRect& pixels);
     void CallThreads() const;
     void Try(Band& band, PassWatch* watch) const;
     void PaintBand(Band& band, PassWatch* watch) const;
+    void PlayInto(Band& band, const PlfPass& own, QPainter& painter) const;
     void PaintAgain(Band& band) const;
 
     const PlfPass& pass;
     const PassValues& begin;
     PainterState state;
+    std::unique_ptr<const Recording> recording; // null: each band decodes the graph
     std::vector<Band> bands;
     std::shared_ptr<Queue> queue;
 };
@@ -245,7 +270,10 @@ std::unique_ptr<Bands> Bands::Make(const PlfPass& pass, const QPainter& callers,
 {
     try {
         std::unique_ptr<Bands> made(new Bands(pass, callers, target, cuts, begin));
-        return made->HasImages() ? std::move(made) : nullptr;
+        if (!made->HasImages())
+            return nullptr;
+        made->Record(callers.deviceTransform(), target.pixels);
+        return made;
     } catch (const std::bad_alloc&) {
         return nullptr;
     }
@@ -277,6 +305,20 @@ bool Bands::HasImages() const
     });
 }
 
+// A graph that is too large for it is decoded by each band.
+void Bands::Record(const QTransform& toDevice, const QRect& pixels)
+{
+    if (bands.size() == 1 || pass.graph.size > Tape::kMostBytes)
+        return;
+    try {
+        auto recorded = std::make_unique<const Recording>(pass, pixels, toDevice, begin);
+        if (recorded->tape.IsComplete())
+            recording = std::move(recorded);
+    } catch (const std::bad_alloc&) {
+        return; // decoding needs next to none
+    }
+}
+
 PlfResult Bands::Paint()
 {
     // Whatever the watch does, threads that draw need what they draw with.
@@ -288,7 +330,16 @@ PlfResult Bands::Paint()
         if (!band.isDone)
             PaintAgain(band);
     }
-    return bands.front().result;
+    return recording != nullptr ? recording->result : bands.front().result;
+}
+
+PassValues Bands::Values() const
+{
+    if (recording == nullptr)
+        return bands.front().values;
+    PassValues values = recording->values;
+    values.pen = bands.front().values.pen;
+    return values;
 }
 
 // Qt says nothing of a thread that does not start, and would wait for it at the program's end; so
@@ -367,11 +418,23 @@ void Bands::PaintBand(Band& band, PassWatch* watch) const
     own.watch = watch;
     QPainter painter(&band.image);
     state.ApplyTo(painter);
+    if (recording != nullptr) {
+        PlayInto(band, own, painter);
+        return;
+    }
     PassRun run(own, begin);
     PainterSink sink(painter, own, run.background, run.values.pen);
     sink.LimitTo(band.pixels);
     band.result = run.Into(sink);
     band.values = run.values;
+}
+
+void Bands::PlayInto(Band& band, const PlfPass& own, QPainter& painter) const
+{
+    band.values.pen = begin.pen;
+    PainterSink sink(painter, own, recording->background, band.values.pen);
+    sink.LimitTo(band.pixels);
+    recording->tape.Play(sink, {});
 }
 
 void Bands::PaintAgain(Band& band) const

@@ -9,6 +9,7 @@
 #include "meta/paintersink.h"
 #include "meta/passwatch.h"
 #include "meta/surveysink.h"
+#include "meta/tape.h"
 
 #include <algorithm>
 #include <cstring>
@@ -264,6 +265,7 @@ template <class Sink, class Reporter> void Decoder<Sink, Reporter>::DrawTextKorv
 template class Decoder<NoSink, NoReport>;
 template class Decoder<PainterSink, NoReport>;
 template class Decoder<SurveySink, NoReport>;
+template class Decoder<Tape, NoReport>;
 template class Decoder<EpsSink, NoReport>;
 template class Decoder<BothSinks<PainterSink, EpsSink>, NoReport>;
 template class Decoder<NoSink, ObserverReport>;

@@ -15,6 +15,7 @@
 #include <QRegion>
 #include <QTransform>
 
+#include <algorithm>
 #include <cmath>
 
 namespace {
@@ -123,10 +124,10 @@ void LinePainter::FindVisible(const QPen& pen)
         QRectF units = fromDevice.mapRect(QRectF(pixels));
         if (!clip && painter->hasClipping())
             units &= painter->clipBoundingRect();
-        return Bounds{TruncToInt(std::floor(units.left() - reachX)),
-                      TruncToInt(std::floor(units.top() - reachY)),
-                      TruncToInt(std::ceil(units.right() + reachX)),
-                      TruncToInt(std::ceil(units.bottom() + reachY))};
+        return UnitBounds{TruncToInt(std::floor(units.left() - reachX)),
+                          TruncToInt(std::floor(units.top() - reachY)),
+                          TruncToInt(std::ceil(units.right() + reachX)),
+                          TruncToInt(std::ceil(units.bottom() + reachY))};
     };
     const QRegion pixels = clip ? QRegion(*clip) : VisiblePixels(*painter);
     visible = touching(pixels.boundingRect());

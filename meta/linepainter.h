@@ -6,13 +6,13 @@
 // one call per line.
 #pragma once
 
+#include "meta/unitbounds.h"
+
 #include <QLine>
 #include <QRect>
 
-#include <algorithm>
 #include <array>
 #include <cstddef>
-#include <limits>
 #include <memory>
 #include <optional>
 
@@ -46,27 +46,15 @@ public:
         if (!visible.Misses(x1, y1, x2, y2))
             Add(x1, y1, x2, y2);
     }
+    /// Whether all lines within a rectangle, in drawing units, are left out.
+    [[nodiscard]] bool Misses(int left, int top, int right, int bottom) const
+    {
+        return visible.Misses(left, top, right, bottom);
+    }
     /// Draws the waiting lines; must be called before anything else is painted.
     void Flush();
 
 private:
-    // A rectangle in drawing units; initially it contains every line.
-    struct Bounds {
-        int left = std::numeric_limits<int>::min();
-        int top = std::numeric_limits<int>::min();
-        int right = std::numeric_limits<int>::max();
-        int bottom = std::numeric_limits<int>::max();
-
-        // Tests all four sides without branches: the side that a line is beyond cannot be
-        // predicted.
-        [[nodiscard]] bool Misses(int x1, int y1, int x2, int y2) const
-        {
-            const int beyond = int{std::max(x1, x2) < left} | int{std::min(x1, x2) > right} |
-                               int{std::max(y1, y2) < top} | int{std::min(y1, y2) > bottom};
-            return beyond != 0;
-        }
-    };
-
     void Add(int x1, int y1, int x2, int y2);
     void CountFilled();
     void DrawWaiting();
@@ -80,13 +68,13 @@ private:
     // Parts of the visible area that are worth distinguishing: those around a moving rubber band.
     static constexpr size_t kMostParts = 8;
 
-    Bounds visible; // where lines with this pen can touch a visible pixel
+    UnitBounds visible; // where lines with this pen can touch a visible pixel
     QPainter* painter;
     PassWatch* watch = nullptr;
     bool isRaster;
     std::optional<QRect> clip; // pixels that may be changed, where that is known
     bool clipsDevice = false;  // the painter has it for as long as this object
-    std::array<Bounds, kMostParts> parts;
+    std::array<UnitBounds, kMostParts> parts;
     ptrdiff_t partCount = 0; // 0 = all of it is visible
     size_t batchSize = 1;    // lines per call
     size_t waiting = 0;

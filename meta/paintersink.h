@@ -36,6 +36,11 @@ public:
     void SetWidth(int width, int color) { SetPen(color, width); }
     void SetColor(int color, int width) { SetPen(color, width); }
     void Vector(bool /*continues*/, int x1, int y1, int x2, int y2) { lines.Line(x1, y1, x2, y2); }
+    /// Whether all lines within a rectangle, in drawing units, leave no trace on a pixel.
+    [[nodiscard]] bool Misses(int left, int top, int right, int bottom) const
+    {
+        return lines.Misses(left, top, right, bottom);
+    }
     void Text(std::string_view text, int x, int y);
     void Finish() { lines.Flush(); }
 
