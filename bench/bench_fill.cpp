@@ -37,7 +37,6 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
-#include <ctime>
 #include <functional>
 #include <random>
 #include <string>
@@ -161,54 +160,20 @@ void DrawGraph(benchmark::State& state, const std::string& graph, const Look& lo
     }
 }
 
-// The parts of a picture that so many threads would draw.
-std::vector<QRect> BandsOf(const Look& look, QImage& image, int bands)
-{
-    PlfPass pass = PassOf(look);
-    pass.threads = bands;
-    QPainter painter(&image);
-    painter.setRenderHint(QPainter::Antialiasing);
-    std::vector<QRect> parts;
-    int top = 0;
-    RowCuts ends = FindCuts(pass, painter);
-    ends.push_back(image.height());
-    for (const int end : ends) {
-        parts.emplace_back(0, top, image.width(), end - top);
-        top = end;
-    }
-    return parts;
-}
-
-// Of this thread, milliseconds.
-double ProcessorTime()
-{
-    timespec now = {};
-    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
-    return static_cast<double>(now.tv_sec) * 1e3 + static_cast<double>(now.tv_nsec) / 1e6;
-}
-
-// Draws the bands one after the other, so that the time is that of all of them, and tells that of
-// the longest, which is the least that as many processors would take.
+// All that so many threads would do for a picture, done by one.
 void DrawBands(benchmark::State& state, const std::string& graph, const Look& look, int bands)
 {
     LoadBytes(WithWidth(graph, look.width));
     QImage image = NewImage(look.size);
-    const PlfPass pass = PassOf(look);
-    const std::vector<QRect> parts = BandsOf(look, image, bands);
-    double longest = 0;
+    PlfPass pass = PassOf(look);
     for ([[maybe_unused]] const auto& iteration : state) {
-        double longestNow = 0;
-        for (const QRect& part : parts) {
-            const double begin = ProcessorTime();
-            QPainter painter(&image);
-            painter.setRenderHint(QPainter::Antialiasing);
-            painter.setClipRect(part);
-            PaintGraph(pass, painter);
-            longestNow = std::max(longestNow, ProcessorTime() - begin);
-        }
-        longest += longestNow;
+        QPainter painter(&image);
+        painter.setRenderHint(QPainter::Antialiasing);
+        pass.threads = bands;
+        const RowCuts cuts = FindCuts(pass, painter);
+        pass.threads = 1;
+        PaintInBands(pass, painter, cuts);
     }
-    state.counters["longest"] = benchmark::Counter(longest, benchmark::Counter::kAvgIterations);
 }
 
 void DecodeGraph(benchmark::State& state, const std::string& graph)

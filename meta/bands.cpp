@@ -2,7 +2,9 @@
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 #include "meta/bands.h"
 
+#include "meta/fill/paintcheck.h"
 #include "meta/imagepainter.h"
+#include "meta/lookahead.h"
 #include "meta/paintersink.h"
 #include "meta/passrun.h"
 #include "meta/passwatch.h"
@@ -253,6 +255,7 @@ private:
     void CallThreads() const;
     void Try(Band& band, PassWatch* watch) const;
     void PaintBand(Band& band, PassWatch* watch) const;
+    [[nodiscard]] std::vector<bool> Hidden(const Band& band, const QTransform& toDevice) const;
     void PlayInto(Band& band, const PlfPass& own, QPainter& painter) const;
     void PaintAgain(Band& band) const;
 
@@ -429,12 +432,21 @@ void Bands::PaintBand(Band& band, PassWatch* watch) const
     band.values = run.values;
 }
 
+// Only where lines are known to fill what is within them.
+std::vector<bool> Bands::Hidden(const Band& band, const QTransform& toDevice) const
+{
+    if (HasSameScales(toDevice) || !FillsLikePainter())
+        return {};
+    return FindHidden(recording->tape, band.pixels, toDevice, begin.pen.width(), pass.minPenWidth);
+}
+
 void Bands::PlayInto(Band& band, const PlfPass& own, QPainter& painter) const
 {
     band.values.pen = begin.pen;
     PainterSink sink(painter, own, recording->background, band.values.pen);
     sink.LimitTo(band.pixels);
-    recording->tape.Play(sink, {});
+    sink.MapWindow();
+    recording->tape.Play(sink, Hidden(band, painter.deviceTransform()));
 }
 
 void Bands::PaintAgain(Band& band) const

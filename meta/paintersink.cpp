@@ -59,7 +59,18 @@ void DrawOutlines(QPainter& painter, const QPoint& at, const QString& text)
     painter.fillPath(path, painter.pen().color());
 }
 
+// Qt would reject such a width with a warning each time.
+int Accepted(int64_t width, int before)
+{
+    return width < 0 || width > kMaxPenWidth ? before : static_cast<int>(width);
+}
+
 } // namespace
+
+int PenWidthOf(int width, int before)
+{
+    return Accepted(width / 2, before);
+}
 
 PainterSink::PainterSink(QPainter& target, const PlfPass& drawnPass, int backgroundIndex,
                          QPen& workingPen)
@@ -115,12 +126,9 @@ void PainterSink::FillBackground()
 
 int PainterSink::PenWidth(int width) const
 {
-    const int64_t pixels =
-        pass.page ? 2 * int64_t{std::max(width, pass.page->minLineWidth)} : width / 2;
-    // Qt would reject such a width with a warning each time.
-    if (pixels < 0 || pixels > kMaxPenWidth)
-        return pen.width();
-    return static_cast<int>(pixels);
+    if (!pass.page)
+        return PenWidthOf(width, pen.width());
+    return Accepted(2 * int64_t{std::max(width, pass.page->minLineWidth)}, pen.width());
 }
 
 void PainterSink::SetPen(int index, int width)

@@ -17,6 +17,11 @@ class QRect;
 /// Widest pen that Qt accepts. It rejects wider and negative ones and keeps the old width.
 constexpr int kMaxPenWidth = 32767;
 
+/// The width of the pen on a screen or an image, in drawing units.
+/// @param width   line width as a file says it
+/// @param before  the pen's, which one keeps that Qt would reject
+int PenWidthOf(int width, int before);
+
 /// Paints one pass.
 class PainterSink
 {

@@ -41,7 +41,7 @@ Tape::Tape(const PlfPass& recorded, const QRect& pixels, const QTransform& toDev
 // A width that no pen can have leaves the pen as it was, so that the widest one counts.
 void Tape::Widen(int width)
 {
-    widest = std::max<double>(widest, std::clamp(width / 2, 0, kMaxPenWidth));
+    widest = std::max<double>(widest, PenWidthOf(width, 0));
     visible = {TruncToInt(std::floor(shown.left() - beyondX - widest)),
                TruncToInt(std::floor(shown.top() - beyondY - widest)),
                TruncToInt(std::ceil(shown.right() + beyondX + widest)),

@@ -132,6 +132,7 @@ private slots:
     void samples_equalPlainLines_data();
     void samples_equalPlainLines();
     void seededGraphs_equalPlainLines();
+    void wideLines_thatHideOthers_equalOneBand();
     void seededStreams_equalOneBand();
     void otherPainters_getOneBand_data();
     void otherPainters_getOneBand();
@@ -194,6 +195,21 @@ void TestBands::seededGraphs_equalPlainLines()
         Compare(PassOf(graph, look), look, "seed " + QByteArray::number(seed));
         if (QTest::currentTestFailed())
             return;
+    }
+}
+
+// In several colors, with texts between them.
+void TestBands::wideLines_thatHideOthers_equalOneBand()
+{
+    constexpr int kLines = 600;
+    for (unsigned seed = 0; seed < kGraphs / 20; ++seed) {
+        const bool isWhole = seed % 2 == 0;
+        const PlfGraph graph = Load(AnyGraph(seed, isWhole ? 800 : 300, true, kLines));
+        const Look look = {{160, 112}, isWhole ? Rect() : Zoom(1000, 900, 2365, 1940)};
+        const PlfPass pass = PassOf(graph, look);
+        const QImage one = PaintBands(pass, look, 1);
+        for (const int bands : {2, 8})
+            QVERIFY2(PaintBands(pass, look, bands) == one, qPrintable(QString::number(seed)));
     }
 }
 
