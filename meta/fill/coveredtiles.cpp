@@ -9,6 +9,8 @@
 namespace {
 
 constexpr int kSide = TileGrid::kSide;
+// Pixels by which QPainter's thinnest lines may reach beyond their width, of 0.
+constexpr double kReach = 3;
 // Half of what has to lie within a line, for a tile to be covered whole: the tile and a pixel
 // around it, which is more than edges are rounded by.
 constexpr double kHalf = kSide / 2.0 + 1;
@@ -38,7 +40,7 @@ Range Within(double at, double offset, double most)
 } // namespace
 
 CoveredTiles::CoveredTiles(const QRect& changed, const QTransform& toDevice)
-    : grid(changed, toDevice), pixels(changed), mapping(toDevice), covered(grid.Count())
+    : grid(changed, toDevice, kReach), pixels(changed), mapping(toDevice), covered(grid.Count())
 {
 }
 

@@ -7,9 +7,16 @@
 #include <algorithm>
 #include <bit>
 
+namespace {
+
+// What rounding an outline may add, in pixels.
+constexpr double kRounded = 1;
+
+} // namespace
+
 FullTiles::FullTiles(const uchar* firstBits, qsizetype rowBytes, const QRect& pixels,
                      const QTransform& toDevice)
-    : bits(firstBits), bytesPerLine(rowBytes), grid(pixels, toDevice), tiles(grid.Count())
+    : bits(firstBits), bytesPerLine(rowBytes), grid(pixels, toDevice, kRounded), tiles(grid.Count())
 {
 }
 

@@ -9,8 +9,6 @@
 
 namespace {
 
-// What rounding an outline may add, in pixels, and what a rounded place may lack.
-constexpr double kMargin = 1;
 // A box with so many tiles across or down, or fewer, is not worth being looked at row by row.
 constexpr int kFewTiles = 2;
 
@@ -31,9 +29,10 @@ int TileGrid::Axis::To(double place) const
     return static_cast<int>(std::clamp(std::floor(place), -1.0, 1.0 * count - 1));
 }
 
-TileGrid::TileGrid(const QRect& part, const QTransform& toDevice)
-    : pixels(part), across{toDevice.m11() / kSide, (toDevice.dx() - part.left()) / kSide,
-                           TilesIn(part.width()), 0},
+TileGrid::TileGrid(const QRect& part, const QTransform& toDevice, double beyond)
+    : pixels(part),
+      margin(beyond / kSide), across{toDevice.m11() / kSide, (toDevice.dx() - part.left()) / kSide,
+                                     TilesIn(part.width()), 0},
       down{toDevice.m22() / kSide, (toDevice.dy() - part.top()) / kSide, TilesIn(part.height()), 0},
       columns(static_cast<size_t>(down.count))
 {
@@ -43,8 +42,8 @@ void TileGrid::SetWidth(double width)
 {
     // The corner of a square end.
     const double reach = width / 2 * std::numbers::sqrt2;
-    across.reach = reach * std::abs(across.scale) + kMargin / kSide;
-    down.reach = reach * std::abs(down.scale) + kMargin / kSide;
+    across.reach = reach * std::abs(across.scale) + margin;
+    down.reach = reach * std::abs(down.scale) + margin;
 }
 
 // The tiles of each row that the line comes near enough to touch. Returns false if there are none.

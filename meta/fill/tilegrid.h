@@ -26,7 +26,8 @@ public:
 
     /// @param pixels    the part of the image
     /// @param toDevice  from drawing units to pixels: scales and shifts, no more
-    TileGrid(const QRect& pixels, const QTransform& toDevice);
+    /// @param beyond    pixels by which what is drawn may reach beyond a line's width
+    TileGrid(const QRect& pixels, const QTransform& toDevice, double beyond);
 
     /// Sets the width of the lines that follow, in drawing units.
     void SetWidth(double width);
@@ -63,6 +64,7 @@ private:
     [[nodiscard]] Columns Near(double fromX, double toX) const;
 
     QRect pixels;
+    double margin; // tiles
     Axis across;
     Axis down;
     int firstRow = 0;
