@@ -7,7 +7,7 @@
 //   GRAPH/SIZE/width:N/painter    the lines of a graph, decoded before, by one call each
 //   GRAPH/SIZE/width:N/one, two   the whole pass, with so many threads
 //   GRAPH/SIZE/width:N/zoom:Z/P   with one, a part of the graph at five places
-//   GRAPH/SIZE/width:N/bands:B    all bands one after the other
+//   GRAPH/SIZE/width:N/bands:B    all that B threads would do, by one
 //   GRAPH/decode                  the pass without a painter
 // LINES are random ones: length:L, of L units; diagonals, across the whole; zoomed, of 60 units
 // where a tenth of the graph across and down is shown. A pen is in units and half as wide as the
@@ -104,6 +104,7 @@ void PaintLines(benchmark::State& state, const Picture& picture)
 {
     QImage image = NewImage(picture.size);
     for ([[maybe_unused]] const auto& iteration : state) {
+        image.fill(Qt::white);
         QPainter painter(&image);
         painter.setRenderHint(QPainter::Antialiasing);
         painter.setTransform(picture.Mapping());
@@ -118,6 +119,7 @@ void FillLines(benchmark::State& state, const Picture& picture)
 {
     QImage image = NewImage(picture.size);
     for ([[maybe_unused]] const auto& iteration : state) {
+        image.fill(Qt::white); // what is black already would be left out
         LineFiller filler(image, image.rect(), picture.Mapping());
         filler.SetPen(QPen(Qt::black, picture.pen));
         for (const QLine& line : picture.lines)

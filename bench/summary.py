@@ -113,8 +113,6 @@ def zooms(table, rows, name):
     for times, target in ((10, 1.0), (100, 1.0), (4096, 0.3)):
         slowest = max(cpu[f"{name}/zoom:{times}/{place}"] for place in range(5))
         table.at_most(f"{what}, enlarged {times} times", "the whole", slowest / cpu[f"{name}/one"], target)
-    table.at_most(f"{what}, the longer of two bands", "one band",
-                  rows[f"{name}/bands:2"]["longest"] / rows[f"{name}/bands:1"]["longest"], 0.60)
     table.at_most(f"{what}, eight bands, all work", "one band",
                   cpu[f"{name}/bands:8"] / cpu[f"{name}/bands:1"], 1.15)
 
