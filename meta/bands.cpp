@@ -144,16 +144,6 @@ void PainterState::ApplyTo(QPainter& painter) const
     painter.setWorldMatrixEnabled(isMapped);
 }
 
-// Another image of the same pixels.
-QImage SamePixels(QImage& image)
-{
-    QImage same(image.bits(), image.width(), image.height(), image.bytesPerLine(), image.format());
-    same.setDevicePixelRatio(image.devicePixelRatio());
-    same.setDotsPerMeterX(image.dotsPerMeterX());
-    same.setDotsPerMeterY(image.dotsPerMeterY());
-    return same;
-}
-
 // A pass that was recorded, and what it left.
 struct Recording {
     Recording(const PlfPass& pass, const QRect& pixels, const QTransform& toDevice,
@@ -295,7 +285,7 @@ Bands::Bands(const PlfPass& drawnPass, const QPainter& callers, const Target& ta
         if (end <= top)
             continue;
         const QRect rows(pixels.x(), top, pixels.width(), end - top);
-        bands.push_back({rows, SamePixels(*target.image), target.image->copy(rows), {}, {}, false});
+        bands.push_back({rows, SharedPixels(*target.image), target.image->copy(rows), {}, {}, false});
         top = end;
     }
     queue = std::make_shared<Queue>(*this);

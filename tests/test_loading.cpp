@@ -319,11 +319,10 @@ void TestLoading::fileThatChangesWhileItIsRead_isTakenAsItWasOrRefused()
     std::string file = directories->Write("changing.plf",
                                           plf::Header() + std::string(kLong - kPlfHeaderSize, ' '));
     std::atomic<bool> isDone = false;
+    std::atomic<bool> isChanged = true;
     std::thread other([&] {
-        while (!isDone) {
-            truncate(file.c_str(), kShort);
-            truncate(file.c_str(), kLong);
-        }
+        while (!isDone && isChanged)
+            isChanged = truncate(file.c_str(), kShort) == 0 && truncate(file.c_str(), kLong) == 0;
     });
     bool isRight = true;
     for (int i = 0; i < kLoads && isRight; ++i) {
