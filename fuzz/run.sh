@@ -19,13 +19,15 @@ readonly longest_input_time=10 most_memory=1024
 # target | folders of inputs | dictionary | longest input | whether to look for leaks after each input or at the end:
 # Qt's windows keep so much memory that looking takes most of the time
 readonly targets='
-painter  | graphs seeds | plf     | 4096 | end
-eps      | graphs seeds | plf     | 8192 | each
-config   | config       | config  | 4096 | end
-settings | settings     |         | 128  | end
-cmdline  | cmdline      | cmdline | 4096 | end
-frame    | frame        |         | 4096 | each
-host     | host         | host    | 1024 | end
+painter   | graphs seeds      | plf       | 4096 | end
+eps       | graphs seeds      | plf       | 8192 | each
+json      | graphs seeds json | plf       | 4096 | end
+converter | converter         | converter | 4096 | end
+config    | config            | config    | 4096 | end
+settings  | settings          |           | 128  | end
+cmdline   | cmdline           | cmdline   | 4096 | end
+frame     | frame             |           | 4096 | each
+host      | host              | host      | 1024 | end
 '
 
 if (($# < 1)) || [[ ! $1 =~ ^[1-9][0-9]*$ ]]; then
