@@ -70,13 +70,12 @@ void CheckPicture(const PictureSettings& picture)
 void CheckPlan(const std::vector<PlannedJob>& plan)
 {
     QSet<QByteArray> outputs;
-    for (const PlannedJob& planned : plan) {
-        Require(!planned.job.input.isEmpty(), "a graph has a name");
-        Require(!planned.problem.isEmpty() || !planned.job.output.isEmpty(),
-                "a picture has a name");
-        Require(!planned.problem.isEmpty() || !outputs.contains(planned.job.output),
-                "no picture replaces another one of the same call");
-        outputs += planned.job.output;
+    for (const auto& [job, problem] : plan) {
+        if (!problem.isEmpty())
+            continue;
+        Require(!job.input.isEmpty() && !job.output.isEmpty(), "a graph and a picture have names");
+        Require(!outputs.contains(job.output), "no picture replaces another one of the same call");
+        outputs += job.output;
     }
 }
 
