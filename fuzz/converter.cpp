@@ -84,6 +84,11 @@ void CheckOptions(const Options& options)
     CheckPicture(options.picture);
     Require(options.workers >= 1 && options.workers <= convert::kMaxJobs,
             "the number of workers is in its range");
+    Require(options.timeout >= 0 && options.timeout <= convert::kMaxTimeout,
+            "a time is in its range");
+    Require(options.memory == 0 ||
+                (options.memory >= convert::kMinMemory && options.memory <= convert::kMaxMemory),
+            "a limit of memory is in its range");
     const std::vector<PlannedJob> plan = MakePlan(options);
     Require(!plan.empty(), "there is something to do");
     CheckPlan(plan);

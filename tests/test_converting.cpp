@@ -5,6 +5,8 @@
 // afterwards.
 #include "tests/converter.h"
 #include "tests/kit/commalocale.h"
+#include "tests/kit/plf.h"
+#include "tests/kit/sanitized.h"
 
 #include <QDir>
 #include <QFile>
@@ -88,6 +90,10 @@ private slots:
     void existingPictures_areReplacedOrLeftAlone();
     void workerThatIsKilled_costsItsFileAndIsTold();
     void count_onAFullDisk_isAFailure();
+    void timeout_inputThatNeverEnds_costsOnlyItself();
+    void timeout_graphThatTakesLong_leavesNothing();
+    void timeout_notReached_changesNothing();
+    void memory_graphThatIsTooLarge_costsOnlyItself();
     void interruptedCall_leavesOnlyWholePictures();
     void terminal_showsAProgressBar();
 
@@ -434,6 +440,57 @@ void TestConverting::count_onAFullDisk_isAFailure()
     QCOMPARE(call.errors, QByteArray("plfconvert: cannot write output: No space left on device\n"));
     QCOMPARE(call.code, 1);
     QVERIFY(QFile::exists(Path("out/a.png")) && QFile::exists(Path("out/b.png")));
+}
+
+void TestConverting::timeout_inputThatNeverEnds_costsOnlyItself()
+{
+    const EndlessInput input(Path("input").toLocal8Bit());
+    Write(Path("a.plf"), SmallGraph());
+    Write(Path("b.plf"), SmallGraph());
+    QProcess process;
+    process.setStandardInputFile(Path("input"));
+    Start(&process, Text("--timeout 2 -j 1 --output-dir out a.plf - b.plf").split(u' '));
+    const Call call = Finish(&process);
+    QCOMPARE(call.errors, QByteArray("plfconvert: standard input: took longer than 2 s\n"));
+    QCOMPARE(call.output, QByteArray("3 files: 2 converted, 1 failed\n"));
+    QCOMPARE(call.code, 1);
+    QVERIFY(input.IsRead());
+    QCOMPARE(QDir(Path("out")).entryList(kEverything), QStringList({Text("a.png"), Text("b.png")}));
+}
+
+// Ten million lines of one byte, each some hundred bytes in the picture.
+void TestConverting::timeout_graphThatTakesLong_leavesNothing()
+{
+    constexpr qsizetype kPairs = 5000000;
+    Write(Path("a.plf"), QByteArray::fromStdString(plf::Start() + plf::Move(0, 0)) +
+                             QByteArray("AB").repeated(kPairs));
+    const Call call = Convert("--timeout 1 a.plf a.svg");
+    QCOMPARE(call.errors, QByteArray("plfconvert: a.plf: took longer than 1 s\n"));
+    QCOMPARE(call.code, 1);
+    QCOMPARE(Entries(), QStringList(Text("a.plf")));
+}
+
+void TestConverting::timeout_notReached_changesNothing()
+{
+    Write(Path("a.plf"), Sample(Text("tour.plf")));
+    ConvertWell("a.plf a.png");
+    ConvertWell("--timeout 86400 --memory 1048576 a.plf b.png");
+    QCOMPARE(ReadFile(Path("b.png")), ReadFile(Path("a.png")));
+}
+
+// Its size is that of the zero bytes after the end, which take no room on the disk.
+void TestConverting::memory_graphThatIsTooLarge_costsOnlyItself()
+{
+    if (kSanitized)
+        QSKIP("the sanitizer takes more memory than the limit");
+    constexpr qint64 kSize = qint64{400} << 20;
+    Write(Path("a.plf"), SmallGraph());
+    QFile::copy(Path("a.plf"), Path("large.plf"));
+    QVERIFY(QFile::resize(Path("large.plf"), kSize));
+    const Call call = Convert("--memory 256 --output-dir out large.plf a.plf");
+    QVERIFY2(call.errors.startsWith("plfconvert: large.plf: "), call.errors.constData());
+    QCOMPARE(call.output, QByteArray("2 files: 1 converted, 1 failed\n"));
+    QCOMPARE(QDir(Path("out")).entryList(kEverything), QStringList(Text("a.png")));
 }
 
 void TestConverting::interruptedCall_leavesOnlyWholePictures()

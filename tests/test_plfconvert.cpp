@@ -27,6 +27,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <chrono>
 #include <csignal>
 #include <map>
 #include <memory>
@@ -64,21 +65,31 @@ QStringList Outputs(const std::vector<PlannedJob>& plan)
     return outputs;
 }
 
-// The outcomes of jobs by their numbers; a job whose number is in the set ends its worker.
-std::map<int, Outcome> RunJobs(int count, int workers, const QSet<int>& deadly)
+// Long for a job that does nothing, also on a busy machine.
+constexpr std::chrono::milliseconds kShortLimit(300);
+
+int Die()
+{
+    return raise(SIGKILL);
+}
+
+// The outcomes of jobs by their numbers; with a job whose number is in the set the worker does what
+// nobody expects.
+std::map<int, Outcome> RunJobs(int count, int workers, const QSet<int>& strange, int (*act)() = Die,
+                               std::chrono::milliseconds limit = {})
 {
     std::map<int, Outcome> outcomes;
     const WorkerTasks tasks = {
         [] { return nullptr; },
-        [&deadly](int job) {
-            if (deadly.contains(job))
-                raise(SIGKILL);
+        [&strange, act](int job) {
+            if (strange.contains(job))
+                act();
             return Outcome{Outcome::kConverted, QString::number(job)};
         },
         [&outcomes](int job, const Outcome& outcome) { outcomes[job] = outcome; },
         [](int) {},
     };
-    [&] { QVERIFY(RunWorkers(count, workers, tasks).started); }();
+    [&] { QVERIFY(RunWorkers(count, workers, tasks, limit).started); }();
     return outcomes;
 }
 
@@ -318,6 +329,11 @@ private slots:
         row("--quality 0 a.plf b.jpg", "--quality '0'");
         row("--quality 50 a.plf b.png", "applies to JPEG only");
         row("--jobs 0 a.plf b.png", "--jobs '0'");
+        row("--timeout 0 a.plf b.png", "--timeout '0': expected a whole number from 1 to 86400");
+        row("--timeout 1.5 a.plf b.png", "--timeout '1.5'");
+        row("--timeout 86401 a.plf b.png", "--timeout '86401'");
+        row("--memory 63 a.plf b.png", "--memory '63': expected a whole number from 64 to 1048576");
+        row("--memory 1048577 a.plf b.png", "--memory '1048577'");
         row("--color a.plf b.png", "unknown option 'color'");
     }
     void commandLine_thatIsWrong_isToldWhy()
@@ -597,6 +613,30 @@ private slots:
             QCOMPARE(outcome.kind, deadly.contains(job) ? Outcome::kFailed : Outcome::kConverted);
             QCOMPARE(outcome.text.contains(QStringLiteral("signal 9")), deadly.contains(job));
         }
+    }
+
+    // Those jobs wait for ever; their workers get other jobs before and after.
+    void workerThatTakesTooLong_costsOnlyItsJob()
+    {
+        const QSet<int> endless = {0, 3, 4, 9};
+        const auto outcomes = RunJobs(10, 2, endless, pause, kShortLimit);
+        QCOMPARE(outcomes.size(), 10U);
+        for (const auto& [job, outcome] : outcomes) {
+            QCOMPARE(outcome.kind, endless.contains(job) ? Outcome::kFailed : Outcome::kConverted);
+            QCOMPARE(outcome.text, endless.contains(job) ? QStringLiteral("took longer than 0.3 s")
+                                                         : QString::number(job));
+        }
+    }
+
+    void workersThatNeverStart_endTheCall()
+    {
+        const WorkerTasks tasks = {[]() -> std::shared_ptr<void> {
+                                       pause();
+                                       return nullptr;
+                                   },
+                                   [](int) { return Outcome{}; }, [](int, const Outcome&) {},
+                                   [](int) {}};
+        QVERIFY(!RunWorkers(10, 2, tasks, kShortLimit).started);
     }
 
     void workersThatCannotStart_endTheCall()

@@ -8,6 +8,7 @@
 #include <QGuiApplication>
 
 #include <langinfo.h>
+#include <sys/resource.h>
 
 #include <clocale>
 #include <cstring>
@@ -54,6 +55,17 @@ void PrepareProcess()
 {
     UseUtf8();
     qInstallMessageHandler(HandleMessage);
+}
+
+// Of data, not of addresses: what threads reserve and never use does not count.
+void LimitMemory(int megabytes)
+{
+    if (megabytes == 0)
+        return;
+    constexpr rlim_t kMegabyte = 1 << 20;
+    const rlim_t bytes = static_cast<rlim_t>(megabytes) * kMegabyte;
+    const rlimit limit = {bytes, bytes};
+    setrlimit(RLIMIT_DATA, &limit);
 }
 
 std::shared_ptr<void> StartQt(char** argv)

@@ -14,6 +14,10 @@ namespace convert {
 /// interpreter.
 void PrepareProcess();
 
+/// Limits the memory that this process may have from here on.
+/// @param megabytes  0 = no limit
+void LimitMemory(int megabytes);
+
 /// Creates the application object, without which there are no fonts, on a platform that needs no
 /// display. It lives as long as what is returned.
 std::shared_ptr<void> StartQt(char** argv);

@@ -139,6 +139,14 @@ std::vector<tools::OptionRow<Options>> Rows()
          [](const OptionValues& values, Options* options) {
              return values.Integer(1, kMaxJobs, &options->workers);
          }},
+        {"timeout", "SECONDS", Text("Give up a graph that takes longer."),
+         [](const OptionValues& values, Options* options) {
+             return values.Integer(1, kMaxTimeout, &options->timeout);
+         }},
+        {"memory", "MEGABYTES", Text("Memory limit of each worker process."),
+         [](const OptionValues& values, Options* options) {
+             return values.Integer(kMinMemory, kMaxMemory, &options->memory);
+         }},
         {"q quiet", nullptr, Text("Print errors only."), tools::ReadFlag<&Options::quiet>},
     };
 }

@@ -26,6 +26,8 @@ struct Options {
     Format format = Format::kPng;
     bool keepExisting = false;
     bool quiet = false;
+    int timeout = 0; // seconds for each graph; 0 = no limit
+    int memory = 0;  // megabytes for each worker; 0 = no limit
     int workers = 0; // 0 while it is not known; in the result at least 1
 
     /// The pattern of the names, also where none is given.

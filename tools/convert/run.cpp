@@ -15,6 +15,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <chrono>
 #include <csignal>
 #include <vector>
 
@@ -77,11 +78,16 @@ WorkResult Call::Run()
     // Processors that no worker needs draw parts of the pictures.
     picture.threads =
         std::max(ThreadLimit() / std::clamp(jobs, 1, std::max(options.workers, 1)), 1);
-    const WorkResult result = RunWorkers(
-        jobs, options.workers,
-        {[this] { return StartQt(arguments); }, [this](int index) { return ConvertOne(index); },
-         [this](int index, const Outcome& outcome) { progress.Add(JobAt(index).input, outcome); },
-         [this](int index) { RemoveLeftovers(JobAt(index), index, rules); }});
+    const WorkerTasks tasks = {
+        [this] {
+            LimitMemory(options.memory);
+            return StartQt(arguments);
+        },
+        [this](int index) { return ConvertOne(index); },
+        [this](int index, const Outcome& outcome) { progress.Add(JobAt(index).input, outcome); },
+        [this](int index) { RemoveLeftovers(JobAt(index), index, rules); }};
+    const WorkResult result =
+        RunWorkers(jobs, options.workers, tasks, std::chrono::seconds(options.timeout));
     progress.Finish();
     return result;
 }

@@ -23,6 +23,11 @@ constexpr int kMaxLineScale = 1000;
 constexpr int kMaxQuality = 100;
 /// Most worker processes.
 constexpr int kMaxJobs = 256;
+/// Longest limit of time, seconds: a day.
+constexpr int kMaxTimeout = 24 * 60 * 60;
+/// Limits of memory, megabytes. With less, a worker with its fonts does not start.
+constexpr int kMinMemory = 64;
+constexpr int kMaxMemory = 1 << 20;
 
 /// "WIDTHxHEIGHT" in pixels, 1..kMaxSide each and at most kMaxPixels together.
 std::optional<QSize> ParseSize(const QString& text);

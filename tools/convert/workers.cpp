@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <chrono>
 #include <csignal>
 #include <cstdint>
 #include <cstdio>
@@ -123,12 +124,17 @@ void Work(const Fd& jobs, const Fd& results, const WorkerTasks& tasks)
     }
 }
 
+using Clock = std::chrono::steady_clock;
+using std::chrono::milliseconds;
+
 struct Worker {
     pid_t pid = -1;
     Fd jobs;    // for writing
     Fd results; // for reading
     int job = kNoJob;
     bool isReady = false;
+    Clock::time_point begin = Clock::now(); // of its start or its job
+    bool isLate = false;                    // and was ended therefore
 };
 
 QString DeathReason(int status)
@@ -141,10 +147,26 @@ QString DeathReason(int status)
     return QStringLiteral("conversion exited with code %1").arg(WEXITSTATUS(status));
 }
 
+QString LateReason(milliseconds limit)
+{
+    constexpr double kMillisecondsPerSecond = 1000;
+    return QStringLiteral("took longer than %1 s")
+        .arg(static_cast<double>(limit.count()) / kMillisecondsPerSecond);
+}
+
+timespec Timespec(milliseconds time)
+{
+    const auto seconds = std::chrono::floor<std::chrono::seconds>(time);
+    return {seconds.count(), std::chrono::nanoseconds(time - seconds).count()};
+}
+
 class Pool
 {
 public:
-    Pool(int jobCount, const WorkerTasks& workerTasks) : count(jobCount), tasks(workerTasks) {}
+    Pool(int jobCount, const WorkerTasks& workerTasks, milliseconds timeLimit)
+        : count(jobCount), tasks(workerTasks), limit(timeLimit)
+    {
+    }
 
     WorkResult Run(int workerCount);
 
@@ -153,6 +175,8 @@ private:
     [[noreturn]] void BeWorker(Fd jobs, Fd results);
     void GiveJob(Worker* worker);
     void AwaitMessages();
+    [[nodiscard]] milliseconds TimeLeft() const;
+    void EndLateWorkers();
     void Listen(size_t index);
     static int Bury(const Worker& worker);
     void Replace(size_t index);
@@ -160,6 +184,7 @@ private:
 
     int count;
     const WorkerTasks& tasks;
+    milliseconds limit; // 0 = none
     std::vector<Worker> workers;
     InterruptWatch watch;
     int next = 0; // the first job that no worker has had
@@ -199,6 +224,7 @@ void Pool::BeWorker(Fd jobs, Fd results)
 // Without a job left, the worker's pipe is closed, which ends it.
 void Pool::GiveJob(Worker* worker)
 {
+    worker->begin = Clock::now();
     worker->job = next < count ? next++ : kNoJob;
     if (worker->job == kNoJob)
         worker->jobs.Close();
@@ -211,12 +237,38 @@ void Pool::AwaitMessages()
     std::vector<pollfd> waits;
     for (const Worker& worker : workers)
         waits.push_back({worker.results.Get(), POLLIN, 0});
-    if (ppoll(waits.data(), waits.size(), nullptr, watch.Mask()) <= 0)
+    const timespec patience = Timespec(TimeLeft());
+    const timespec* timeout = limit.count() > 0 ? &patience : nullptr;
+    if (ppoll(waits.data(), waits.size(), timeout, watch.Mask()) < 0)
         return;
     // Backwards: a worker that ended is taken out.
     for (size_t i = waits.size(); i-- > 0;) {
         if (waits[i].revents != 0)
             Listen(i);
+    }
+    EndLateWorkers();
+}
+
+// Until the first worker is late; rounded up, so that it is late then.
+milliseconds Pool::TimeLeft() const
+{
+    const auto oldest = std::min_element(workers.begin(), workers.end(),
+                                         [](auto& a, auto& b) { return a.begin < b.begin; });
+    const auto left = std::chrono::ceil<milliseconds>(oldest->begin + limit - Clock::now());
+    return std::max(left, milliseconds(0));
+}
+
+// Their pipes then end, which is heard as from a worker that dies by itself. Until then they have
+// as long again, so that the waiting goes on.
+void Pool::EndLateWorkers()
+{
+    const Clock::time_point now = Clock::now();
+    for (Worker& worker : workers) {
+        if (limit.count() == 0 || now - worker.begin < limit)
+            continue;
+        kill(worker.pid, SIGKILL);
+        worker.isLate = true;
+        worker.begin = now;
     }
 }
 
@@ -232,7 +284,10 @@ void Pool::Listen(size_t index)
     worker.isReady = true;
     if (kind != kReady)
         tasks.finished(worker.job, {static_cast<Outcome::Kind>(kind), text});
-    GiveJob(&worker);
+    worker.job = kNoJob;
+    // One that was ended at the same time gets no other job.
+    if (!worker.isLate)
+        GiveJob(&worker);
 }
 
 int Pool::Bury(const Worker& worker)
@@ -243,18 +298,20 @@ int Pool::Bury(const Worker& worker)
     return status;
 }
 
-// A worker ended. One without a job had nothing left to do, or never began.
+// A worker ended. One without a job had nothing left to do, or never began, or was late at the end
+// of its last one.
 void Pool::Replace(size_t index)
 {
     const Worker ended = std::move(workers[index]);
     workers.erase(workers.begin() + static_cast<std::ptrdiff_t>(index));
     const int status = Bury(ended);
     startFailed = startFailed || !ended.isReady;
-    if (ended.job == kNoJob)
-        return;
-    tasks.abandoned(ended.job);
-    tasks.finished(ended.job, {Outcome::kFailed, DeathReason(status)});
-    if (next < count && !AddWorker() && workers.empty())
+    if (ended.job != kNoJob) {
+        tasks.abandoned(ended.job);
+        tasks.finished(ended.job,
+                       {Outcome::kFailed, ended.isLate ? LateReason(limit) : DeathReason(status)});
+    }
+    if (next < count && !startFailed && !AddWorker() && workers.empty())
         startFailed = true;
 }
 
@@ -282,9 +339,9 @@ WorkResult Pool::Run(int workerCount)
 
 } // namespace
 
-WorkResult RunWorkers(int count, int workers, const WorkerTasks& tasks)
+WorkResult RunWorkers(int count, int workers, const WorkerTasks& tasks, milliseconds limit)
 {
-    return Pool(count, tasks).Run(workers);
+    return Pool(count, tasks, limit).Run(workers);
 }
 
 } // namespace convert

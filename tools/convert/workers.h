@@ -6,6 +6,7 @@
 
 #include "tools/convert/convert.h"
 
+#include <chrono>
 #include <functional>
 #include <memory>
 
@@ -33,6 +34,8 @@ struct WorkResult {
 /// Does jobs 0..count-1, each in one of up to so many workers. A worker that dies costs the job it
 /// was at, and another takes its place. SIGINT, SIGTERM and SIGHUP end the workers; the
 /// caller decides about itself. Must be called without any other thread.
-WorkResult RunWorkers(int count, int workers, const WorkerTasks& tasks);
+/// @param limit  a worker that takes longer for its start or for a job is ended; 0 = none is
+WorkResult RunWorkers(int count, int workers, const WorkerTasks& tasks,
+                      std::chrono::milliseconds limit = {});
 
 } // namespace convert
