@@ -48,6 +48,7 @@ template <class Sink, class Reporter> unsigned long Decoder<Sink, Reporter>::Run
     state.input.pCur = pass.graph.data;
     state.input.pEnd = pass.graph.End();
     state.input.nTextsRefused = 0;
+    state.input.nTexts = 0;
     vectors = 0;
     sink.Begin();
     state.line.iWidth = -1;
@@ -258,6 +259,7 @@ template <class Sink, class Reporter> void Decoder<Sink, Reporter>::DrawTextKorv
     size_t length = strlen(text);
     if (length > 0 && text[length - 1] == '\n')
         text[--length] = 0;
+    state.input.nTexts += length > 0 ? 1 : 0;
     report.Text({text, length});
     sink.Text({text, length}, state.text.iTextX, state.text.iTextY);
 }

@@ -75,6 +75,7 @@ struct PlfResult {
     unsigned long vectors = 0; // all of them, visible or not
     int background = 0;        // palette index
     int textsRefused = 0;      // texts and font names of kTextSize bytes or more, ignored
+    int texts = 0;             // texts that were drawn, visible or not
 };
 
 /// Draws a graph: maps the painter's window to the area, fills the background, draws lines and

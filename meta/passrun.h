@@ -51,7 +51,7 @@ private:
     template <class Sink, class Reporter> PlfResult Run(Sink& sink, Reporter& report)
     {
         const unsigned long vectors = Decoder<Sink, Reporter>(pass, state, sink, report).Run();
-        return {vectors, background, values.input.nTextsRefused};
+        return {vectors, background, values.input.nTextsRefused, values.input.nTexts};
     }
 
     PassState state = {values.text, values.input, values.line, values.beam, values.address};

@@ -158,6 +158,7 @@ template <class Sink> int CPlfMeta::RunInto(Sink& sink, const PlfPass& pass, int
     PlfResult result;
     result.vectors = Decoder<Sink, NoReport>(pass, State(), sink, nobody).Run();
     result.textsRefused = input.nTextsRefused;
+    result.texts = input.nTexts;
     return Leave(result, background);
 }
 

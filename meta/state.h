@@ -33,6 +33,7 @@ struct InputState {
     int fCommaOk = 0;           // 1 = commas are special
     bool bTextOpen = false;     // the last string or position ended at the end of the data
     int nTextsRefused = 0;      // texts of this pass that did not fit
+    int nTexts = 0;             // texts of this pass that were drawn
 };
 
 /// The color and width of lines.

@@ -21,6 +21,8 @@ set(CPACK_DEBIAN_PACKAGE_RELEASE 1)
 set(CPACK_DEBIAN_PACKAGE_SECTION graphics)
 set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+# For texts, of which only boxes are drawn without any font.
+set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "fonts-dejavu-core")
 # Qt's platform plugin for desktops without an X server.
 set(CPACK_DEBIAN_PACKAGE_SUGGESTS "qt6-wayland")
 

@@ -90,6 +90,7 @@ private slots:
     void existingPictures_areReplacedOrLeftAlone();
     void workerThatIsKilled_costsItsFileAndIsTold();
     void count_onAFullDisk_isAFailure();
+    void fontsThatAreMissing_areToldWhereTextsAre();
     void timeout_inputThatNeverEnds_costsOnlyItself();
     void timeout_graphThatTakesLong_leavesNothing();
     void timeout_notReached_changesNothing();
@@ -440,6 +441,26 @@ void TestConverting::count_onAFullDisk_isAFailure()
     QCOMPARE(call.errors, QByteArray("plfconvert: cannot write output: No space left on device\n"));
     QCOMPARE(call.code, 1);
     QVERIFY(QFile::exists(Path("out/a.png")) && QFile::exists(Path("out/b.png")));
+}
+
+// The configuration of the fonts' library names no folder.
+void TestConverting::fontsThatAreMissing_areToldWhereTextsAre()
+{
+    Write(Path("fonts.conf"), "<?xml version=\"1.0\"?><!DOCTYPE fontconfig SYSTEM \"fonts.dtd\">"
+                              "<fontconfig></fontconfig>");
+    environment.insert(Text("FONTCONFIG_FILE"), Path("fonts.conf"));
+    Write(Path("lines.plf"), SmallGraph());
+    Write(Path("texts.plf"), QByteArray::fromStdString(plf::Start() + plf::Text(9, 9, "a") +
+                                                       plf::Text(9, 99, "b") + plf::End()));
+    for (const char* format : {"png", "svg"}) {
+        const Call call = Convert({Text("-f"), Text(format), Text("-d"), Text("out"),
+                                   Text("lines.plf"), Text("texts.plf")});
+        QCOMPARE(call.errors,
+                 QByteArray("plfconvert: texts.plf: no fonts found; texts are drawn as "
+                            "boxes\n"));
+        QCOMPARE(call.code, 0);
+    }
+    ConvertWell("texts.plf texts.eps"); // which has no texts
 }
 
 void TestConverting::timeout_inputThatNeverEnds_costsOnlyItself()

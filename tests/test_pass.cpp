@@ -177,6 +177,7 @@ private slots:
         const PlfResult result = CountVectors(pass);
         QCOMPARE(result.background, 1);
         QCOMPARE(result.textsRefused, 2);
+        QCOMPARE(result.texts, 0);
         QTest::ignoreMessage(QtWarningMsg,
                              "plotvw: ignored 2 texts or font names longer than 1023 bytes");
         TellRefusedTexts(result);

@@ -22,3 +22,7 @@ dpkg-deb --field "${packages[0]}" Depends | grep -q 'libqt6gui6 (>= ' || {
   echo 'the dependencies are not computed' >&2
   exit 1
 }
+dpkg-deb --field "${packages[0]}" Recommends | grep -q '^fonts-' || {
+  echo 'no font is recommended' >&2
+  exit 1
+}

@@ -12,6 +12,7 @@
 #include <QImage>
 #include <QImageWriter>
 #include <QPainter>
+#include <QPainterPath>
 #include <QPdfWriter>
 #include <QSvgGenerator>
 
@@ -77,10 +78,31 @@ PlfPass MakeVectorPass(const PlfBytes& graph, const PictureSettings& settings)
     return pass;
 }
 
+QPainterPath Outline(char16_t letter, const QFont& font)
+{
+    QPainterPath path;
+    path.addText(QPointF(), font, QChar(letter));
+    return path;
+}
+
+// Without a font Qt draws each letter as the same box, and says nothing. It lists families anyway.
+bool HasFont(const QPainter& painter)
+{
+    return Outline(u'i', painter.font()) != Outline(u'W', painter.font());
+}
+
+void TellMissingFonts(const PlfResult& result, const QPainter& painter)
+{
+    if (result.texts > 0 && !HasFont(painter))
+        qWarning("no fonts found; texts are drawn as boxes");
+}
+
 void Paint(const PlfPass& pass, QPainter& painter)
 {
     painter.setRenderHint(QPainter::Antialiasing);
-    TellRefusedTexts(PaintGraph(pass, painter));
+    const PlfResult result = PaintGraph(pass, painter);
+    TellRefusedTexts(result);
+    TellMissingFonts(result, painter);
 }
 
 // With texts as large as the screen's resolution makes them; the image gets its own only
