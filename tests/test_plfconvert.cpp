@@ -401,6 +401,17 @@ private slots:
         QVERIFY(plan[2].problem.contains(QStringLiteral("out/a.png")));
     }
 
+    // The second name ends in what is no UTF-8, so that all of its characters are kept in another
+    // way; the pictures have the same bytes as their names.
+    void plan_refusesASecondPictureOfTheSameBytes()
+    {
+        Options options = ReadValid(QStringLiteral("-d out a.plf"));
+        options.inputs = {tools::DecodeName("Kr\xc3\xa4.plf"),
+                          tools::DecodeName("Kr\xc3\xa4.\xff")};
+        QCOMPARE(Outputs(MakePlan(options)),
+                 QStringList({QStringLiteral("out/Krä.png"), QString()}));
+    }
+
     void plan_takesTheGraphsOfAFolder()
     {
         for (const char* name : {"b.plf", "a.PLF", "note.txt", "c.plf.bak"})

@@ -76,12 +76,14 @@ QString InFolder(const QString& folder, const QString& name)
 }
 
 PlannedJob MakeJob(const Options& options, const Input& input, const NameParts& parts,
-                   QSet<QString>* taken)
+                   QSet<QByteArray>* taken)
 {
     const QString output = InFolder(options.outputFolder, ExpandPattern(options.Pattern(), parts));
     PlannedJob planned = {
         {tools::EncodeName(input.name), tools::EncodeName(output), options.format}, input.problem};
-    const QString cleaned = QDir::cleanPath(QDir::current().absoluteFilePath(output));
+    // Bytes: the same ones can come from characters that differ, see DecodeName().
+    const QByteArray cleaned =
+        tools::EncodeName(QDir::cleanPath(QDir::current().absoluteFilePath(output)));
     if (planned.problem.isEmpty() && taken->contains(cleaned))
         planned.problem = QStringLiteral("output '%1' already used by an earlier graph")
                               .arg(QString::fromUtf8(VisibleName(planned.job.output)));
@@ -101,7 +103,7 @@ std::vector<PlannedJob> MakePlan(const Options& options)
     }
     const std::vector<Input> inputs = AllInputs(options.inputs);
     std::vector<PlannedJob> plan;
-    QSet<QString> taken;
+    QSet<QByteArray> taken;
     for (const Input& input : inputs) {
         const NameParts parts = {input.name, options.format, static_cast<int>(plan.size()) + 1,
                                  static_cast<int>(inputs.size())};
