@@ -46,7 +46,7 @@ bool IsControl(char c)
 void CheckReply(const tools::Reply& reply)
 {
     Require(!reply.text.isEmpty(), "a call is done or answered");
-    const QByteArray printed = tools::VisibleName(tools::EncodeName(reply.text));
+    const QByteArray printed = tools::VisibleText(reply.text);
     Require(!reply.isWrong || std::none_of(printed.begin(), printed.end(), IsControl),
             "a message stays on its line");
 }

@@ -8,6 +8,7 @@
 #include "meta/palette.h"
 #include "meta/plfgraph.h"
 #include "support/files.h"
+#include "support/visible.h"
 #include "tools/common/commandline.h"
 #include "tools/common/filename.h"
 #include "tools/info/run.h"
@@ -58,22 +59,12 @@ private:
     FILE* former;
 };
 
-// What a terminal obeys, besides line ends; in JSON also what turns its direction.
+// What a terminal obeys, besides line ends.
 bool HasControls(const QByteArray& utf8)
 {
     const QString text = QString::fromUtf8(utf8);
-    return std::any_of(text.begin(), text.end(), [](QChar c) {
-        return c != u'\n' &&
-               (c.category() == QChar::Other_Control || c.category() == QChar::Other_Format);
-    });
-}
-
-// Messages give other characters unchanged.
-bool HasAsciiControls(const QByteArray& text)
-{
-    return std::any_of(text.begin(), text.end(), [](char c) {
-        return c != '\n' && (static_cast<unsigned char>(c) < ' ' || c == '\x7f');
-    });
+    return std::any_of(text.begin(), text.end(),
+                       [](QChar c) { return c != u'\n' && IsHidden(c.unicode()); });
 }
 
 bool IsWithin(const QJsonValue& value, double least, double most)
@@ -152,7 +143,7 @@ void Inspect(const QByteArray& name, const QByteArray& bytes)
         json = output.Text();
         messages = errors.Text();
     }
-    Require(!HasAsciiControls(messages), "a message has no control characters");
+    Require(!HasControls(messages), "a message has no control characters");
     CheckJson(json, bytes.size());
 }
 
