@@ -2,6 +2,7 @@
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 #include "meta/bands.h"
 
+#include "meta/fill/coveredtiles.h"
 #include "meta/fill/paintcheck.h"
 #include "meta/imagepainter.h"
 #include "meta/lookahead.h"
@@ -285,7 +286,8 @@ Bands::Bands(const PlfPass& drawnPass, const QPainter& callers, const Target& ta
         if (end <= top)
             continue;
         const QRect rows(pixels.x(), top, pixels.width(), end - top);
-        bands.push_back({rows, SharedPixels(*target.image), target.image->copy(rows), {}, {}, false});
+        bands.push_back(
+            {rows, SharedPixels(*target.image), target.image->copy(rows), {}, {}, false});
         top = end;
     }
     queue = std::make_shared<Queue>(*this);
@@ -301,7 +303,7 @@ bool Bands::HasImages() const
 // A graph that is too large for it is decoded by each band.
 void Bands::Record(const QTransform& toDevice, const QRect& pixels)
 {
-    if (bands.size() == 1 || pass.graph.size > Tape::kMostBytes)
+    if (pass.graph.size > Tape::kMostBytes)
         return;
     try {
         auto recorded = std::make_unique<const Recording>(pass, pixels, toDevice, begin);
@@ -511,7 +513,12 @@ RowCuts CutsIn(const QRect& pixels, const PlfPass& pass, const QPainter& painter
     const RowWork work = {survey.Rows(), pixels.y()};
     const double all = work.Sum() * static_cast<double>(pass.graph.size) /
                        static_cast<double>(sample.Bytes().size);
-    return work.Cut(static_cast<int>(std::min<double>(pass.threads, all / kWorthAThread)));
+    RowCuts cuts = work.Cut(static_cast<int>(std::min<double>(pass.threads, all / kWorthAThread)));
+    const bool hidesMuch =
+        CoveredTiles(pixels, painter.deviceTransform()).CanCover(survey.WidestPen());
+    if (cuts.empty() && hidesMuch && all > kWorthAThread)
+        cuts.push_back(pixels.y() + pixels.height());
+    return cuts;
 }
 
 } // namespace
@@ -525,7 +532,7 @@ int ThreadLimit()
 
 RowCuts FindCuts(const PlfPass& pass, QPainter& painter)
 {
-    if (pass.threads <= 1 || pass.graph.size < kSmallGraph)
+    if (pass.graph.size < kSmallGraph)
         return {};
     const std::optional<Target> target = FindTarget(pass, painter);
     if (!target)

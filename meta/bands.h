@@ -20,7 +20,8 @@ using RowCuts = std::vector<int>;
 /// many as PLOTVW_THREADS in the environment says.
 int ThreadLimit();
 
-/// Where to cut a picture so that its bands take about as long. None where that would take longer.
+/// Where to cut a picture so that its bands take about as long. None where that would take longer;
+/// only its end where a single band is worth while, because many lines are hidden by later ones.
 /// @param painter  as PaintInBands takes it; gets mapped to the area
 RowCuts FindCuts(const PlfPass& pass, QPainter& painter);
 

@@ -34,6 +34,7 @@ void SurveySink::SetWidth(int width, int /*color*/)
     const int whole = width / kWidthsInUnit; // as pens are
     const double units = std::max<double>(whole, minWidth);
     hasWidth = hasWidth || units != 0;
+    widest = std::max(widest, units);
     halfWidth = std::abs(units * scaleY) / 2;
 }
 

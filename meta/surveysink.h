@@ -28,6 +28,8 @@ public:
 
     /// Whether a line may be wider than 0.
     [[nodiscard]] bool HasWidth() const { return hasWidth; }
+    /// The widest pen, in drawing units.
+    [[nodiscard]] double WidestPen() const { return widest; }
     /// The work of each row, from the top, in nanoseconds.
     [[nodiscard]] std::vector<double> Rows() const;
 
@@ -47,6 +49,7 @@ private:
     double minWidth;
     double halfWidth = 0; // of the pen, pixels
     bool hasWidth = false;
+    double widest = 0; // drawing units
     // Of each row and one more: by how much its work is more than that of the row above.
     std::vector<double> steps;
 };

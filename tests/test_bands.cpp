@@ -133,6 +133,7 @@ private slots:
     void samples_equalPlainLines();
     void seededGraphs_equalPlainLines();
     void wideLines_thatHideOthers_equalOneBand();
+    void pensFarWiderThanThePicture_doNotFreeze();
     void seededStreams_equalOneBand();
     void otherPainters_getOneBand_data();
     void otherPainters_getOneBand();
@@ -204,13 +205,27 @@ void TestBands::wideLines_thatHideOthers_equalOneBand()
     constexpr int kLines = 600;
     for (unsigned seed = 0; seed < kGraphs / 20; ++seed) {
         const bool isWhole = seed % 2 == 0;
-        const PlfGraph graph = Load(AnyGraph(seed, isWhole ? 800 : 300, true, kLines));
-        const Look look = {{160, 112}, isWhole ? Rect() : Zoom(1000, 900, 2365, 1940)};
+        const PlfGraph graph = GraphOf(SeededGraph(seed, isWhole ? 800 : 300, true, kLines));
+        const Look look = {{160, 112}, isWhole ? Rect() : MakeRect(1000, 900, 2365, 1940)};
         const PlfPass pass = PassOf(graph, look);
         const QImage one = PaintBands(pass, look, 1);
         for (const int bands : {2, 8})
             QVERIFY2(PaintBands(pass, look, bands) == one, qPrintable(QString::number(seed)));
     }
+}
+
+// As when the mouse is pressed and the view repainted before it moves. Qt would need an hour.
+void TestBands::pensFarWiderThanThePicture_doNotFreeze()
+{
+    constexpr int kLines = 5000;
+    const PlfGraph graph = GraphOf(SeededGraph(1, 80, false, kLines));
+    const Look look = {{640, 446}, MakeRect(2000, 1500, 2001, 1501), 640.0};
+    const PlfPass pass = PassOf(graph, look);
+    const QImage one = PaintBands(pass, look, 1);
+    QImage plain = one.copy();
+    plain.fill(one.pixel(0, 0));
+    QVERIFY(one == plain);
+    QVERIFY(PaintBands(pass, look, 3) == one);
 }
 
 // Hostile ones among them, with texts of any size.

@@ -102,6 +102,7 @@ private slots:
     void pictures_areTheSame();
     void wideLines_hideEarlierOnes();
     void narrowLines_hideNothing();
+    void lineThatIsFarTooWide_hidesAll();
     void linesBeyondThePart_areLeftOut();
 };
 
@@ -147,6 +148,15 @@ void TestCoveredTiles::narrowLines_hideNothing()
     QVERIFY(!tiles.Take(10, 40, 50, 40));
     tiles.SetWidth(8);
     QVERIFY(tiles.Take(10, 40, 50, 40));
+}
+
+void TestCoveredTiles::lineThatIsFarTooWide_hidesAll()
+{
+    CoveredTiles tiles({{}, kSize}, QTransform(100, 0, 0, 64, -204'000, -99'000));
+    tiles.SetWidth(25'600);
+    QVERIFY(!tiles.Take(0, 0, 4095, 3119));
+    tiles.SetWidth(0);
+    QVERIFY(tiles.Take(2039, 1547, 2042, 1549));
 }
 
 void TestCoveredTiles::linesBeyondThePart_areLeftOut()

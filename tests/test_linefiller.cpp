@@ -218,6 +218,9 @@ private slots:
     void canFill_onlyScalesThatDiffer();
     void canFill_onlyTwoFormats();
     void farLines_areRefused();
+    void farLines_thatCoverAll_orNothing_equalPainters_data();
+    void farLines_thatCoverAll_orNothing_equalPainters();
+    void farLines_ofAnotherColor_areDrawn();
 };
 
 void TestLineFiller::check_agreesWithThisQt()
@@ -369,14 +372,71 @@ void TestLineFiller::farLines_areRefused()
     const QImage empty = image.copy();
     LineFiller filler(image, image.rect(), QTransform::fromScale(1, 0.5));
     filler.SetPen(QPen(Qt::red, 4));
-    for (const QLine& line :
-         {QLine(10, 10, kFar, 10), QLine(10, 10, 10, -2 * kFar), QLine(-kFar, 7, 3, 4),
-          QLine(kLeast, kLeast, kMost, kMost), QLine(kMost, kLeast, kMost, kMost)}) {
+    for (const QLine& line : {QLine(10, 10, kFar, 10), QLine(10, 10, 10, -2 * kFar),
+                              QLine(-kFar, 7, 3, 4), QLine(kLeast, kLeast, kMost, kMost)}) {
         QVERIFY(!Fill(filler, line));
         QVERIFY(image == empty);
     }
+    QVERIFY(Fill(filler, QLine(kMost, kLeast, kMost, kMost)));
+    QVERIFY(image == empty);
     QVERIFY(Fill(filler, QLine(10, 10, kFar - 10, 10)));
     QVERIFY(image != empty);
+}
+
+// As when a part of a graph of the size of a pixel is shown.
+const QTransform kHugely(100, 0, 0, 64, -204'000, -99'000);
+constexpr int kHugePen = 25'600;
+
+void TestLineFiller::farLines_thatCoverAll_orNothing_equalPainters_data()
+{
+    QTest::addColumn<QLine>("line");
+    QTest::addColumn<int>("width");
+    QTest::addColumn<bool>("covers");
+    QTest::newRow("short") << QLine(2000, 1500, 2010, 1507) << kHugePen << true;
+    QTest::newRow("long") << QLine(0, 0, 4095, 3119) << kHugePen << true;
+    QTest::newRow("flat") << QLine(3000, 1540, 100, 1540) << kHugePen << true;
+    QTest::newRow("beside") << QLine(-20'000, -20'000, 20'000, -20'000) << kHugePen << false;
+    QTest::newRow("before") << QLine(20'000, 1540, 30'000, 1540) << kHugePen / 2 << false;
+}
+
+void TestLineFiller::farLines_thatCoverAll_orNothing_equalPainters()
+{
+    QFETCH(QLine, line);
+    QFETCH(int, width);
+    QFETCH(bool, covers);
+    QImage filled(30, 20, QImage::Format_RGB32);
+    filled.fill(Qt::yellow);
+    QImage painted = filled.copy();
+    const QPen pen(Qt::darkCyan, width);
+    LineFiller filler(filled, filled.rect(), kHugely);
+    filler.SetPen(pen);
+    QVERIFY(Fill(filler, line));
+    QPainter painter(&painted);
+    SetUp(painter, kHugely);
+    painter.setPen(pen);
+    painter.drawLine(line);
+    QVERIFY(filled == painted);
+    QCOMPARE(filled.pixelColor(3, 4), QColor(covers ? Qt::darkCyan : Qt::yellow));
+}
+
+void TestLineFiller::farLines_ofAnotherColor_areDrawn()
+{
+    QImage image(30, 20, QImage::Format_RGB32);
+    LineFiller filler(image, image.rect(), kHugely);
+    for (const Qt::GlobalColor color : {Qt::red, Qt::blue, Qt::red}) {
+        filler.SetPen(QPen(color, kHugePen));
+        for (int i = 0; i < 3; ++i)
+            QVERIFY(Fill(filler, QLine(2000, 1500, 2010, 1507)));
+        QCOMPARE(image.pixelColor(29, 19), QColor(color));
+        filler.SetPen(QPen(Qt::green, 1));
+        QVERIFY(Fill(filler, QLine(2039, 1547, 2042, 1547)));
+        QCOMPARE(image.pixelColor(15, 10), QColor(Qt::green));
+    }
+    image.fill(Qt::white);
+    filler.ForgetPixels();
+    filler.SetPen(QPen(Qt::red, kHugePen));
+    QVERIFY(Fill(filler, QLine(2000, 1500, 2010, 1507)));
+    QCOMPARE(image.pixelColor(0, 0), QColor(Qt::red));
 }
 
 QTEST_MAIN(TestLineFiller)

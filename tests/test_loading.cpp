@@ -337,6 +337,7 @@ void TestLoading::fileThatChangesWhileItIsRead_isTakenAsItWasOrRefused()
     }
     isDone = true;
     other.join();
+    QVERIFY(isChanged);
     QVERIFY(isRight);
 }
 

@@ -2,6 +2,8 @@
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 #include "meta/fill/coveredtiles.h"
 
+#include "meta/fill/wideline.h"
+
 #include <algorithm>
 #include <cmath>
 #include <limits>
@@ -40,7 +42,10 @@ Range Within(double at, double offset, double most)
 } // namespace
 
 CoveredTiles::CoveredTiles(const QRect& changed, const QTransform& toDevice)
-    : grid(changed, toDevice, kReach), pixels(changed), mapping(toDevice), covered(grid.Count())
+    : grid(changed, toDevice, kReach), pixels(changed), mapping(toDevice),
+      around(
+          toDevice.inverted().mapRect(QRectF(changed).adjusted(-kReach, -kReach, kReach, kReach))),
+      covered(grid.Count())
 {
 }
 
@@ -58,11 +63,21 @@ void CoveredTiles::SetWidth(double width)
 
 bool CoveredTiles::Take(int x1, int y1, int x2, int y2)
 {
-    if (!grid.Locate(x1, y1, x2, y2) || IsCovered())
+    if (isAllCovered || !grid.Locate(x1, y1, x2, y2) || IsCovered())
         return true;
-    if (canCover && (x1 != x2 || y1 != y2))
+    if (!canCover || (x1 == x2 && y1 == y2))
+        return false;
+    if (WideLine(x1, y1, x2, y2, 2 * halfWidth).Contains(around))
+        CoverAll();
+    else if (!IsFar(x1, y1) && !IsFar(x2, y2))
         Cover(x1, y1, x2, y2);
     return false;
+}
+
+void CoveredTiles::CoverAll()
+{
+    std::fill(covered.begin(), covered.end(), char{1});
+    isAllCovered = true;
 }
 
 bool CoveredTiles::IsCovered() const
@@ -91,8 +106,6 @@ void CoveredTiles::Cover(int x1, int y1, int x2, int y2)
 {
     const double scaleX = mapping.m11();
     const double scaleY = mapping.m22();
-    if (IsFar(x1, y1) || IsFar(x2, y2))
-        return;
     const double dx = static_cast<double>(x2) - x1;
     const double dy = static_cast<double>(y2) - y1;
     const double length = std::sqrt(dx * dx + dy * dy);

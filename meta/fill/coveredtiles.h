@@ -31,13 +31,16 @@ public:
 private:
     [[nodiscard]] bool IsCovered() const;
     [[nodiscard]] bool IsFar(int x, int y) const;
+    void CoverAll();
     void Cover(int x1, int y1, int x2, int y2);
     void CoverRow(int row, double fromX, double toX);
 
     TileGrid grid;
     QRect pixels;
     QTransform mapping;
+    QRectF around; // the pixels and a few more, in drawing units
     double halfWidth = 0;
     bool canCover = false;
     std::vector<char> covered;
+    bool isAllCovered = false;
 };

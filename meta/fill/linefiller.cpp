@@ -3,6 +3,7 @@
 #include "meta/fill/linefiller.h"
 
 #include "meta/fill/blend.h"
+#include "meta/fill/wideline.h"
 
 #include <cmath>
 #include <cstdint>
@@ -13,6 +14,10 @@ namespace {
 using Areas = Coverage::Areas;
 
 constexpr int kGroup = Coverage::kGroup;
+constexpr int kFullArea = 1 << Coverage::kAreaBits;
+
+// Pixels around the image within which an edge might show.
+constexpr double kAround = 2;
 
 // Lays a color over the pixels of an image.
 class Blender
@@ -81,7 +86,9 @@ bool LineFiller::CanFill(const QPen& pen, const QTransform& toDevice, QImage::Fo
 LineFiller::LineFiller(QImage& image, const QRect& clip, const QTransform& toDevice)
     : bits(image.bits()), bytesPerLine(image.bytesPerLine()), pixels(clip), mapping(toDevice),
       outlines(toDevice, 1), coverage(clip & image.rect()),
-      tiles(bits, bytesPerLine, clip & image.rect(), toDevice)
+      tiles(bits, bytesPerLine, clip & image.rect(), toDevice),
+      around(toDevice.inverted().mapRect(
+          QRectF(clip & image.rect()).adjusted(-kAround, -kAround, kAround, kAround)))
 {
 }
 
@@ -94,6 +101,7 @@ bool LineFiller::IsFor(QImage& image, const QRect& clip, const QTransform& toDev
 void LineFiller::SetPen(const QPen& pen)
 {
     color = pen.color().rgba();
+    width = pen.widthF();
     outlines = OutlineMaker(mapping, pen.widthF());
     tiles.SetPen(color, pen.widthF());
 }
@@ -102,12 +110,43 @@ bool LineFiller::Line(int x1, int y1, int x2, int y2)
 {
     if (x1 == x2 && y1 == y2)
         return true;
-    if (tiles.Hides(x1, y1, x2, y2))
+    if (only == color || tiles.Hides(x1, y1, x2, y2))
         return true;
     Outline outline;
     if (!outlines.Make(x1, y1, x2, y2, outline))
-        return false;
+        return FarLine(x1, y1, x2, y2);
     coverage.Find(outline, Blender(bits, bytesPerLine, color));
     tiles.Draw();
+    only.reset();
     return true;
+}
+
+// QPainter would need a second for such a line, of which hardly ever an edge can be seen.
+bool LineFiller::FarLine(int x1, int y1, int x2, int y2)
+{
+    const WideLine line(x1, y1, x2, y2, width);
+    if (line.Misses(around))
+        return true;
+    if (!line.Contains(around))
+        return false;
+    FillAll();
+    return true;
+}
+
+void LineFiller::FillAll()
+{
+    ForgetPixels();
+    Blender blender(bits, bytesPerLine, color);
+    for (int y = pixels.top(); y <= pixels.bottom(); ++y) {
+        blender.StartRow(pixels.left(), y);
+        blender.Run(0, pixels.width(), kFullArea);
+    }
+    if (KeepsItself(color))
+        only = color;
+}
+
+void LineFiller::ForgetPixels()
+{
+    tiles.Forget();
+    only.reset();
 }

@@ -14,6 +14,8 @@
 #include <QRect>
 #include <QTransform>
 
+#include <optional>
+
 class LineFiller
 {
 public:
@@ -36,13 +38,17 @@ public:
 
     /// Draws a line, in drawing units. One of no length leaves nothing, and one that cannot change
     /// a pixel is left out.
-    /// @return false if it reaches too far from the image to be drawn here: nothing is drawn then
+    /// @return false if an edge of it that crosses the image reaches too far from there to be drawn
+    ///         here: nothing is drawn then
     bool Line(int x1, int y1, int x2, int y2);
 
     /// To be called after something else has painted on the image.
-    void ForgetPixels() { tiles.Forget(); }
+    void ForgetPixels();
 
 private:
+    bool FarLine(int x1, int y1, int x2, int y2);
+    void FillAll();
+
     uchar* bits;
     qsizetype bytesPerLine;
     QRect pixels;
@@ -51,4 +57,7 @@ private:
     OutlineMaker outlines;
     Coverage coverage;
     FullTiles tiles;
+    QRectF around;            // the pixels and a few more, in drawing units
+    double width = 0;         // drawing units
+    std::optional<QRgb> only; // the color of all pixels, if there is one that keeps itself
 };
