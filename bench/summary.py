@@ -49,8 +49,9 @@ class Table:
 
     @staticmethod
     def row(what, beside, ratio, target, met):
-        """Any row."""
-        print(f"| {what} | {beside} | {ratio} | {target} | {'met' if met else 'missed'} |")
+        """Any row; one without a target is neither met nor missed."""
+        result = "" if not target else "met" if met else "missed"
+        print(f"| {what} | {beside} | {ratio} | {target} | {result} |")
 
 
 def draw(table, rows):
