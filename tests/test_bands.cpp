@@ -10,6 +10,7 @@
 #include "meta/plfbuffer.h"
 #include "meta/plfgraph.h"
 #include "meta/plfmeta.h"
+#include "meta/tape.h"
 #include "tests/kit/bandpicture.h"
 #include "tests/kit/graph.h"
 #include "tests/kit/plf.h"
@@ -134,6 +135,7 @@ private slots:
     void seededGraphs_equalPlainLines();
     void wideLines_thatHideOthers_equalOneBand();
     void pensFarWiderThanThePicture_doNotFreeze();
+    void graphThatIsTooLongToKeep_isDrawnFromItsBytes();
     void seededStreams_equalOneBand();
     void otherPainters_getOneBand_data();
     void otherPainters_getOneBand();
@@ -226,6 +228,26 @@ void TestBands::pensFarWiderThanThePicture_doNotFreeze()
     plain.fill(one.pixel(0, 0));
     QVERIFY(one == plain);
     QVERIFY(PaintBands(pass, look, 3) == one);
+}
+
+// With more vectors than are kept decoded, though it has fewer bytes.
+void TestBands::graphThatIsTooLongToKeep_isDrawnFromItsBytes()
+{
+    if (kSanitized)
+        QSKIP("four million lines take minutes with a sanitizer");
+    constexpr size_t kMany = Tape::kMostBytes / sizeof(Tape::Line) + 1000;
+    std::string bytes = SeededGraph(1, 16, true);
+    bytes.back() = '\x1d'; // it does not end yet
+    bytes += plf::Address(100, 100);
+    for (size_t i = 0; i < kMany; ++i)
+        bytes += static_cast<char>('@' + i * 7 % 32); // the last part of an address
+    const PlfGraph graph = GraphOf(bytes + '\x07');
+    QVERIFY(bytes.size() < Tape::kMostBytes);
+    const Look look = {{160, 112}};
+    PlfPass pass = PassOf(graph, look);
+    QCOMPARE(CountVectors(pass).vectors, kMany + 100);
+    pass.zoom = MakeRect(60, 2990, 160, 3070);
+    QVERIFY(PaintBands(pass, look, 2) == PaintBands(pass, look, 1));
 }
 
 // Hostile ones among them, with texts of any size.

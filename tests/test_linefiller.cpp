@@ -408,7 +408,7 @@ void TestLineFiller::farLines_thatCoverAll_orNothing_equalPainters()
     filled.fill(Qt::yellow);
     QImage painted = filled.copy();
     const QPen pen(Qt::darkCyan, width);
-    LineFiller filler(filled, filled.rect(), kHugely);
+    LineFiller filler(filled, filled.rect().adjusted(-7, -9, 11, 13), kHugely);
     filler.SetPen(pen);
     QVERIFY(Fill(filler, line));
     QPainter painter(&painted);

@@ -84,17 +84,17 @@ bool LineFiller::CanFill(const QPen& pen, const QTransform& toDevice, QImage::Fo
 }
 
 LineFiller::LineFiller(QImage& image, const QRect& clip, const QTransform& toDevice)
-    : bits(image.bits()), bytesPerLine(image.bytesPerLine()), pixels(clip), mapping(toDevice),
-      outlines(toDevice, 1), coverage(clip & image.rect()),
-      tiles(bits, bytesPerLine, clip & image.rect(), toDevice),
+    : bits(image.bits()), bytesPerLine(image.bytesPerLine()), asked(clip),
+      pixels(clip & image.rect()), mapping(toDevice), outlines(toDevice, 1), coverage(pixels),
+      tiles(bits, bytesPerLine, pixels, toDevice),
       around(toDevice.inverted().mapRect(
-          QRectF(clip & image.rect()).adjusted(-kAround, -kAround, kAround, kAround)))
+          QRectF(pixels).adjusted(-kAround, -kAround, kAround, kAround)))
 {
 }
 
 bool LineFiller::IsFor(QImage& image, const QRect& clip, const QTransform& toDevice) const
 {
-    return bits == image.bits() && bytesPerLine == image.bytesPerLine() && pixels == clip &&
+    return bits == image.bits() && bytesPerLine == image.bytesPerLine() && asked == clip &&
            mapping == toDevice;
 }
 

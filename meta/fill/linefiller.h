@@ -51,7 +51,8 @@ private:
 
     uchar* bits;
     qsizetype bytesPerLine;
-    QRect pixels;
+    QRect asked;  // as the object was made
+    QRect pixels; // of them, those that there are
     QTransform mapping;
     QRgb color = 0;
     OutlineMaker outlines;
