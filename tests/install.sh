@@ -4,6 +4,8 @@
 #
 # Does the system know a graph once the program is installed, also one without an extension?     install.sh TOP BUILD
 #
+# PLOTVW_SANITIZED is set when the programs have sanitizers, which reserve more memory than the thumbnailer may have.
+#
 # Debian packages: desktop-file-utils, libglib2.0-bin, man-db, shared-mime-info.
 set -euo pipefail
 
@@ -50,6 +52,7 @@ grep -q 'plotvw\.desktop' <<<"$applications" || fail "no application opens graph
 # The thumbnailer's command, with its placeholders filled in as a file manager does. Some of them open the file for the
 # picture first, and read what they opened.
 command=$(sed -n 's/^Exec=//p' "$prefix/share/thumbnailers/plotvw.thumbnailer")
+[[ -z ${PLOTVW_SANITIZED-} ]] || command=${command/ --memory 512/}
 command=${command//%s/256}
 command=${command//%i/$(printf %q "$root/graphs/graph")}
 command=${command//%o/$(printf %q "$root/graphs/thumbnail")}
