@@ -73,7 +73,9 @@ inline std::string Address(int x, int y)
 /// Goes to a position without drawing.
 inline std::string Move(int x, int y)
 {
-    return "\x1d" + Address(x, y);
+    std::string move("\x1d");
+    move += Address(x, y); // put before it, optimized code gets a false warning from g++ 12
+    return move;
 }
 
 /// Draws from the last position to this one.
