@@ -514,8 +514,7 @@ RowCuts CutsIn(const QRect& pixels, const PlfPass& pass, const QPainter& painter
     const double all = work.Sum() * static_cast<double>(pass.graph.size) /
                        static_cast<double>(sample.Bytes().size);
     RowCuts cuts = work.Cut(static_cast<int>(std::min<double>(pass.threads, all / kWorthAThread)));
-    const bool hidesMuch =
-        CoveredTiles(pixels, painter.deviceTransform()).CanCover(survey.WidestPen());
+    const bool hidesMuch = CoveredTiles::CanCover(survey.WidestPen(), painter.deviceTransform());
     if (cuts.empty() && hidesMuch && all > kWorthAThread)
         cuts.push_back(pixels.y() + pixels.height());
     return cuts;

@@ -30,10 +30,10 @@ std::vector<bool> FindHidden(const Tape& tape, const QRect& pixels, const QTrans
                              int penWidth, double minPenWidth)
 {
     const std::vector<double> widths = PenWidths(tape, penWidth, minPenWidth);
-    CoveredTiles tiles(pixels, toDevice);
     if (std::none_of(widths.begin(), widths.end(),
-                     [&tiles](double width) { return tiles.CanCover(width); }))
+                     [&](double width) { return CoveredTiles::CanCover(width, toDevice); }))
         return {};
+    CoveredTiles tiles(pixels, toDevice);
     std::vector<bool> hidden(tape.Lines().size());
     size_t end = hidden.size();
     for (size_t i = widths.size(); i-- > 0;) {

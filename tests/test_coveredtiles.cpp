@@ -138,9 +138,10 @@ void TestCoveredTiles::wideLines_hideEarlierOnes()
 
 void TestCoveredTiles::narrowLines_hideNothing()
 {
-    CoveredTiles tiles({{}, kSize}, QTransform::fromScale(1.0, 0.5));
-    QVERIFY(!tiles.CanCover(8));
-    QVERIFY(tiles.CanCover(40));
+    const QTransform toDevice = QTransform::fromScale(1.0, 0.5);
+    CoveredTiles tiles({{}, kSize}, toDevice);
+    QVERIFY(!CoveredTiles::CanCover(8, toDevice));
+    QVERIFY(CoveredTiles::CanCover(40, toDevice));
     tiles.SetWidth(8);
     for (int i = 0; i < 100; ++i)
         QVERIFY(!tiles.Take(10, 40, 50, 40));

@@ -49,16 +49,16 @@ CoveredTiles::CoveredTiles(const QRect& changed, const QTransform& toDevice)
 {
 }
 
-bool CoveredTiles::CanCover(double width) const
+bool CoveredTiles::CanCover(double width, const QTransform& toDevice)
 {
-    return width * std::min(std::abs(mapping.m11()), std::abs(mapping.m22())) >= kNarrow;
+    return width * std::min(std::abs(toDevice.m11()), std::abs(toDevice.m22())) >= kNarrow;
 }
 
 void CoveredTiles::SetWidth(double width)
 {
     grid.SetWidth(width);
     halfWidth = width / 2;
-    canCover = CanCover(width);
+    canCover = CanCover(width, mapping);
 }
 
 bool CoveredTiles::Take(int x1, int y1, int x2, int y2)
@@ -68,16 +68,10 @@ bool CoveredTiles::Take(int x1, int y1, int x2, int y2)
     if (!canCover || (x1 == x2 && y1 == y2))
         return false;
     if (WideLine(x1, y1, x2, y2, 2 * halfWidth).Contains(around))
-        CoverAll();
+        isAllCovered = true;
     else if (!IsFar(x1, y1) && !IsFar(x2, y2))
         Cover(x1, y1, x2, y2);
     return false;
-}
-
-void CoveredTiles::CoverAll()
-{
-    std::fill(covered.begin(), covered.end(), char{1});
-    isAllCovered = true;
 }
 
 bool CoveredTiles::IsCovered() const

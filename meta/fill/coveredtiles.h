@@ -19,8 +19,8 @@ public:
     /// @param toDevice  from drawing units to pixels: scales and shifts, no more
     CoveredTiles(const QRect& pixels, const QTransform& toDevice);
 
-    /// Whether a line of that width can be wide enough to cover a tile.
-    [[nodiscard]] bool CanCover(double width) const;
+    /// Whether a line of that width, in drawing units, can be wide enough to cover a tile.
+    static bool CanCover(double width, const QTransform& toDevice);
     /// Sets the width of the lines that follow, in drawing units.
     void SetWidth(double width);
     /// Takes the line before those that were taken until now, in drawing units.
@@ -31,7 +31,6 @@ public:
 private:
     [[nodiscard]] bool IsCovered() const;
     [[nodiscard]] bool IsFar(int x, int y) const;
-    void CoverAll();
     void Cover(int x1, int y1, int x2, int y2);
     void CoverRow(int row, double fromX, double toX);
 
