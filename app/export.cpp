@@ -138,13 +138,18 @@ void AppWindow::saveAs()
     if (name.isEmpty() || gpPlfmembuf == nullptr)
         return;
     WholeFile file(name.toLocal8Bit().toStdString());
-    if (file.Open() != 0) {
+    bool isOpen = file.Open() == 0;
+    if (isOpen) {
+        file.Write(gpPlfmembuf, gdwFilesize);
+        // A failure to write is deliberately not reported; an older file is as it was then.
+        file.Commit();
+        isOpen = !file.IsNameRefused();
+    }
+    if (!isOpen) {
         // No blank between the text and the name: deliberate.
         ShowError(this, tr("Error"), tr("Error opening") + name);
         return;
     }
-    file.Write(gpPlfmembuf, gdwFilesize);
-    file.Commit(); // its failure is deliberately not reported; an older file is as it was then
     status->Show(name + tr(" saved."), kSavedTime);
 }
 

@@ -209,8 +209,10 @@ int WholeFile::Commit(bool keepExisting)
         NoteUnless(ReachesDisk(file));
     if (firstError == 0)
         NoteUnless(CloseCopy(file.Get()));
-    if (firstError == 0 && place != Place::kInPlace)
+    if (firstError == 0 && place != Place::kInPlace) {
         NoteUnless(GiveName(keepExisting));
+        isNameRefused = firstError != 0 && place != Place::kInPlace;
+    }
     return firstError;
 }
 
@@ -244,7 +246,13 @@ bool WholeFile::CopyOverOlder()
 {
     RemoveHidden();
     const Fd whole = std::move(file);
-    if (OpenInPlace() != 0 || lseek(whole.Get(), 0, SEEK_SET) != 0)
+    // Systems that protect shared folders refuse to open another user's file there if the call
+    // could create one.
+    file = Fd(open(name.c_str(), O_WRONLY | O_TRUNC | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+    if (!file.IsOpen())
+        return false;
+    place = Place::kInPlace;
+    if (lseek(whole.Get(), 0, SEEK_SET) != 0)
         return false;
     std::string block(kBlockSize, '\0');
     ssize_t count = 0;

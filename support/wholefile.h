@@ -49,6 +49,9 @@ public:
     /// @param keepExisting  fail if the name is taken by then
     /// @return 0, or the error number of the first failure since Open
     int Commit(bool keepExisting = false);
+    /// Commit failed because the system refused the name, as a disk for other systems does with a
+    /// colon: it would have refused to open the file under it.
+    [[nodiscard]] bool IsNameRefused() const { return isNameRefused; }
 
     /// The hidden name with its folder, for a process that removes what another one left.
     static std::string HiddenPath(const std::string& path, const std::string& hiddenName);
@@ -75,4 +78,5 @@ private:
     Fd file;
     std::string waiting; // written with the next block
     int firstError = 0;
+    bool isNameRefused = false;
 };

@@ -16,6 +16,7 @@ enum class Fault : int {
     kNone,
     kDiskError, // this call, with EIO
     kFullDisk,  // this call and all after it, with ENOSPC; of a write the first half is written
+    kNoName,    // each call that gives a file a name, with EINVAL; the number does not count
     kKill,      // the process is killed instead of making the call
     kKillGroup  // all the processes of its group are
 };

@@ -44,7 +44,7 @@ bool IsWrittenFile(int fd)
 bool Fails()
 {
     const Fault fault = plan->fault;
-    if (fault == Fault::kNone)
+    if (fault == Fault::kNone || fault == Fault::kNoName)
         return false;
     const long call = ++plan->calls;
     const long failAt = plan->failAt;
@@ -53,6 +53,16 @@ bool Fails()
     if (fault == Fault::kKill || fault == Fault::kKillGroup)
         kill(fault == Fault::kKill ? getpid() : 0, SIGKILL);
     errno = fault == Fault::kFullDisk ? ENOSPC : EIO;
+    return true;
+}
+
+// The same for a call that gives a file a name.
+bool NameFails()
+{
+    if (plan->fault != Fault::kNoName)
+        return Fails();
+    ++plan->calls;
+    errno = EINVAL;
     return true;
 }
 
@@ -151,17 +161,17 @@ int fsync(int fd)
 
 int linkat(int fromFolder, const char* from, int toFolder, const char* to, int flags)
 {
-    return Fails() ? -1 : Real(::linkat, "linkat")(fromFolder, from, toFolder, to, flags);
+    return NameFails() ? -1 : Real(::linkat, "linkat")(fromFolder, from, toFolder, to, flags);
 }
 
 int rename(const char* from, const char* to) noexcept
 {
-    return Fails() ? -1 : Real(::rename, "rename")(from, to);
+    return NameFails() ? -1 : Real(::rename, "rename")(from, to);
 }
 
 int renameat2(int fromFolder, const char* from, int toFolder, const char* to,
               unsigned flags) noexcept
 {
-    return Fails() ? -1 : Real(::renameat2, "renameat2")(fromFolder, from, toFolder, to, flags);
+    return NameFails() ? -1 : Real(::renameat2, "renameat2")(fromFolder, from, toFolder, to, flags);
 }
 }

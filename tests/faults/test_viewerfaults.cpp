@@ -40,6 +40,8 @@ private slots:
     void file_anyCallFails_isTheOlderOrTheNewOne();
     void file_fullDisk_isTheOlderOrTheNewOne_data();
     void file_fullDisk_isTheOlderOrTheNewOne();
+    void copy_underARefusedName_isReported_data();
+    void copy_underARefusedName_isReported();
 
 private:
     // Each writes a file in the folder "disk", with the plan armed, and returns whether the program
@@ -196,6 +198,32 @@ void TestViewerFaults::file_fullDisk_isTheOlderOrTheNewOne()
         room = room * 2 + 1;
     } while (FileOf(kind) == kOlder && !QTest::currentTestFailed());
     QVERIFY(room > 1);
+}
+
+void TestViewerFaults::copy_underARefusedName_isReported_data()
+{
+    QTest::addColumn<bool>("overOlder");
+    QTest::newRow("new") << false;
+    QTest::newRow("over an older file") << true;
+}
+
+// As on a disk that takes fewer letters in names than most.
+void TestViewerFaults::copy_underARefusedName_isReported()
+{
+    QFETCH(bool, overOlder);
+    Window shown;
+    Open(shown);
+    window = &shown;
+    if (overOlder)
+        directories->Write("disk/a.plf", kOlder);
+    armedFault = Fault::kNoName;
+    QVERIFY(Copy());
+    QVERIFY(plan->calls > 0);
+    plan->Disarm();
+    QVERIFY(!fixture::Status(shown).contains(QStringLiteral("saved")));
+    QCOMPARE(fixture::FilesIn(Path("disk")),
+             overOlder ? QStringList(QStringLiteral("a.plf")) : QStringList());
+    QVERIFY(!overOlder || ReadFile(Path("disk/a.plf")) == kOlder);
 }
 
 QTEST_MAIN(TestViewerFaults)
