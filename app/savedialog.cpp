@@ -9,7 +9,6 @@
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QLineEdit>
-#include <QMessageBox>
 
 namespace {
 
@@ -21,8 +20,8 @@ QString Completed(QString name, const char* extension)
 
 // Qt asks about the name that it returns. Its default suffix is not suitable: it takes the name for
 // that of a folder if the current directory, which need not be the dialog's, contains such a
-// folder, and takes a folder in the dialog for a file. The class has no meta-object of its own,
-// because Qt uses the desktop's dialog only for a plain QFileDialog.
+// folder, and takes a folder in the dialog for a file. The desktop's own dialogs would ask about
+// the name as typed, and the program itself does not ask.
 class SaveDialog : public QFileDialog
 {
 public:
@@ -33,6 +32,7 @@ public:
         setObjectName(QLatin1StringView(question.objectName));
         setAcceptMode(QFileDialog::AcceptSave);
         setFileMode(QFileDialog::AnyFile);
+        setOption(QFileDialog::DontUseNativeDialog);
     }
 
     void accept() override
@@ -47,7 +47,7 @@ private:
     {
         const QString chosen = selectedFiles().value(0);
         const QString name = Completed(chosen, extension);
-        // Qt's name of the field. If it does not exist, MayReplace asks later.
+        // Qt's name of the field. Without it Qt asks about the name as typed.
         auto* field = findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
         if (field == nullptr || name == chosen || QFileInfo(chosen).isDir() ||
             QFileInfo(name).isDir())
@@ -61,34 +61,12 @@ private:
     const char* extension;
 };
 
-// Asks like Qt's dialog, for a name that the dialog has not asked about: the desktop's dialogs do
-// not add the program's extensions.
-bool MayReplace(QWidget* parent, const SaveQuestion& question, const QString& name)
-{
-    const OwnDialog<QMessageBox> box(
-        QMessageBox::Warning, question.caption,
-        QFileDialog::tr("%1 already exists.\nDo you want to replace it?")
-            .arg(QFileInfo(name).fileName()),
-        QMessageBox::Yes | QMessageBox::No, parent);
-    box->setTextFormat(Qt::PlainText);
-    box->setDefaultButton(QMessageBox::No);
-    return box->exec() == QMessageBox::Yes;
-}
-
 } // namespace
 
 QString AskSaveName(QWidget* parent, const SaveQuestion& question)
 {
-    const QPointer<QWidget> owner(parent); // may be destroyed during each of the boxes
-    while (!owner.isNull()) {
-        OwnDialog<SaveDialog> dialog(parent, question);
-        if (!dialog.IsAccepted())
-            break;
-        const QString chosen = dialog->selectedFiles().constFirst();
-        const QString name = Completed(chosen, question.extension);
-        const QFileInfo file(name);
-        if (name == chosen || !file.exists() || file.isDir() || MayReplace(parent, question, name))
-            return name;
-    }
-    return {};
+    OwnDialog<SaveDialog> dialog(parent, question);
+    if (!dialog.IsAccepted())
+        return {};
+    return Completed(dialog->selectedFiles().constFirst(), question.extension);
 }

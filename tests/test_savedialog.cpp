@@ -55,14 +55,10 @@ private slots:
     void folder_isOpened();
     void folderOfTheCompletedName_isNoQuestion();
     void longestName_isLeftToTheWriter();
-    void foreignDialog_asksAfterwards();
-    void foreignDialog_refused_asksForAnotherName();
-    void foreignDialog_parentGoesDuringTheQuestion_isSurvived();
     void cancelled_isEmpty();
 
 private:
     void ExpectName(const QString& typed, QMessageBox::StandardButton answer = QMessageBox::Yes);
-    void ExpectForeignDialog(const QString& typed);
     void Confirm(QFileDialog& dialog, QMessageBox::StandardButton answer = QMessageBox::Yes);
     void Answer(QMessageBox& box, QMessageBox::StandardButton answer);
 
@@ -115,17 +111,6 @@ void TestSaveDialog::Answer(QMessageBox& box, QMessageBox::StandardButton answer
 }
 
 // The same where the name's field is not Qt's, as in the desktop's own dialogs.
-void TestSaveDialog::ExpectForeignDialog(const QString& typed)
-{
-    dialogs->Expect<QFileDialog>([this, typed](QFileDialog& dialog) {
-        dialog.setDirectory(Text(Path("work")));
-        QLineEdit* field = Field(dialog);
-        field->setText(typed);
-        field->setObjectName(QStringLiteral("field"));
-        PressSave(dialog);
-    });
-}
-
 void TestSaveDialog::newName_isCompletedWithoutAQuestion_data()
 {
     QTest::addColumn<QString>("typed");
@@ -281,34 +266,6 @@ void TestSaveDialog::longestName_isLeftToTheWriter()
     const QString name(255, u'n');
     ExpectName(name);
     QCOMPARE(Ask(&window), Text(Path("work/")) + name + QLatin1StringView(kExtension));
-}
-
-void TestSaveDialog::foreignDialog_asksAfterwards()
-{
-    directories->Write("work/keep.jpg", "content");
-    ExpectForeignDialog(QStringLiteral("keep"));
-    dialogs->Expect<QMessageBox>([this](QMessageBox& box) { Answer(box, QMessageBox::Yes); });
-    QCOMPARE(Ask(&window), Text(Path("work/keep.jpg")));
-    QCOMPARE(questions, QStringList(QStringLiteral("keep.jpg already exists.")));
-}
-
-void TestSaveDialog::foreignDialog_refused_asksForAnotherName()
-{
-    directories->Write("work/keep.jpg", "content");
-    ExpectForeignDialog(QStringLiteral("keep"));
-    dialogs->Expect<QMessageBox>([this](QMessageBox& box) { Answer(box, QMessageBox::No); });
-    ExpectForeignDialog(QStringLiteral("other"));
-    QCOMPARE(Ask(&window), Text(Path("work/other.jpg")));
-    QCOMPARE(questions.size(), 1);
-}
-
-void TestSaveDialog::foreignDialog_parentGoesDuringTheQuestion_isSurvived()
-{
-    directories->Write("work/keep.jpg", "content");
-    const QPointer<QWidget> parent = new QWidget;
-    ExpectForeignDialog(QStringLiteral("keep"));
-    dialogs->Expect<QMessageBox>([&parent](QMessageBox&) { delete parent; });
-    QCOMPARE(Ask(parent), QString());
 }
 
 void TestSaveDialog::cancelled_isEmpty()
