@@ -75,7 +75,8 @@ void DrawView::cmdPrint()
     PostCmdargDone(JobNumber(kJobPrint));
 }
 
-// A printer that rejects the job is not reported.
+// A printer that rejects the job is not reported, and a missing one on standard error only: no box
+// stops a host.
 void DrawView::PrintGraph()
 {
     if (!HasOutput(*pPrinter)) {

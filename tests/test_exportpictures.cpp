@@ -61,6 +61,7 @@ private slots:
 
     void jpeg_hasTheSizeOfTheView_data();
     void jpeg_hasTheSizeOfTheView();
+    void jpeg_afterAResize_hasTheNewSize();
     void jpeg_showsWhatTheViewShows_data();
     void jpeg_showsWhatTheViewShows();
     void jpeg_quality_isTenTimesTheSetting_data();
@@ -103,6 +104,17 @@ void TestExportPictures::jpeg_hasTheSizeOfTheView()
     ChooseAndType(window, kJpeg, Path("out"));
     const QImage image(Text(Path("out.jpg")), "JPEG");
     QCOMPARE(image.size(), size);
+}
+
+void TestExportPictures::jpeg_afterAResize_hasTheNewSize()
+{
+    constexpr QSize kLarger(800, 500);
+    Window window;
+    Open(window);
+    gpMainwnd->resize(gpMainwnd->size() + kLarger - gpDraw->size());
+    QTRY_COMPARE(gpDraw->size(), kLarger);
+    ChooseAndType(window, kJpeg, Path("out"));
+    QCOMPARE(QImage(Text(Path("out.jpg")), "JPEG").size(), kLarger);
 }
 
 void TestExportPictures::jpeg_showsWhatTheViewShows_data()

@@ -131,6 +131,27 @@ private slots:
         QCOMPARE(RecordPrinted(300).last(), QStringLiteral("line 0 3120 4 3120 #000000 4"));
     }
 
+    // A graph on white of its own, or without any background, which counts as white.
+    void whiteLines_onTheGraphsOwnWhite_areBlack_data()
+    {
+        QTest::addColumn<QByteArray>("bytes");
+        const QString white =
+            QStringLiteral("ESC \"TG142\" #0 #100 #0 ESC \"ML2\" GS @0,0 @4,0 BEL");
+        QTest::newRow("named") << FileOnBackground('1', white);
+        QTest::newRow("none") << (PlfHeader() + "00").leftJustified(100, '\r') + ScriptBytes(white);
+    }
+
+    void whiteLines_onTheGraphsOwnWhite_areBlack()
+    {
+        QFETCH(QByteArray, bytes);
+        LoadBytes(bytes);
+        QCOMPARE(Drawn(Record({.whiteBackground = false})),
+                 QStringList(QStringLiteral("line 0 3120 4 3120 #000000 0")));
+        QCOMPARE(gdwBkClrFile, 15UL);
+        gbBkClrWhite = false;
+        QCOMPARE(RecordPrinted(300).last(), QStringLiteral("line 0 3120 4 3120 #000000 4"));
+    }
+
     void blackLines_onBlack_stayBlack()
     {
         LoadBytes(FileOnBackground(' ', QStringLiteral("GS @0,0 @4,0 BEL")));
@@ -311,6 +332,18 @@ private slots:
                                      QStringLiteral("line 12 3120 16 3120 #7f0000 0")}));
     }
 
+    void text_empty_isDrawnAsNothing()
+    {
+        Recorder recorder;
+        QPainter painter(&recorder);
+        char name[] = "";
+        CPlfMeta meta(name, &painter, nullptr, 1.0, 0);
+        char empty[] = "";
+        meta.DrawTextKorvel(empty);
+        QCOMPARE(QByteArray(empty), QByteArray());
+        QCOMPARE(recorder.Operations(), QStringList());
+    }
+
     void text_endingInALineFeed_isDrawnWithoutIt()
     {
         Recorder recorder;
@@ -320,8 +353,6 @@ private slots:
         char text[] = "two\n\n";
         meta.DrawTextKorvel(text);
         QCOMPARE(QByteArray(text), QByteArray("two\n"));
-        char empty[] = "";
-        meta.DrawTextKorvel(empty);
         char lineFeed[] = "\n";
         meta.DrawTextKorvel(lineFeed);
         QCOMPARE(QByteArray(lineFeed), QByteArray(""));
