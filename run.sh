@@ -39,7 +39,7 @@ install_and_build() {
   cd -- "$root"
   [[ -f $build/build.ninja ]] || echo "Building in ${build#"$root/"} ..."
   quietly cmake --preset release
-  quietly cmake --build --preset release --target plotvw plfconvert
+  quietly cmake --build --preset release
 }
 
 # open_window FILE: show a graph; returns 3 when there turns out to be no display.

@@ -17,10 +17,10 @@ sanitizer_packages=(clang libclang-rt-14-dev llvm)
 # To measure the program, on a screen, and another one for comparison.
 bench_packages=(libbenchmark-dev openbox plotutils python3 time xvfb)
 # To check the sources, the manual pages, the completions, the files for desktops and the package.
-lint_packages=(appstream clang-format-14 clang-tidy-14 desktop-file-utils dpkg-dev file fish libxml2-utils lintian
+lint_packages=(appstream clang-format-14 clang-tidy-14 desktop-file-utils file fish libxml2-utils
   mandoc python3 shared-mime-info shellcheck zsh)
-# To make the Debian package, and to try it in a bare system.
-deb_packages=(dpkg-dev file)
+# To make the Debian packages, and to try them in a bare system.
+deb_packages=(debhelper dpkg-dev fakeroot)
 deb_test_packages=(debootstrap lintian)
 
 # missing_packages NAME...: print the names of those that are not installed.

@@ -66,7 +66,7 @@ def versions():
     yield name, found(r"^project\(plotvw VERSION (\S+)", name)
     for name, pattern in (
         ("packaging/desktop/org.plotvw.plotvw.metainfo.xml", r'<release version="([^"]+)"'),
-        ("packaging/debian/changelog", r"^plotvw \(([^-)]+)-\d+\)"),
+        ("debian/changelog", r"^plotvw \(([^)]+)\)"),
         ("CHANGELOG.md", r"^## (\d\S*)"),
     ):
         newest = re.search(pattern, (TOP / name).read_text(encoding="utf-8"), re.M)
