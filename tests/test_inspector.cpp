@@ -16,8 +16,11 @@
 #include "tests/reference/streams.h"
 #include "tools/info/dump.h"
 
+#include <QDir>
 #include <QPainter>
 #include <QTest>
+
+#include <algorithm>
 
 using namespace info;
 
@@ -65,7 +68,7 @@ Summary Inspected(const QByteArray& file)
 }
 
 // The kinds, offsets and counts of the damage, as "unknown command" has them in words.
-using DamageMap = std::map<Damage, std::pair<size_t, uint64_t>>;
+using DamageMap = std::map<PlfDamage, std::pair<size_t, uint64_t>>;
 
 DamageMap DamageOf(const QByteArray& file)
 {
@@ -133,6 +136,10 @@ private slots:
     void observer_seededStream_changesNothingThatIsDrawn();
     void damage_ofOneKind_isNoted_data();
     void damage_ofOneKind_isNoted();
+    void damage_graphThatIsCutOff_saysWhere_data();
+    void damage_graphThatIsCutOff_saysWhere();
+    void damage_sample_isNoLoss_data();
+    void damage_sample_isNoLoss();
     void damage_wholeGraph_hasNone();
     void summary_graph_hasWhatIsInIt();
     void summary_textWithSettings_hasThem();
@@ -253,36 +260,99 @@ void TestInspector::damage_ofOneKind_isNoted_data()
     const size_t start = static_cast<size_t>(Graph("").size());
     QTest::addColumn<QByteArray>("file");
     QTest::addColumn<DamageMap>("damage");
-    const auto row = [](const char* name, const char* script, Damage kind, size_t offset,
+    const auto row = [](const char* name, const char* script, PlfDamage kind, size_t offset,
                         uint64_t count) {
         QTest::newRow(name) << Graph(script) << DamageMap{{kind, {offset, count}}};
     };
-    row("unknown commands", R"(ESC "AB1" LF ESC "QQ2" LF BEL)", Damage::kUnknownCommand, start, 2);
-    row("control in an integer", R"(ESC "GTA" LF BEL)", Damage::kUnfinishedParameter, start, 1);
-    row("control in the place of an integer", R"(ESC "GT" CR BEL)", Damage::kUnfinishedParameter,
+    row("unknown commands", R"(ESC "AB1" LF ESC "QQ2" LF BEL)", PlfDamage::kUnknownCommand, start,
+        2);
+    row("control in an integer", R"(ESC "GTA" LF BEL)", PlfDamage::kUnfinishedParameter, start, 1);
+    row("control in the place of an integer", R"(ESC "GT" CR BEL)", PlfDamage::kUnfinishedParameter,
         start, 1);
-    row("counted string too short", R"(ESC "LT" #9 "abc" LF BEL)", Damage::kUnfinishedParameter,
+    row("counted string too short", R"(ESC "LT" #9 "abc" LF BEL)", PlfDamage::kUnfinishedParameter,
         start, 1);
-    row("integers at the end", R"(ESC "MC" #1)", Damage::kUnfinishedParameter, start, 2);
-    row("letters at the end", R"(LF ESC "M")", Damage::kUnfinishedCommand, start + 1, 1);
-    row("letter before the end", R"(ESC "M" BEL)", Damage::kUnfinishedCommand, start, 1);
-    row("open text", R"(ESC "ZDabc")", Damage::kUnclosedString, start, 1);
-    row("open position", R"(ESC "ZP1,2")", Damage::kUnclosedString, start, 1);
-    row("open font name", R"(ESC "ZFabc" BEL)", Damage::kUnclosedString, start, 1);
-    row("address at the end", "GS @1,1 @2,2", Damage::kUnfinishedAddress, start + 6, 1);
-    row("half an address before the end", "GS @1,1 x20 BEL", Damage::kUnfinishedAddress, start + 6,
+    row("letter before the end", R"(ESC "M" BEL)", PlfDamage::kUnfinishedCommand, start, 1);
+    row("half an address before the end", "GS @1,1 x20 BEL", PlfDamage::kUnfinishedAddress,
+        start + 6, 1);
+    row("half an address before a command", R"(x20 x60 ESC "ML1" BEL)",
+        PlfDamage::kUnfinishedAddress, start, 1);
+    row("control in an address", "x23 x60 LF x60 x7D x27 x5A BEL", PlfDamage::kBrokenAddress, start,
         1);
-    row("half an address before a command", R"(x20 x60 ESC "ML1" BEL)", Damage::kUnfinishedAddress,
+    row("line index", R"(ESC "ML" #16 ESC "ML" #-1 BEL)", PlfDamage::kIndexOutOfRange, start, 2);
+    row("entry of the color map", R"(ESC "TG" #1 #4 #99 #0 #0 #0 BEL)", PlfDamage::kIndexOutOfRange,
         start, 1);
-    row("control in an address", "x23 x60 LF x60 x7D x27 x5A BEL", Damage::kBrokenAddress, start,
+    row("long text", R"(ESC "ZD" *1024 "x" ESC BEL)", PlfDamage::kTextTooLong, start, 1);
+    row("long font name", R"(ESC "ZF" *1024 "x" ESC BEL)", PlfDamage::kTextTooLong, start, 1);
+    row("data behind BEL", R"(BEL NUL "abc" NUL)", PlfDamage::kDataAfterTheEnd, start + 2, 3);
+    row("nothing behind an item", R"(ESC "ML" #1 LF)", PlfDamage::kNoEndMark, start + 5, 1);
+    row("zero bytes behind an item", R"(ESC "ML" #1 LF *99 NUL)", PlfDamage::kNoEndMark, start + 5,
         1);
-    row("line index", R"(ESC "ML" #16 ESC "ML" #-1 BEL)", Damage::kIndexOutOfRange, start, 2);
-    row("entry of the color map", R"(ESC "TG" #1 #4 #99 #0 #0 #0 BEL)", Damage::kIndexOutOfRange,
-        start, 1);
-    row("long text", R"(ESC "ZD" *1024 "x" ESC BEL)", Damage::kTextTooLong, start, 1);
-    row("long font name", R"(ESC "ZF" *1024 "x" ESC BEL)", Damage::kTextTooLong, start, 1);
-    row("data behind BEL", R"(BEL NUL "abc" NUL)", Damage::kDataAfterTheEnd, start + 2, 3);
-    row("data behind a zero byte", R"(NUL NUL BEL)", Damage::kDataAfterTheEnd, start + 2, 1);
+}
+
+void TestInspector::damage_graphThatIsCutOff_saysWhere_data()
+{
+    QTest::addColumn<QByteArray>("rest"); // of the file
+    QTest::addColumn<QByteArray>("kind"); // besides the end mark that is missing
+    QTest::addColumn<int>("offset");      // in the rest
+    const auto row = [](const char* name, const char* script, PlfDamage kind, int offset) {
+        QTest::newRow(name) << Bytes(script) << QByteArray(DamageWord(kind)) << offset;
+    };
+    constexpr PlfDamage kCut = PlfDamage::kCutInCommand;
+    row("escape", "LF ESC", kCut, 1);
+    row("letter", R"(LF ESC "M")", kCut, 1);
+    row("two letters", R"(LF ESC "ML")", kCut, 1);
+    row("integer", R"(ESC "GTA")", kCut, 0);
+    row("line index", R"(ESC "TG" #1 #4 "@")", kCut, 0);
+    row("integers", R"(ESC "MC" #1)", kCut, 0);
+    row("counted string", R"(ESC "LT" #9 "abc")", kCut, 0);
+    row("text", R"(ESC "ZDabc")", kCut, 0);
+    row("text with a line end", R"(ESC "ZDabc" LF)", kCut, 0);
+    row("position", R"(ESC "ZP1,2")", kCut, 0);
+    row("font name with an end mark", R"(ESC "ZFabc" BEL)", kCut, 0);
+    row("half an address", "GS @1,1 x20 x60", PlfDamage::kUnfinishedAddress, 6);
+    row("whole address", "GS @1,1 @2,2", PlfDamage::kUnfinishedAddress, 6);
+    row("counted string that ends early", R"(ESC "LT" #9 "abc" LF)",
+        PlfDamage::kUnfinishedParameter, 0);
+}
+
+// A file that was cut off is as long as it is, or filled up with zero bytes.
+void TestInspector::damage_graphThatIsCutOff_saysWhere()
+{
+    QFETCH(QByteArray, rest);
+    QFETCH(QByteArray, kind);
+    QFETCH(int, offset);
+    const QByteArray start = Graph("");
+    for (const qsizetype filling : {0, 1, 100}) {
+        const PlfDamageMap damage = Inspected(start + rest + QByteArray(filling, '\0')).damage;
+        QStringList words;
+        for (const auto& [each, noted] : damage)
+            words += QString::fromLatin1(DamageWord(each));
+        QCOMPARE(words, QStringList({QString::fromLatin1(kind), QStringLiteral("no end mark")}));
+        QCOMPARE(damage.begin()->second.offset, static_cast<size_t>(start.size() + offset));
+        QCOMPARE(damage.begin()->second.count, uint64_t{1});
+    }
+}
+
+void TestInspector::damage_sample_isNoLoss_data()
+{
+    QTest::addColumn<QString>("sample");
+    for (const QString& name : QDir(Text(PLOTVW_SAMPLES)).entryList({Text("*.plf")}))
+        QTest::newRow(qPrintable(name)) << name;
+}
+
+// Each one cut off is, wherever that is.
+void TestInspector::damage_sample_isNoLoss()
+{
+    QFETCH(QString, sample);
+    const QByteArray graph = ReadFile(Text(PLOTVW_SAMPLES "/") + sample);
+    const auto hasLoss = [](const QByteArray& file) {
+        const PlfDamageMap damage = Inspected(file).damage;
+        return std::any_of(damage.begin(), damage.end(),
+                           [](const auto& noted) { return IsLoss(noted.first); });
+    };
+    QVERIFY(!hasLoss(graph));
+    for (qsizetype size = kPlfHeaderSize; size < graph.size(); size += graph.size() / 100)
+        QVERIFY2(hasLoss(graph.left(size)), qPrintable(QString::number(size)));
 }
 
 void TestInspector::damage_ofOneKind_isNoted()
@@ -298,7 +368,7 @@ void TestInspector::damage_wholeGraph_hasNone()
         ESC "LT" #0 ESC "LT" #3 "abc" ESC "ZP1,2;ZD" *1023 "x" ESC GS @3,3 ESC "ZP" ESC "GX"
         ESC BEL NUL NUL)")),
              DamageMap());
-    QCOMPARE(DamageOf(Graph("")), DamageMap());
+    QCOMPARE(DamageOf(Graph("xFF")), DamageMap());
 }
 
 void TestInspector::summary_graph_hasWhatIsInIt()

@@ -12,10 +12,6 @@ namespace info {
 
 namespace {
 
-// Which parameter of a command is a line index.
-constexpr size_t kIndexOfLineIndex = 0;     // ML
-constexpr size_t kIndexOfColorMapEntry = 2; // TG: surface, count, index, ...
-
 Background FileBackground(const PlfBytes& graph)
 {
     Background background;
@@ -38,29 +34,31 @@ void Enclose(std::optional<Extent>* extent, int x, int y)
 
 bool IsTooLong(const Parameter& parameter)
 {
-    return parameter.text.size() >= kTextSize;
+    return parameter.kind == Parameter::kText && parameter.text.size() >= kTextSize;
 }
 
 } // namespace
 
 Summary Inspector::Inspect(const PlfBytes& inspected)
 {
-    graph = inspected;
+    damage.Begin(inspected);
     summary = Summary();
     position = 0;
     parameters.clear();
     drawn.clear();
-    summary.size = graph.size;
-    summary.background = FileBackground(graph);
+    summary.size = inspected.size;
+    summary.background = FileBackground(inspected);
     PlfPass pass;
-    pass.graph = graph;
+    pass.graph = inspected;
     pass.whiteBackground = false; // as the graph wants it
     FollowGraph(pass, *this);
+    summary.damage = damage.Damage();
     return std::move(summary);
 }
 
 void Inspector::Integer(int value, PlfInteger kind)
 {
+    damage.Integer(value, kind);
     parameters.push_back({kind == PlfInteger::kComma ? Parameter::kComma : Parameter::kInteger,
                           value,
                           0,
@@ -70,16 +68,19 @@ void Inspector::Integer(int value, PlfInteger kind)
 
 void Inspector::String(std::string_view text, bool isWhole)
 {
+    damage.String(text, isWhole);
     parameters.push_back({Parameter::kText, 0, 0, std::string(text), isWhole});
 }
 
 void Inspector::Position(int x, int y, bool isClosed)
 {
+    damage.Position(x, y, isClosed);
     parameters.push_back({Parameter::kPosition, x, y, {}, isClosed});
 }
 
 void Inspector::Command(PlfSpan span, std::string_view letters, bool isKnown)
 {
+    damage.Command(span, letters, isKnown);
     Item item;
     item.kind = Item::kCommand;
     item.span = span;
@@ -87,49 +88,29 @@ void Inspector::Command(PlfSpan span, std::string_view letters, bool isKnown)
     item.isKnown = isKnown;
     item.parameters = std::exchange(parameters, {});
     ++summary.commands[std::string(letters)];
-    if (!isKnown) {
-        Note(Damage::kUnknownCommand, span.begin);
-        summary.skippedBytes += span.end - span.begin;
-    }
-    NoteParameters(item);
-    CountColors(item);
-    KeepTexts(span.begin);
+    summary.skippedBytes += isKnown ? 0 : span.end - span.begin;
+    KeepLineIndex(item);
+    KeepTexts(item);
     Add(item);
 }
 
-void Inspector::NoteParameters(const Item& command)
+void Inspector::KeepLineIndex(const Item& command)
 {
-    for (const Parameter& parameter : command.parameters) {
-        const bool isString = parameter.kind == Parameter::kText && command.letters.front() == 'Z';
-        if (!parameter.isWhole) {
-            const bool isOpen = isString || parameter.kind == Parameter::kPosition;
-            Note(isOpen ? Damage::kUnclosedString : Damage::kUnfinishedParameter,
-                 command.span.begin);
-        }
-        if (isString && IsTooLong(parameter)) {
-            Note(Damage::kTextTooLong, command.span.begin);
-            drawn.clear(); // an empty text was drawn instead
-        }
-    }
-}
-
-void Inspector::CountColors(const Item& command)
-{
-    const bool isChoice = command.letters == "ML";
-    const size_t at = isChoice ? kIndexOfLineIndex : kIndexOfColorMapEntry;
-    if ((!isChoice && command.letters != "TG") || at >= command.parameters.size())
+    if (command.letters != "ML")
         return;
-    const int index = command.parameters[at].x;
-    if (index < 0 || index >= kLineIndexCount)
-        Note(Damage::kIndexOutOfRange, command.span.begin);
-    else if (isChoice)
+    const int index = command.parameters.front().x;
+    if (index >= 0 && index < kLineIndexCount)
         summary.lineIndices.insert(index);
 }
 
-void Inspector::KeepTexts(size_t offset)
+// Instead of a text that is too long, an empty one was drawn.
+void Inspector::KeepTexts(const Item& command)
 {
+    const auto& words = command.parameters;
+    if (std::any_of(words.begin(), words.end(), IsTooLong))
+        drawn.clear();
     for (DrawnText& text : drawn) {
-        text.offset = offset;
+        text.offset = command.span.begin;
         summary.texts.push_back(std::move(text));
     }
     drawn.clear();
@@ -176,21 +157,22 @@ void Inspector::Text(const PlfText& text)
 
 void Inspector::BrokenAddress(size_t begin)
 {
-    Note(Damage::kBrokenAddress, begin);
+    damage.BrokenAddress(begin);
 }
 
 void Inspector::DroppedAddress(size_t begin)
 {
-    Note(Damage::kUnfinishedAddress, begin);
+    damage.DroppedAddress(begin);
 }
 
 void Inspector::DroppedCommand(size_t begin)
 {
-    Note(Damage::kUnfinishedCommand, begin);
+    damage.DroppedCommand(begin);
 }
 
 void Inspector::End(size_t offset, PlfEnd reason)
 {
+    damage.End(offset, reason);
     summary.endOffset = offset;
     summary.endReason = reason;
     Item item;
@@ -198,24 +180,6 @@ void Inspector::End(size_t offset, PlfEnd reason)
     item.end = reason;
     item.span = {offset, std::min(offset + 1, summary.size)};
     Add(item);
-    NoteRest(item.span.end);
-}
-
-void Inspector::NoteRest(size_t begin)
-{
-    const char* rest = graph.data + begin;
-    const char* end = graph.End();
-    const auto isData = [](char byte) { return byte != 0; };
-    const char* first = std::find_if(rest, end, isData);
-    const auto count = static_cast<uint64_t>(std::count_if(first, end, isData));
-    if (count > 0)
-        Note(Damage::kDataAfterTheEnd, static_cast<size_t>(first - graph.data), count);
-}
-
-void Inspector::Note(Damage kind, size_t offset, uint64_t count)
-{
-    DamageCount& noted = summary.damage.try_emplace(kind, DamageCount{offset, 0}).first->second;
-    noted.count += count;
 }
 
 void Inspector::Add(const Item& item)

@@ -4,6 +4,7 @@
 // Follows the interpreter through a graph and writes down what it finds.
 #pragma once
 
+#include "meta/damage.h"
 #include "meta/observer.h"
 #include "meta/plfgraph.h"
 #include "tools/info/summary.h"
@@ -63,14 +64,11 @@ public:
 private:
     void Add(const Item& item);
     void Skip(size_t end);
-    void Note(Damage kind, size_t offset, uint64_t count = 1);
-    void NoteParameters(const Item& command);
-    void CountColors(const Item& command);
-    void KeepTexts(size_t offset);
-    void NoteRest(size_t begin);
+    void KeepLineIndex(const Item& command);
+    void KeepTexts(const Item& command);
 
     ItemSink sink;
-    PlfBytes graph;
+    DamageObserver damage;
     Summary summary;
     std::vector<Parameter> parameters; // of the command that is being read
     std::vector<DrawnText> drawn;      // by that command

@@ -5,6 +5,7 @@
 // the start of the file.
 #pragma once
 
+#include "meta/damage.h"
 #include "meta/observer.h"
 
 #include <cstddef>
@@ -16,25 +17,6 @@
 #include <vector>
 
 namespace info {
-
-/// A sign that the file is not what its writer meant.
-enum class Damage {
-    kUnknownCommand,
-    kUnfinishedParameter,
-    kUnfinishedCommand,
-    kUnclosedString,
-    kUnfinishedAddress,
-    kBrokenAddress,
-    kIndexOutOfRange,
-    kTextTooLong,
-    kDataAfterTheEnd
-};
-
-/// Where one kind of damage was met first, and how often. Data after the end counts in bytes.
-struct DamageCount {
-    size_t offset = 0;
-    uint64_t count = 0;
-};
 
 /// A text as it was drawn.
 struct DrawnText {
@@ -75,7 +57,7 @@ struct Summary {
     uint64_t skippedBytes = 0;
     size_t endOffset = 0;
     PlfEnd endReason = PlfEnd::kEndOfFile;
-    std::map<Damage, DamageCount> damage;
+    PlfDamageMap damage;
 };
 
 } // namespace info

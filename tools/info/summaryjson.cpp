@@ -80,7 +80,7 @@ QJsonObject BackgroundObject(const Background& background)
              background.offset ? Number(*background.offset) : QJsonValue(QJsonValue::Null)}};
 }
 
-QJsonArray DamageArray(const std::map<Damage, DamageCount>& damage)
+QJsonArray DamageArray(const PlfDamageMap& damage)
 {
     QJsonArray array;
     for (const auto& [kind, noted] : damage) {

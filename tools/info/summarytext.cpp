@@ -74,9 +74,9 @@ QByteArray TextRow(const DrawnText& text)
     return row + ", byte " + Number(text.offset) + '\n';
 }
 
-QByteArray DamageRow(const std::pair<const Damage, DamageCount>& damage)
+QByteArray DamageRow(const std::pair<const PlfDamage, PlfDamageCount>& damage)
 {
-    const char* unit = damage.first == Damage::kDataAfterTheEnd ? " bytes" : "";
+    const char* unit = damage.first == PlfDamage::kDataAfterTheEnd ? " bytes" : "";
     return QByteArray("    ") + DamageWord(damage.first) + ": " + Number(damage.second.count) +
            unit + ", the first at byte " + Number(damage.second.offset) + '\n';
 }

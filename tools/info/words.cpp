@@ -12,12 +12,6 @@ namespace info {
 
 namespace {
 
-constexpr const char* kDamageWords[] = {
-    "unknown command",    "unfinished parameter", "unfinished command",
-    "unclosed string",    "unfinished address",   "broken address",
-    "index out of range", "text too long",        "data after the end"};
-static_assert(std::size(kDamageWords) == static_cast<size_t>(Damage::kDataAfterTheEnd) + 1);
-
 constexpr const char* kEndWords[] = {"bel", "byte-255", "zero-byte", "end-of-file"};
 static_assert(std::size(kEndWords) == static_cast<size_t>(PlfEnd::kEndOfFile) + 1);
 
@@ -35,11 +29,6 @@ QString Escaped(QChar c)
 }
 
 } // namespace
-
-const char* DamageWord(Damage kind)
-{
-    return kDamageWords[static_cast<size_t>(kind)];
-}
 
 const char* EndWord(PlfEnd reason)
 {

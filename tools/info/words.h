@@ -10,9 +10,6 @@
 
 namespace info {
 
-/// Such as "unknown command"; the manual page has the list.
-const char* DamageWord(Damage kind);
-
 /// "bel", "byte-255", "zero-byte" or "end-of-file".
 const char* EndWord(PlfEnd reason);
 
