@@ -5,6 +5,7 @@
 #include "meta/decoder.h"
 
 #include "meta/address.h"
+#include "meta/drawingsink.h"
 #include "meta/epssink.h"
 #include "meta/paintersink.h"
 #include "meta/passwatch.h"
@@ -272,3 +273,4 @@ template class Decoder<EpsSink, NoReport>;
 template class Decoder<BothSinks<PainterSink, EpsSink>, NoReport>;
 template class Decoder<NoSink, ObserverReport>;
 template class Decoder<PainterSink, ObserverReport>;
+template class Decoder<DrawingSink, SkimReport>;

@@ -41,6 +41,12 @@ public:
         ObserverReport report(pass.graph, state, observer);
         return Run(sink, report);
     }
+    /// Reports addresses only where something is wrong with them, which is faster.
+    template <class Sink> PlfResult Skim(Sink& sink, PlfObserver& observer)
+    {
+        SkimReport report(pass.graph, state, observer);
+        return Run(sink, report);
+    }
 
     const PlfPass& pass;
     int background;

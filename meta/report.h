@@ -47,6 +47,16 @@ private:
     PlfObserver& observer;
 };
 
+/// Reports everything but the addresses that were drawn or moved to.
+class SkimReport : public ObserverReport
+{
+public:
+    static constexpr bool kFollows = false;
+
+    using ObserverReport::ObserverReport;
+    void Address(const Walk& /*walk*/, bool /*wasMove*/, const BeamState& /*from*/) {}
+};
+
 /// Reports nothing.
 class NoReport
 {
