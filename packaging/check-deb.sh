@@ -54,7 +54,7 @@ field plotvw Depends | grep -q 'libqt6widgets6 (>= ' || fail 'the dependencies a
 field plotvw-tools Recommends | grep -q '^fonts-' || fail 'no font is recommended'
 contains plotvw bin/plotvw bin/plotvw-open share/applications/plotvw.desktop share/mime/packages/plotvw.xml
 contains plotvw-tools bin/plfconvert bin/plfinfo bin/krvhost share/zsh/vendor-completions/_plfconvert
-contains plotvw-doc share/doc/plotvw-doc/COOKBOOK.md share/doc/plotvw-doc/examples/tour.plf
+contains plotvw-doc share/doc/plotvw/COOKBOOK.md share/doc/plotvw/examples/tour.plf
 for package in plotvw plotvw-tools; do
   [[ -s $(echo out/"$package"-dbgsym_*.deb) ]] || fail "$package has no debugging symbols"
 done

@@ -76,7 +76,7 @@ mapfile -t programs < <(for package in "${packages[@]}"; do dpkg-deb --contents 
 for program in "${programs[@]}"; do
   ! inside ldd "/usr/bin/$program" 2>/dev/null | grep 'not found' || fail "$program: libraries are missing"
 done
-examples=/usr/share/doc/plotvw-doc/examples
+examples=/usr/share/doc/plotvw/examples
 inside /tmp/tests/convert-samples "$examples" || fail 'the samples are not converted'
 inside /tmp/tests/open-sample "$examples" || fail 'the viewer does not answer'
 grep -q 'application=plotvw\|image/x-korvel-plf=plotvw.desktop' "$system/usr/share/applications/mimeinfo.cache" ||
