@@ -137,6 +137,8 @@ private slots:
     void pictures_equalPainters();
     void linesOnTheirColor_areLeftOut_data();
     void linesOnTheirColor_areLeftOut();
+    void lineBesideTheImage_isLeftOut();
+    void tileThatFillsLate_isFoundFull();
     void anotherColor_isNotHidden();
     void colorThatKeepsItself_isTold();
 };
@@ -189,6 +191,37 @@ void TestFullTiles::linesOnTheirColor_areLeftOut()
     tiles.SetPen(color, 40);
     const int hidden = CountHidden(tiles, filler, 20000);
     QVERIFY2(areHidden ? hidden > 15000 : hidden == 0, qPrintable(QString::number(hidden)));
+}
+
+void TestFullTiles::lineBesideTheImage_isLeftOut()
+{
+    const QImage image = White();
+    const QRect band(0, 20, 61, 5);
+    FullTiles tiles(image.constBits(), image.bytesPerLine(), band, kToDevice);
+    tiles.SetPen(qRgb(0, 0, 0), 20);
+    QVERIFY(tiles.Hides(50, 20, 60, 25));
+    QVERIFY(!tiles.Hides(50, 130, 60, 135));
+}
+
+// As where a long walk stays for a while before it goes on.
+void TestFullTiles::tileThatFillsLate_isFoundFull()
+{
+    constexpr int kManyTouches = 500;
+    QImage image = White();
+    FullTiles tiles(image.constBits(), image.bytesPerLine(), image.rect(), kToDevice);
+    tiles.SetPen(qRgb(0, 0, 0), 20);
+    const auto hides = [&tiles] { return tiles.Hides(100, 100, 104, 103); };
+    for (int i = 0; i < kManyTouches; ++i) {
+        QVERIFY(!hides());
+        tiles.Draw();
+    }
+    image.fill(Qt::black);
+    bool isHidden = false;
+    for (int i = 0; i < 8 && !isHidden; ++i) {
+        isHidden = hides();
+        tiles.Draw();
+    }
+    QVERIFY(isHidden);
 }
 
 void TestFullTiles::anotherColor_isNotHidden()

@@ -5,7 +5,6 @@
 #include "meta/fill/blend.h"
 
 #include <algorithm>
-#include <bit>
 
 namespace {
 
@@ -57,7 +56,7 @@ bool FullTiles::Hides(int x1, int y1, int x2, int y2)
     }
     if (++tried > kTrial)
         EndTrial();
-    const bool isHidden = rest == 0 && grid.Locate(x1, y1, x2, y2) && AreFull();
+    const bool isHidden = rest == 0 && (!grid.Locate(x1, y1, x2, y2) || AreFull());
     hidden += int{isHidden};
     return isHidden;
 }
@@ -93,12 +92,10 @@ void FullTiles::Touch(Tile& tile, int row, int column) const
 {
     if (tile.color != number)
         tile = {number, 0};
-    if (tile.touches >= kLastLook)
-        return; // it is full, or was not after so many
-    ++tile.touches;
-    if (tile.touches >= kFirstLook && std::has_single_bit(tile.touches) && number != kNoColor &&
-        IsFull(grid.PixelsOf(row, column)))
-        tile.touches = kFull;
+    if (tile.touches == kFull || ++tile.touches < kTouches)
+        return;
+    const bool isFull = number != kNoColor && IsFull(grid.PixelsOf(row, column));
+    tile.touches = isFull ? kFull : 0;
 }
 
 bool FullTiles::IsFull(const QRect& tile) const
@@ -125,13 +122,14 @@ void FullTiles::EndTrial()
     hidden = 0;
 }
 
-// The lines of the rest have left as it was only what is full of their color.
+// The lines of the rest have left as it was only what is full of their color. They may have filled
+// any other tile: it is looked at when it is touched again.
 void FullTiles::EndRest()
 {
     if (isOutdated)
         Forget();
     for (Tile& tile : tiles) {
-        if (tile.color != number)
-            tile = {};
+        if (tile != Tile{number, kFull})
+            tile = {number, kTouches - 1};
     }
 }

@@ -28,7 +28,8 @@ public:
     /// @param width  drawing units
     void SetPen(QRgb rgb, double width);
 
-    /// Whether a line, in drawing units, need not be drawn. If it is drawn, Draw() must follow.
+    /// Whether a line, in drawing units, need not be drawn: what it may touch is full, or there is
+    /// nothing that it may touch. If it is drawn, Draw() must follow.
     bool Hides(int x1, int y1, int x2, int y2);
     /// Notes that the line which was asked about has been drawn.
     void Draw();
@@ -38,7 +39,7 @@ public:
 
 private:
     // What is known of a tile: the color of the last line, and how many of that color, one after
-    // the other, have touched it.
+    // the other, have touched it since it was looked at.
     struct Tile {
         uint8_t color = 0;
         uint8_t touches = 0;
@@ -52,12 +53,11 @@ private:
     static constexpr uint8_t kFull = 255;
     static constexpr uint8_t kNoColor = 0;
     static constexpr size_t kMostColors = 255;
-    static constexpr uint8_t kFirstLook = 4;   // touches before the pixels are looked at,
-    static constexpr uint8_t kLastLook = 64;   // and after twice as many, until so many
-    static constexpr int kTrial = 2048;        // lines after which it is known whether this pays
+    static constexpr uint8_t kTouches = 4;     // before the pixels are looked at, each time
+    static constexpr int kTrial = 1024;        // lines after which it is known whether this pays
     static constexpr int kWorthWhile = 8;      // one of so many should have been hidden
-    static constexpr int kShortestRest = 4096; // lines; each time that it does not pay, doubled
-    static constexpr int kLongestRest = 65536;
+    static constexpr int kShortestRest = 2048; // lines; each time that it does not pay, doubled
+    static constexpr int kLongestRest = 8192;
 
     [[nodiscard]] uint8_t Number(QRgb rgb);
     [[nodiscard]] bool AreFull() const;
