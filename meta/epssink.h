@@ -33,6 +33,8 @@ public:
             writer->LineTo(x2, y2);
         else
             writer->MoveAndLineTo(x1, y1, x2, y2);
+        if (area.eps.dots && x1 == x2 && y1 == y2)
+            writer->Dot(x2, y2);
         CountItem();
     }
     void Text(std::string_view /*text*/, int /*x*/, int /*y*/) {}

@@ -155,8 +155,9 @@ void EpsWriter::Background(const Rect& area)
 
 void EpsWriter::LineWidth(int width)
 {
+    lineWidth = std::max(options.minLineWidth, width);
     Text(" stroke ");
-    Integer(std::max(options.minLineWidth, width));
+    Integer(lineWidth);
     Text(" setlinewidth ");
 }
 
@@ -188,6 +189,18 @@ void EpsWriter::MoveAndLineTo(int x1, int y1, int x2, int y2)
     end = Append(end, Upward(y2));
     end = Append(end, "lineto ");
     used = static_cast<size_t>(end - buffer);
+}
+
+void EpsWriter::Dot(int x, int y)
+{
+    Decimal(x - lineWidth / 2.0);
+    Text(" ");
+    Decimal(Upward(y) - lineWidth / 2.0);
+    Text(" ");
+    Integer(lineWidth);
+    Text(" ");
+    Integer(lineWidth);
+    Text(" rectfill ");
 }
 
 void EpsWriter::EndLine()

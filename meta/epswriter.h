@@ -38,6 +38,8 @@ public:
     void LineTo(int x, int y);
     /// Starts a new path at one point and continues it to another.
     void MoveAndLineTo(int x1, int y1, int x2, int y2);
+    /// Paints a square as wide as the line at a point. The path is left as it is.
+    void Dot(int x, int y);
     /// Ends a line of the output.
     void EndLine();
     /// Ends the path and writes the rest.
@@ -64,6 +66,7 @@ private:
     ByteSink& sink;
     const EpsOptions& options;
     int background;
+    int lineWidth = 0;
     size_t used = 0;
     char buffer[kBufferSize];
 };

@@ -2,6 +2,7 @@
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 #include "meta/linepainter.h"
 
+#include "meta/fill/dot.h"
 #include "meta/fill/linefiller.h"
 #include "meta/fill/paintcheck.h"
 #include "meta/imagepainter.h"
@@ -58,6 +59,7 @@ void LinePainter::SetPen(const QPen& pen)
 {
     DrawWaiting();
     painter->setPen(pen);
+    dots = FindDotWay(pen);
     if (!isRaster)
         return;
     ClipToDevice(pen);
@@ -77,9 +79,23 @@ void LinePainter::Add(int x1, int y1, int x2, int y2)
         CountFilled();
         return;
     }
+    if (dots != DotWay::kAsLines && x1 == x2 && y1 == y2) {
+        Dot(x1, y1);
+        return;
+    }
     batch[waiting++] = QLine(x1, y1, x2, y2);
     if (waiting == batchSize)
         DrawWaiting();
+}
+
+void LinePainter::Dot(int x, int y)
+{
+    DrawWaiting();
+    if (dots == DotWay::kOnPixels)
+        PaintDotOnPixels(*painter, x, y);
+    else
+        PaintDotOnPaper(*painter, x, y);
+    HavePainted();
 }
 
 void LinePainter::Flush()
@@ -95,6 +111,11 @@ void LinePainter::DrawWaiting()
         return;
     painter->drawLines(batch.data(), static_cast<int>(waiting));
     waiting = 0;
+    HavePainted();
+}
+
+void LinePainter::HavePainted()
+{
     if (filler != nullptr)
         filler->ForgetPixels();
     if (watch != nullptr)
@@ -135,6 +156,16 @@ void LinePainter::FindVisible(const QPen& pen)
         return;
     for (const QRect& part : pixels)
         parts[static_cast<size_t>(partCount++)] = touching(part);
+}
+
+// Of the thinnest pen, Qt paints the pixel itself. An engine that is no part of Qt gets each vector
+// as it is.
+LinePainter::DotWay LinePainter::FindDotWay(const QPen& pen) const
+{
+    if (isRaster)
+        return pen.widthF() > 0 ? DotWay::kOnPixels : DotWay::kAsLines;
+    return painter->paintEngine()->type() == QPaintEngine::User ? DotWay::kAsLines
+                                                                : DotWay::kOnPaper;
 }
 
 // Qt draws the lines of a call one by one unless it has to stretch the pen to an ellipse; in that

@@ -3,7 +3,7 @@
 //
 // Draws the lines of one pass: skips those that cannot touch a visible pixel, fills wide ones on an
 // image itself, and draws the others in batches. The picture is the same, pixel for pixel, as with
-// one call per line.
+// one call per line. Vectors of no length become dots.
 #pragma once
 
 #include "meta/unitbounds.h"
@@ -55,10 +55,16 @@ public:
     void Flush();
 
 private:
+    // How dots are drawn: as the lines that they are, by whoever gets them; on pixels; in a file.
+    enum class DotWay { kAsLines, kOnPixels, kOnPaper };
+
     void Add(int x1, int y1, int x2, int y2);
+    void Dot(int x, int y);
     void CountFilled();
     void DrawWaiting();
+    void HavePainted();
     void FindVisible(const QPen& pen);
+    [[nodiscard]] DotWay FindDotWay(const QPen& pen) const;
     [[nodiscard]] bool MayBatch(const QPen& pen) const;
     void FindFiller(const QPen& pen);
     void ClipToDevice(const QPen& pen);
@@ -76,7 +82,8 @@ private:
     bool clipsDevice = false;  // the painter has it for as long as this object
     std::array<UnitBounds, kMostParts> parts;
     ptrdiff_t partCount = 0; // 0 = all of it is visible
-    size_t batchSize = 1;    // lines per call
+    DotWay dots = DotWay::kAsLines;
+    size_t batchSize = 1; // lines per call
     size_t waiting = 0;
     std::array<QLine, kBatchSize> batch;
     std::unique_ptr<LineFiller> filler; // null until there is a pen for it

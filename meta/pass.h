@@ -47,6 +47,7 @@ struct EpsOptions {
     bool allBlack = false;        // draws all lines black
     bool fillsBackground = false; // fills the background with backgroundIndex
     unsigned long backgroundIndex = 0;
+    bool dots = false; // draws vectors of no length, which PostScript does not
 };
 
 /// What to draw.

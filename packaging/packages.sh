@@ -11,7 +11,7 @@ wayland_packages=(qt6-wayland)
 # To build and run the tests: readers of PostScript and PDF, a print server, locales, an X server with a window manager
 # and simulated input, a Wayland compositor, and desktop tools for file types.
 test_packages=(binutils cups-client cups-daemon desktop-file-utils file ghostscript libglib2.0-bin locales openbox
-  poppler-utils qt6-wayland shared-mime-info weston x11-utils xdotool xvfb)
+  librsvg2-bin poppler-utils qt6-wayland shared-mime-info weston x11-utils xdotool xvfb)
 # To build with sanitizers, with function names in their reports.
 sanitizer_packages=(clang libclang-rt-14-dev llvm)
 # To measure the program, on a screen, and another one for comparison.

@@ -4,6 +4,7 @@
 // Lines that are left out because later ones cover them: the picture is the same, and where pens
 // are wide, most are left out.
 #include "meta/fill/coveredtiles.h"
+#include "tests/kit/plainpainter.h"
 #include "tests/kit/sanitized.h"
 
 #include <QColor>
@@ -86,7 +87,7 @@ QImage Paint(const std::vector<Drawn>& lines, const std::vector<bool>& hidden, c
     for (size_t i = 0; i < lines.size(); ++i) {
         painter.setPen(lines[i].pen);
         if (!hidden[i])
-            painter.drawLine(lines[i].line);
+            PaintVector(painter, lines[i].line);
     }
     return image;
 }

@@ -132,7 +132,9 @@ QList<QLine> EdgeLines(QSize size, int reach, std::mt19937& random)
         const QPoint start = random() % 2 == 0
                                  ? QPoint(nearEdge(size.width()), between(0, size.height()))
                                  : QPoint(between(0, size.width()), nearEdge(size.height()));
-        lines.append(QLine(start, start + QPoint(between(-reach, reach), between(-reach, reach))));
+        const bool isDot = random() % 8 == 0;
+        lines.append(QLine(
+            start, isDot ? start : start + QPoint(between(-reach, reach), between(-reach, reach))));
     }
     return lines;
 }
@@ -233,7 +235,7 @@ void TestLinePainter::linesAtTheEdges_equalOneCallPerLine()
         plainPainter.setPen(pen);
         for (const QLine& line : EdgeLines(units, reach, random)) {
             lines.Line(line.x1(), line.y1(), line.x2(), line.y2());
-            plainPainter.drawLine(line);
+            PaintVector(plainPainter, line);
         }
         lines.Flush();
         QVERIFY2(drawn == plain, qPrintable(QStringLiteral("round %1").arg(round)));
@@ -326,7 +328,7 @@ void TestLinePainter::otherStates_equalOneCallPerLine()
         lines.SetPen(drawnPainter.pen());
         for (const QLine& line : EdgeLines(QSize(360, 140), 50, random)) {
             lines.Line(line.x1(), line.y1(), line.x2(), line.y2());
-            plainPainter.drawLine(line);
+            PaintVector(plainPainter, line);
         }
         lines.Flush();
         QVERIFY2(drawn == plain, qPrintable(QStringLiteral("ratio %1").arg(ratio)));

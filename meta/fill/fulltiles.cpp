@@ -49,6 +49,17 @@ void FullTiles::Forget()
 
 bool FullTiles::Hides(int x1, int y1, int x2, int y2)
 {
+    return Looks() && HidesLocated(grid.Locate(x1, y1, x2, y2));
+}
+
+bool FullTiles::Hides(const QRect& touched)
+{
+    return Looks() && HidesLocated(grid.Locate(touched));
+}
+
+// Counts a line that comes, and tells whether it is looked at.
+bool FullTiles::Looks()
+{
     if (rest > 0) {
         if (--rest == 0)
             EndRest();
@@ -56,7 +67,13 @@ bool FullTiles::Hides(int x1, int y1, int x2, int y2)
     }
     if (++tried > kTrial)
         EndTrial();
-    const bool isHidden = rest == 0 && (!grid.Locate(x1, y1, x2, y2) || AreFull());
+    return rest == 0;
+}
+
+// What touches no tile is not seen either.
+bool FullTiles::HidesLocated(bool isLocated)
+{
+    const bool isHidden = !isLocated || AreFull();
     hidden += int{isHidden};
     return isHidden;
 }

@@ -31,6 +31,8 @@ public:
     /// Whether a line, in drawing units, need not be drawn: what it may touch is full, or there is
     /// nothing that it may touch. If it is drawn, Draw() must follow.
     bool Hides(int x1, int y1, int x2, int y2);
+    /// The same of something else, which is drawn on these pixels.
+    bool Hides(const QRect& touched);
     /// Notes that the line which was asked about has been drawn.
     void Draw();
 
@@ -60,6 +62,8 @@ private:
     static constexpr int kLongestRest = 8192;
 
     [[nodiscard]] uint8_t Number(QRgb rgb);
+    [[nodiscard]] bool Looks();
+    [[nodiscard]] bool HidesLocated(bool isLocated);
     [[nodiscard]] bool AreFull() const;
     void Touch(Tile& tile, int row, int column) const;
     [[nodiscard]] bool IsFull(const QRect& tile) const;

@@ -3,8 +3,10 @@
 #include "meta/fill/linefiller.h"
 
 #include "meta/fill/blend.h"
+#include "meta/fill/dot.h"
 #include "meta/fill/wideline.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdint>
 #include <cstring>
@@ -87,8 +89,8 @@ LineFiller::LineFiller(QImage& image, const QRect& clip, const QTransform& toDev
     : bits(image.bits()), bytesPerLine(image.bytesPerLine()), asked(clip),
       pixels(clip & image.rect()), mapping(toDevice), outlines(toDevice, 1), coverage(pixels),
       tiles(bits, bytesPerLine, pixels, toDevice),
-      around(toDevice.inverted().mapRect(
-          QRectF(pixels).adjusted(-kAround, -kAround, kAround, kAround)))
+      aroundPixels(QRectF(pixels).adjusted(-kAround, -kAround, kAround, kAround)),
+      around(toDevice.inverted().mapRect(aroundPixels))
 {
 }
 
@@ -108,17 +110,44 @@ void LineFiller::SetPen(const QPen& pen)
 
 bool LineFiller::Line(int x1, int y1, int x2, int y2)
 {
-    if (x1 == x2 && y1 == y2)
+    if (only == color)
         return true;
-    if (only == color || tiles.Hides(x1, y1, x2, y2))
+    if (x1 == x2 && y1 == y2) {
+        Dot(x1, y1);
+        return true;
+    }
+    if (tiles.Hides(x1, y1, x2, y2))
         return true;
     Outline outline;
     if (!outlines.Make(x1, y1, x2, y2, outline))
         return FarLine(x1, y1, x2, y2);
+    Fill(outline);
+    return true;
+}
+
+void LineFiller::Dot(int x, int y)
+{
+    const QRectF units = DotOnPixels(x, y, width, mapping);
+    // Mapped as QPainter does it. What lies beyond the image may be as far as it likes.
+    const Outline outline =
+        OutlineOf(Near(mapping.map(units.topLeft())), Near(mapping.map(units.bottomRight())));
+    const QRect touched(QPoint(outline.left, outline.top), QPoint(outline.right, outline.bottom));
+    if (touched.intersects(pixels) && !tiles.Hides(touched))
+        Fill(outline);
+}
+
+// The point, or the nearest to it of those that lie around the pixels.
+QPointF LineFiller::Near(const QPointF& point) const
+{
+    return {std::clamp(point.x(), aroundPixels.left(), aroundPixels.right()),
+            std::clamp(point.y(), aroundPixels.top(), aroundPixels.bottom())};
+}
+
+void LineFiller::Fill(const Outline& outline)
+{
     coverage.Find(outline, Blender(bits, bytesPerLine, color));
     tiles.Draw();
     only.reset();
-    return true;
 }
 
 // QPainter would need a second for such a line, of which hardly ever an edge can be seen.

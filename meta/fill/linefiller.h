@@ -36,8 +36,7 @@ public:
     /// Sets the pen of the lines that follow; CanFill() holds for it. To be called first.
     void SetPen(const QPen& pen);
 
-    /// Draws a line, in drawing units. One of no length leaves nothing, and one that cannot change
-    /// a pixel is left out.
+    /// Draws a line, or a dot, in drawing units. What cannot change a pixel is left out.
     /// @return false if an edge of it that crosses the image reaches too far from there to be drawn
     ///         here: nothing is drawn then
     bool Line(int x1, int y1, int x2, int y2);
@@ -47,6 +46,9 @@ public:
 
 private:
     bool FarLine(int x1, int y1, int x2, int y2);
+    void Dot(int x, int y);
+    [[nodiscard]] QPointF Near(const QPointF& point) const;
+    void Fill(const Outline& outline);
     void FillAll();
 
     uchar* bits;
@@ -58,7 +60,8 @@ private:
     OutlineMaker outlines;
     Coverage coverage;
     FullTiles tiles;
-    QRectF around;            // the pixels and a few more, in drawing units
+    QRectF aroundPixels;      // and a few more
+    QRectF around;            // that, in drawing units
     double width = 0;         // drawing units
     std::optional<QRgb> only; // the color of all pixels, if there is one that keeps itself
 };

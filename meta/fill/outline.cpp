@@ -66,6 +66,24 @@ bool RoundAll(const std::array<double, kPoints>& values, std::array<int, kPoints
 
 } // namespace
 
+// The outline's direction is that of QPainter, as areas are rounded down.
+Outline OutlineOf(const QPointF& from, const QPointF& to)
+{
+    const auto rounded = [](double value) { return qRound(value * kRounded) * kPartsInRounded; };
+    const Outline::Point a = {rounded(from.x()), rounded(from.y())};
+    const Outline::Point b = {rounded(to.x()), rounded(to.y())};
+    Outline outline = {};
+    outline.points.fill({a.x, b.y});
+    outline.points[0] = a;
+    outline.points[1] = {b.x, a.y};
+    outline.points[2] = b;
+    outline.left = std::min(a.x, b.x) >> kPixelBits;
+    outline.top = std::min(a.y, b.y) >> kPixelBits;
+    outline.right = std::max(a.x, b.x) >> kPixelBits;
+    outline.bottom = std::max(a.y, b.y) >> kPixelBits;
+    return outline;
+}
+
 bool OutlineMaker::CanMap(const QTransform& toDevice)
 {
     return toDevice.type() == QTransform::TxScale && toDevice.isInvertible() &&

@@ -4,6 +4,7 @@
 // The outline of a wide line with square ends, in device pixels: the one that QPainter fills.
 #pragma once
 
+#include <QPointF>
 #include <QTransform>
 
 #include <array>
@@ -19,11 +20,16 @@ struct Outline {
     };
     /// The corners and, on the two long sides, the places beside the line's own ends: each is
     /// rounded by itself, so that the long sides are bent a little there. At the end the first one
-    /// once more, which in rare cases is rounded the other way; then back to the first.
+    /// once more, which in rare cases is rounded the other way; then back to the first. A shape of
+    /// fewer corners has its last one several times.
     std::array<Point, 9> points;
     /// The pixels that they lie in, or one more on a side.
     int left, top, right, bottom;
 };
+
+/// The outline of a rectangle from one corner to the opposite one, in device pixels, close to the
+/// device's origin.
+Outline OutlineOf(const QPointF& from, const QPointF& to);
 
 /// Makes the outlines of lines that have a width and a mapping in common.
 class OutlineMaker

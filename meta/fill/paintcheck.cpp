@@ -2,6 +2,7 @@
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 #include "meta/fill/paintcheck.h"
 
+#include "meta/fill/dot.h"
 #include "meta/fill/linefiller.h"
 
 #include <QImage>
@@ -18,7 +19,7 @@
 namespace {
 
 constexpr QSize kSize(48, 40);
-constexpr int kLines = 8; // with each pen: 192 in all
+constexpr int kLines = 8; // with each pen, and as many dots: 192 of each in all
 
 // The same numbers with every library, which std::uniform_int_distribution does not promise.
 int Between(std::minstd_rand& random, int low, int high)
@@ -72,7 +73,12 @@ bool AgreeOn(const QTransform& toDevice, QImage::Format format, std::minstd_rand
         for (int i = 0; i < kLines; ++i) {
             const QLine line = AnyLine(toDevice, random);
             filler.Line(line.x1(), line.y1(), line.x2(), line.y2());
-            painter.drawLine(line);
+            if (line.isNull())
+                PaintDotOnPixels(painter, line.x1(), line.y1());
+            else
+                painter.drawLine(line);
+            filler.Line(line.x1(), line.y1(), line.x1(), line.y1());
+            PaintDotOnPixels(painter, line.x1(), line.y1());
         }
     }
     return filled == painted;

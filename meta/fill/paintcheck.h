@@ -5,6 +5,6 @@
 // of Qt may do it in another way.
 #pragma once
 
-/// Draws some two hundred lines both ways, the first time that it is called, and compares the
-/// pixels. Takes about two milliseconds. Any thread may call it.
+/// Draws some two hundred lines and dots both ways, the first time that it is called, and compares
+/// the pixels. Takes about two milliseconds. Any thread may call it.
 bool FillsLikePainter();

@@ -73,6 +73,16 @@ bool TileGrid::Locate(int x1, int y1, int x2, int y2)
     return true;
 }
 
+bool TileGrid::Locate(const QRect& touched)
+{
+    const QRect here = (touched & pixels).translated(-pixels.topLeft());
+    firstRow = here.top() / kSide;
+    lastRow = here.isEmpty() ? firstRow - 1 : here.bottom() / kSide;
+    for (int row = firstRow; row <= lastRow; ++row)
+        columns[static_cast<size_t>(row)] = {here.left() / kSide, here.right() / kSide};
+    return !here.isEmpty();
+}
+
 TileGrid::Columns TileGrid::Near(double fromX, double toX) const
 {
     return {across.From(std::min(fromX, toX) - across.reach),

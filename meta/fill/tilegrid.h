@@ -34,6 +34,9 @@ public:
     /// Finds the tiles that a line, in drawing units, may touch.
     /// @return false if there are none
     bool Locate(int x1, int y1, int x2, int y2);
+    /// Finds the tiles of these pixels.
+    /// @return false if there are none
+    bool Locate(const QRect& touched);
     /// Those in a row, of the line that was looked for.
     [[nodiscard]] Columns In(int row) const { return columns.data()[row]; }
     [[nodiscard]] int FirstRow() const { return firstRow; }

@@ -45,7 +45,9 @@ std::string SeededGraph(unsigned seed, int width, bool hasTexts, int lines)
             return std::clamp(at + below(reach) - reach / 2, 0, 4095);
         };
         const int toX = near(x);
-        graph += plf::Line(x, y, toX, near(y));
+        const int toY = near(y);
+        const bool isDot = below(8) == 0;
+        graph += plf::Line(x, y, isDot ? x : toX, isDot ? y : toY);
     }
     return graph + plf::End();
 }

@@ -20,7 +20,7 @@ class QPainter;
 /// digits change nothing.
 std::string SeededStart();
 
-/// Lines all over the area and beyond, in some colors.
+/// Lines and dots all over the area and beyond, in some colors.
 /// @param width     of the lines, as a file says it
 /// @param hasTexts  a text now and then as well
 std::string SeededGraph(unsigned seed, int width, bool hasTexts, int lines = 100);

@@ -3,9 +3,35 @@
 #include "tests/kit/plainpainter.h"
 
 #include <QPainter>
+#include <QPainterPath>
 #include <QPen>
+#include <QTransform>
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
 
 namespace {
+
+// From where to where a dot reaches along an axis, in units.
+std::pair<double, double> DotSide(int at, double width, double scale, double shift)
+{
+    if (width * std::abs(scale) >= 1.0)
+        return {at - width / 2, at + width / 2};
+    const double pixel = std::floor(at * scale + shift);
+    return std::minmax({(pixel - shift) / scale, (pixel + 1 - shift) / scale});
+}
+
+void PaintDot(QPainter& painter, const QPoint& at)
+{
+    const QTransform toDevice = painter.deviceTransform();
+    const double width = painter.pen().widthF();
+    const auto [left, right] = DotSide(at.x(), width, toDevice.m11(), toDevice.dx());
+    const auto [top, bottom] = DotSide(at.y(), width, toDevice.m22(), toDevice.dy());
+    QPainterPath path;
+    path.addPolygon(QPolygonF(QRectF(QPointF(left, top), QPointF(right, bottom))));
+    painter.fillPath(path, painter.pen().brush());
+}
 
 void PaintOperation(QPainter* painter, const QString& operation)
 {
@@ -17,7 +43,7 @@ void PaintOperation(QPainter* painter, const QString& operation)
         painter->fillRect(number(1), number(2), number(3), number(4), QColor(words[5]));
     if (words[0] == u"line") {
         painter->setPen(QPen(QColor(words[5]), number(6)));
-        painter->drawLine(number(1), number(2), number(3), number(4));
+        PaintVector(*painter, QLine(number(1), number(2), number(3), number(4)));
     }
     if (words[0] == u"text") {
         painter->setPen(QColor(words[3]));
@@ -26,6 +52,15 @@ void PaintOperation(QPainter* painter, const QString& operation)
 }
 
 } // namespace
+
+void PaintVector(QPainter& painter, const QLine& vector)
+{
+    // Qt paints those of the thinnest pen as one pixel.
+    if (vector.isNull() && painter.pen().widthF() > 0.0)
+        PaintDot(painter, vector.p1());
+    else
+        painter.drawLine(vector);
+}
 
 QImage PaintPlainly(const QStringList& operations, QSize size, QImage::Format format,
                     bool antialiased)

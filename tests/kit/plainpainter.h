@@ -6,6 +6,7 @@
 #pragma once
 
 #include <QImage>
+#include <QLine>
 #include <QSize>
 #include <QStringList>
 
@@ -15,6 +16,10 @@ class QPainter;
 /// if it can be and red if not, so that what the background leaves uncovered is seen.
 QImage PaintPlainly(const QStringList& operations, QSize size,
                     QImage::Format format = QImage::Format_RGB32, bool antialiased = true);
+
+/// Paints a vector with the painter's pen: a line by one call of Qt, and one of no length as a
+/// square as wide as the pen, or a pixel wide if the pen is thinner.
+void PaintVector(QPainter& painter, const QLine& vector);
 
 /// Paints the operations with a painter.
 void PaintPlainly(const QStringList& operations, QPainter& painter);
