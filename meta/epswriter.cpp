@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <cmath>
 #include <cstring>
 #include <limits>
 #include <utility>
@@ -108,9 +109,9 @@ void EpsWriter::Header(const Rect& area, bool zoomed)
     Text("/DeviceRGB setcolorspace 0 setlinecap 0 setlinejoin 30 setmiterlimit\n");
     Integer(options.minLineWidth);
     Text(" setlinewidth\n");
-    Decimal(options.scale);
+    Scale();
     Text(" ");
-    Decimal(options.scale);
+    Scale();
     Text(" scale\n");
     Color(EpsColor(options.backgroundIndex));
     Text(" setcolor\n");
@@ -118,22 +119,37 @@ void EpsWriter::Header(const Rect& area, bool zoomed)
         Background(area);
 }
 
-// In points, each value truncated toward zero.
+void EpsWriter::Scale()
+{
+    constexpr double kSteps = 100; // two decimals
+    if (options.isExact && std::round(options.scale * kSteps) / kSteps != options.scale)
+        Exactly(options.scale);
+    else
+        Decimal(options.scale);
+}
+
+// In points, each value truncated toward zero, or away from the area if nothing may be cut off.
 void EpsWriter::BoundingBox(const Rect& area, bool zoomed)
 {
-    const auto scaled = [this](int64_t value) {
-        return TruncToInt(static_cast<double>(value) * options.scale);
+    constexpr double kRounded = 1e-6; // by how much a whole number of points may be missed
+    const auto low = [this](int64_t value) {
+        const double points = static_cast<double>(value) * options.scale;
+        return TruncToInt(options.isExact ? std::floor(points + kRounded) : points);
+    };
+    const auto high = [this](int64_t value) {
+        const double points = static_cast<double>(value) * options.scale;
+        return TruncToInt(options.isExact ? std::ceil(points - kRounded) : points);
     };
     const int64_t bottom = zoomed ? kPlfHeight - area.bottom : 0;
     const int64_t top = zoomed ? kPlfHeight - area.top : area.bottom;
     Text("%%BoundingBox: ");
-    Integer(scaled(area.left));
+    Integer(low(area.left));
     Text(" ");
-    Integer(scaled(bottom));
+    Integer(low(bottom));
     Text(" ");
-    Integer(scaled(area.right));
+    Integer(high(area.right));
     Text(" ");
-    Integer(scaled(top));
+    Integer(high(top));
     Text("\n");
 }
 
@@ -250,6 +266,16 @@ void EpsWriter::Decimal(double value)
     Reserve(kLongestDecimal);
     used = static_cast<size_t>(std::to_chars(buffer + used, buffer + used + kLongestDecimal, value,
                                              std::chars_format::fixed, 2)
+                                   .ptr -
+                               buffer);
+}
+
+// As many digits as it takes, and no exponent.
+void EpsWriter::Exactly(double value)
+{
+    Reserve(kLongestDecimal);
+    used = static_cast<size_t>(std::to_chars(buffer + used, buffer + used + kLongestDecimal, value,
+                                             std::chars_format::fixed)
                                    .ptr -
                                buffer);
 }

@@ -47,12 +47,14 @@ public:
 
 private:
     void BoundingBox(const Rect& area, bool zoomed);
+    void Scale();
     void Background(const Rect& area);
     void Point(int x, int y);
     void Color(const double* rgb);
     void Text(std::string_view text);
     void Integer(int value);
     void Decimal(double value);
+    void Exactly(double value);
     void Reserve(size_t bytes)
     {
         if (bytes > kBufferSize - used)

@@ -76,7 +76,12 @@ public:
 
     [[nodiscard]] reference::View View() const
     {
-        reference::View view = ViewOf(background != u"file", Value("--line-scale", "1").toDouble());
+        // As a window of that width has them, zoomed to the area.
+        const double viewers =
+            Size().width() / 640.0 * (4096.0 / (area[2].toInt() - area[0].toInt()));
+        const QString scale = Value("--line-scale", "");
+        reference::View view =
+            ViewOf(background != u"file", scale.isEmpty() ? viewers : scale.toDouble());
         if (words.contains(Text("--area"))) {
             view.zoomLeft = area[0].toLong();
             view.zoomTop = area[1].toLong();
@@ -232,6 +237,12 @@ private slots:
     void pdf_looksLikeThePng_data() { SampleRows(); }
     void pdf_looksLikeThePng();
     void pdf_isAsLargeAsItsPixelsAndResolutionSay();
+    void pdf_page_hasTheLengthsAskedFor_data();
+    void pdf_page_hasTheLengthsAskedFor();
+    void page_hasTheGraphInItsMiddle();
+    void eps_hasTheExactWidth_data();
+    void eps_hasTheExactWidth();
+    void eps_hasDots_ifAsked();
     void eps_isTheViewers_data() { SampleRows(); }
     void eps_isTheViewers();
     void eps_ofSeededStreams_isTheViewers();
@@ -348,6 +359,81 @@ void TestConvertedPictures::pdf_isAsLargeAsItsPixelsAndResolutionSay()
     const QByteArray about = RunTool(Text("pdfinfo"), {Path("a.pdf")});
     QVERIFY2(QRegularExpression(Text("Page size: +360 x 216 pts")).match(Text(about)).hasMatch(),
              about.constData());
+}
+
+void TestConvertedPictures::pdf_page_hasTheLengthsAskedFor_data()
+{
+    QTest::addColumn<QString>("options");
+    QTest::addColumn<QByteArray>("size"); // as pdfinfo says it
+    const auto row = [](const char* options, const char* size) {
+        QTest::newRow(options) << Text(options) << QByteArray(size);
+    };
+    row("--width 6in", "432 x 329.0");
+    row("--width 100mm", "283.4");
+    row("--page letter --margin 15mm", "792 x 612 ");
+    row("--page 10x20cm", "283.4");
+    row("--width 40000 --dpi 400", "7200 x 5484"); // more pixels than an image may have
+}
+
+void TestConvertedPictures::pdf_page_hasTheLengthsAskedFor()
+{
+    QFETCH(QString, options);
+    QFETCH(QByteArray, size);
+    Write(Path("a.plf"), SmallGraph());
+    ConvertWell((options + Text(" a.plf a.pdf")).toLatin1().constData());
+    const QByteArray about = RunTool(Text("pdfinfo"), {Path("a.pdf")});
+    QVERIFY2(about.contains("Page size:       " + size), about.constData());
+}
+
+// A page with a margin has the graph in its middle, and nothing around it.
+void TestConvertedPictures::page_hasTheGraphInItsMiddle()
+{
+    const std::string graph =
+        plf::Start() + plf::Line(0, 1, 4095, 1) + plf::Line(0, 1, 0, 3119) + plf::End();
+    Write(Path("a.plf"), QByteArray::fromStdString(graph));
+    ConvertWell("--page letter --margin 36pt --dpi 72 a.plf a.png");
+    const QImage page = Loaded(Path("a.png"));
+    QCOMPARE(page.size(), QSize(792, 612));
+    QRect dark;
+    for (int y = 0; y < page.height(); ++y) {
+        for (int x = 0; x < page.width(); ++x) {
+            if (qGray(page.pixel(x, y)) < 128)
+                dark |= QRect(x, y, 1, 1);
+        }
+    }
+    QVERIFY(QRect(42, 36, 709, 540).contains(dark));
+    QVERIFY(dark.width() >= 706 && dark.height() >= 537);
+}
+
+void TestConvertedPictures::eps_hasTheExactWidth_data()
+{
+    QTest::addColumn<QString>("options");
+    QTest::addColumn<QByteArray>("box");
+    QTest::newRow("points") << QStringLiteral("--width 100pt") << QByteArray("0 0 100 77\n");
+    QTest::newRow("pixels") << QStringLiteral("--width 100") << QByteArray("0 0 75 58\n");
+    QTest::newRow("page") << QStringLiteral("--page letter --margin 36pt")
+                          << QByteArray("0 0 709 540\n");
+    QTest::newRow("huge") << QStringLiteral("--width 40000pt") << QByteArray("0 0 40000 30469\n");
+}
+
+void TestConvertedPictures::eps_hasTheExactWidth()
+{
+    QFETCH(QString, options);
+    QFETCH(QByteArray, box);
+    Write(Path("a.plf"), SmallGraph());
+    ConvertWell((options + Text(" a.plf a.eps")).toLatin1().constData());
+    const QByteArray eps = ReadFile(Path("a.eps"));
+    QVERIFY2(eps.contains("%%BoundingBox: " + box), eps.left(300).constData());
+}
+
+void TestConvertedPictures::eps_hasDots_ifAsked()
+{
+    const std::string graph = plf::Start() + plf::Width(40) + plf::Line(1000, 500, 1000, 500);
+    Write(Path("a.plf"), QByteArray::fromStdString(graph + plf::End()));
+    ConvertWell("a.plf a.eps");
+    ConvertWell("--dots a.plf b.eps");
+    QVERIFY(!ReadFile(Path("a.eps")).contains("rectfill"));
+    QVERIFY(ReadFile(Path("b.eps")).contains(" 980.00 480.00 40 40 rectfill "));
 }
 
 void TestConvertedPictures::eps_isTheViewers()

@@ -43,6 +43,11 @@ QString FormatNames()
     return NamesOf(kFormats);
 }
 
+bool HasPixels(Format format)
+{
+    return format == Format::kPng || format == Format::kJpeg;
+}
+
 bool IsBinary(Format format)
 {
     return format != Format::kSvg && format != Format::kEps;

@@ -20,6 +20,8 @@ std::optional<Format> FormatOfName(const QString& fileName);
 QString ExtensionOf(Format format);
 /// Every name of a format, for messages: "png, jpg, ... or eps".
 QString FormatNames();
+/// Whether a picture of that format is made of pixels.
+bool HasPixels(Format format);
 /// Whether a file of that format is bytes that no terminal should get.
 bool IsBinary(Format format);
 

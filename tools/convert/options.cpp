@@ -50,8 +50,29 @@ QString SizeLimits()
 
 QString ReadSize(const OptionValues& values, Options* options)
 {
-    return values.Parsed(ParseSize, QStringLiteral("WIDTHxHEIGHT, ") + SizeLimits(),
+    return values.Parsed(ParseSize,
+                         QStringLiteral("WIDTHxHEIGHT in pixels, 1 to %1 each").arg(kMaxLength),
                          &options->picture.size);
+}
+
+QString ReadWidth(const OptionValues& values, Options* options)
+{
+    return values.Parsed(
+        ParseLength,
+        QStringLiteral("1 to %1 pixels, or a length in mm, cm, in or pt").arg(kMaxLength),
+        &options->picture.width);
+}
+
+QString ReadPage(const OptionValues& values, Options* options)
+{
+    return values.Parsed(ParsePage, Text("a3, a4, a5, letter, legal, or a size such as 210mmx99mm"),
+                         &options->picture.page);
+}
+
+QString ReadMargin(const OptionValues& values, Options* options)
+{
+    return values.Parsed(ParseMargin, Text("a length in mm, cm, in or pt"),
+                         &options->picture.margin);
 }
 
 QString ReadArea(const OptionValues& values, Options* options)
@@ -98,12 +119,16 @@ std::vector<tools::OptionRow<Options>> Rows()
              .arg(Text(kDefaultPattern)),
          ReadPattern},
         {"size", "WIDTHxHEIGHT", Text("Size in pixels; the graph is stretched to it."), ReadSize},
-        {"width", "PIXELS",
-         QStringLiteral("Width in pixels; the height follows from the graph's shape (default %1).")
+        {"width", "LENGTH",
+         QStringLiteral(
+             "Width in pixels, or with mm, cm, in or pt, as in 160mm; the height follows "
+             "from the graph's shape (default %1).")
              .arg(kDefaultWidth),
-         [](const OptionValues& values, Options* options) {
-             return values.Integer(1, kMaxSide, &options->picture.width);
-         }},
+         ReadWidth},
+        {"page", "PAGE",
+         Text("Fit the graph on a page: a3, a4, a5, letter, legal, or WIDTHxHEIGHT with units."),
+         ReadPage},
+        {"margin", "LENGTH", Text("Margin of the page (default 0mm)."), ReadMargin},
         {"dpi", "NUMBER",
          QStringLiteral("Pixels per inch, for the size on paper (default %1).").arg(kScreenDpi),
          [](const OptionValues& values, Options* options) {
@@ -116,7 +141,9 @@ std::vector<tools::OptionRow<Options>> Rows()
          [](const OptionValues& values, Options* options) {
              return values.Parsed(ParseBackground, BackgroundNames(), &options->picture.background);
          }},
-        {"line-scale", "FACTOR", Text("Factor on line widths (default 1)."), ReadLineScale},
+        {"line-scale", "FACTOR",
+         Text("Factor on line widths (default: that of a window as wide, zoomed to the area)."),
+         ReadLineScale},
         {"min-line-width", "WIDTH",
          QStringLiteral("Minimum line width (default %1 for EPS, else 0).")
              .arg(EpsOptions().minLineWidth),
@@ -126,6 +153,10 @@ std::vector<tools::OptionRow<Options>> Rows()
         {"black", nullptr, Text("Draw all lines black."),
          [](const OptionValues& values, Options* options) {
              return values.Flag(&options->picture.black);
+         }},
+        {"dots", nullptr, Text("Draw vectors of no length in EPS, as in all other formats."),
+         [](const OptionValues& values, Options* options) {
+             return values.Flag(&options->picture.dots);
          }},
         {"quality", "NUMBER",
          QStringLiteral("Quality of a JPEG, 1 to %1 (default %1).").arg(kMaxQuality),
@@ -183,6 +214,8 @@ QString CheckFormat(const Options& options)
         return Text("a JPEG cannot be transparent");
     if (options.format != Format::kJpeg && picture.quality)
         return Text("--quality applies to JPEG only");
+    if (options.format != Format::kEps && picture.dots)
+        return Text("--dots applies to EPS only; other formats always have dots");
     if (options.format == Format::kEps && picture.size)
         return Text("EPS keeps the graph's shape; use --width instead of --size");
     return {};
@@ -192,7 +225,13 @@ QString CheckSize(const Options& options)
 {
     if (options.picture.size && options.picture.width)
         return Text("--size and --width cannot be combined");
-    if (!IsPossible(PictureSize(options.picture)))
+    if (options.picture.page && (options.picture.size || options.picture.width))
+        return Text("--page cannot be combined with --size or --width");
+    if (options.picture.margin && !options.picture.page)
+        return Text("--margin applies to --page only");
+    if (options.picture.page && !HasSpace(options.picture))
+        return Text("the margin leaves no space on the page");
+    if (HasPixels(options.format) && !IsPossible(PictureSize(options.picture)))
         return Text("picture too large: ") + SizeLimits();
     return {};
 }

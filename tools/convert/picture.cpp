@@ -23,19 +23,11 @@ namespace convert {
 
 namespace {
 
-constexpr double kPointsPerInch = 72.0;
 constexpr double kMetersPerInch = 0.0254;
 // On a screen a line is half as many units wide as the file has it.
 constexpr int kScreenWidths = 2;
 // Of 100. More takes twice the time and saves a few bytes of a hundred.
 constexpr int kPngCompression = 40;
-// The EPS has its scale with two decimals.
-constexpr double kEpsScaleSteps = 100.0;
-
-int Dpi(const PictureSettings& settings)
-{
-    return settings.dpi.value_or(kScreenDpi);
-}
 
 double AreaWidth(const PictureSettings& settings)
 {
@@ -60,7 +52,7 @@ PlfPass MakePass(const PlfBytes& graph, const PictureSettings& settings)
     pass.zoom = ZoomOf(settings);
     pass.whiteBackground = settings.background != Background::kFile;
     pass.fillsBackground = settings.background != Background::kTransparent;
-    pass.widthScale = settings.lineScale;
+    pass.widthScale = settings.lineScale.value_or(ViewerLineScale(settings));
     const int minPenWidth = settings.minLineWidth.value_or(0) / kScreenWidths;
     pass.minPenWidth = minPenWidth;
     pass.threads = settings.threads;
@@ -73,7 +65,7 @@ PlfPass MakePass(const PlfBytes& graph, const PictureSettings& settings)
 PlfPass MakeVectorPass(const PlfBytes& graph, const PictureSettings& settings)
 {
     PlfPass pass = MakePass(graph, settings);
-    const double pixel = AreaWidth(settings) / PictureSize(settings).width();
+    const double pixel = AreaWidth(settings) / GraphPlace(settings).width();
     pass.minPenWidth = std::max(pass.minPenWidth, pixel);
     return pass;
 }
@@ -105,12 +97,23 @@ void Paint(const PlfPass& pass, QPainter& painter)
     TellMissingFonts(result, painter);
 }
 
+// Nothing is drawn on the rest of the page.
+void PlaceOnPage(const PictureSettings& settings, QPainter& painter)
+{
+    if (!settings.page)
+        return;
+    const QRect place = GraphPlace(settings);
+    painter.setClipRect(place);
+    painter.setViewport(place);
+}
+
 // With texts as large as the screen's resolution makes them; the image gets its own only
 // afterwards.
 void PaintImage(const PlfBytes& graph, const PictureSettings& settings, QImage* image)
 {
     image->fill(image->hasAlphaChannel() ? Qt::transparent : Qt::white);
     QPainter painter(image);
+    PlaceOnPage(settings, painter);
     Paint(MakePass(graph, settings), painter);
     painter.end();
     const int dotsPerMeter = static_cast<int>(std::lround(Dpi(settings) / kMetersPerInch));
@@ -164,6 +167,7 @@ QString PaintOn(QPaintDevice* device, const PlfBytes& graph, const PictureSettin
     font.setPixelSize(std::max(
         static_cast<int>(std::lround(font.pointSizeF() * kScreenDpi / kPointsPerInch)), 1));
     painter.setFont(font);
+    PlaceOnPage(settings, painter);
     Paint(MakeVectorPass(graph, settings), painter);
     return painter.end() ? QString() : QStringLiteral("cannot finish drawing");
 }
@@ -183,7 +187,7 @@ QString DrawSvg(const PlfBytes& graph, const PictureSettings& settings, QIODevic
 
 QString DrawPdf(const PlfBytes& graph, const PictureSettings& settings, QIODevice* output)
 {
-    const QSizeF points = QSizeF(PictureSize(settings)) * (kPointsPerInch / Dpi(settings));
+    const QSizeF points = PaperSize(settings);
     QPdfWriter writer(output);
     writer.setCreator(QStringLiteral("plfconvert"));
     writer.setTitle(QStringLiteral("KORVEL graph"));
@@ -208,21 +212,21 @@ private:
     QIODevice* device;
 };
 
-// Without a width the scale is the viewer's own. The output has the scale with two decimals, so
-// that it has them here too, lest the lines leave their bounding box.
-double EpsScale(const PictureSettings& settings)
+// Without a size the scale is the viewer's own, written as the viewer does. An EPS is as large as
+// the graph on a page, and has no page.
+void ScaleEps(const PictureSettings& settings, EpsOptions& eps)
 {
-    if (!settings.width && !settings.dpi)
-        return EpsOptions().scale;
-    const double width = PictureSize(settings).width() * kPointsPerInch / Dpi(settings);
-    return std::max(std::round(width / AreaWidth(settings) * kEpsScaleSteps), 1.0) / kEpsScaleSteps;
+    eps.isExact = settings.width || settings.dpi || settings.page;
+    if (eps.isExact)
+        eps.scale = GraphWidth(settings) / AreaWidth(settings);
 }
 
 QString DrawEps(const PlfBytes& graph, const PictureSettings& settings, QIODevice* output)
 {
     PlfPass pass = MakePass(graph, settings);
     pass.colors = {}; // black lines are an option of EPS
-    pass.eps.scale = EpsScale(settings);
+    ScaleEps(settings, pass.eps);
+    pass.eps.dots = settings.dots;
     pass.eps.minLineWidth = settings.minLineWidth.value_or(pass.eps.minLineWidth);
     pass.eps.allBlack = settings.black;
     pass.eps.fillsBackground = settings.background == Background::kFile;

@@ -9,6 +9,8 @@
 
 #include <QStringList>
 
+#include <algorithm>
+
 namespace convert {
 
 namespace {
@@ -21,6 +23,22 @@ constexpr NamedValue<Background> kBackgrounds[] = {
     {"transparent", Background::kTransparent},
 };
 
+// In points.
+constexpr double kInch = kPointsPerInch;
+constexpr double kMillimeter = kInch / 25.4;
+constexpr NamedValue<double> kUnits[] = {
+    {"mm", kMillimeter}, {"cm", 10 * kMillimeter}, {"in", kInch}, {"pt", 1.0}};
+constexpr qsizetype kUnitLetters = 2;
+constexpr double kShortest = 1; // shorter, a picture could have no pixel
+
+const NamedValue<Page> kPages[] = {
+    {"a3", {{297 * kMillimeter, 420 * kMillimeter}, true}},
+    {"a4", {{210 * kMillimeter, 297 * kMillimeter}, true}},
+    {"a5", {{148 * kMillimeter, 210 * kMillimeter}, true}},
+    {"letter", {{8.5 * kInch, 11 * kInch}, true}},
+    {"legal", {{8.5 * kInch, 14 * kInch}, true}},
+};
+
 } // namespace
 
 std::optional<QSize> ParseSize(const QString& text)
@@ -28,11 +46,48 @@ std::optional<QSize> ParseSize(const QString& text)
     const QStringList sides = text.split(u'x', Qt::KeepEmptyParts, Qt::CaseInsensitive);
     if (sides.size() != 2)
         return {};
-    const auto width = ParseInteger(sides[0], 1, kMaxSide);
-    const auto height = ParseInteger(sides[1], 1, kMaxSide);
-    if (!width || !height || !IsPossible({*width, *height}))
+    const auto width = ParseInteger(sides[0], 1, kMaxLength);
+    const auto height = ParseInteger(sides[1], 1, kMaxLength);
+    if (!width || !height)
         return {};
     return QSize(*width, *height);
+}
+
+std::optional<Length> ParseLength(const QString& text)
+{
+    if (const auto pixels = ParseInteger(text, 1, kMaxLength))
+        return Length{static_cast<double>(*pixels), true};
+    const auto points = ParseMargin(text);
+    if (!points || *points < kShortest)
+        return {};
+    return Length{*points, false};
+}
+
+std::optional<double> ParseMargin(const QString& text)
+{
+    const auto unit = FindNamed(kUnits, text.right(kUnitLetters));
+    bool isNumber = false;
+    const double points =
+        text.chopped(std::min(text.size(), kUnitLetters)).toDouble(&isNumber) * unit.value_or(0);
+    if (!unit || !isNumber || !(points >= 0) || points > kMaxLength)
+        return {};
+    return points;
+}
+
+std::optional<Page> ParsePage(const QString& text)
+{
+    if (const auto named = FindNamed(kPages, text))
+        return named;
+    const QStringList sides = text.split(u'x', Qt::KeepEmptyParts, Qt::CaseInsensitive);
+    if (sides.size() != 2)
+        return {};
+    const auto height = ParseMargin(sides[1]);
+    auto width = ParseMargin(sides[0]);
+    if (!width) // it has the other's unit
+        width = ParseMargin(sides[0] + sides[1].right(kUnitLetters));
+    if (!width || !height || std::min(*width, *height) < kShortest)
+        return {};
+    return Page{QSizeF(*width, *height), false};
 }
 
 std::optional<QRect> ParseArea(const QString& text)

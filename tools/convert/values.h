@@ -29,8 +29,14 @@ constexpr int kMaxTimeout = 24 * 60 * 60;
 constexpr int kMinMemory = 64;
 constexpr int kMaxMemory = 1 << 20;
 
-/// "WIDTHxHEIGHT" in pixels, 1..kMaxSide each and at most kMaxPixels together.
+/// "WIDTHxHEIGHT" in pixels, 1..kMaxLength each.
 std::optional<QSize> ParseSize(const QString& text);
+/// A number of pixels up to kMaxLength, or a length such as "160mm", in mm, cm, in or pt.
+std::optional<Length> ParseLength(const QString& text);
+/// A length, not in pixels and possibly 0, in points.
+std::optional<double> ParseMargin(const QString& text);
+/// "a4", "letter", or "WIDTHxHEIGHT" with units, as in "210mmx99mm" or "8.5x11in".
+std::optional<Page> ParsePage(const QString& text);
 /// "LEFT,TOP,RIGHT,BOTTOM" in drawing units within the graph, neither empty nor inverted.
 std::optional<QRect> ParseArea(const QString& text);
 /// A positive number up to kMaxLineScale.
