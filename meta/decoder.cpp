@@ -9,6 +9,7 @@
 #include "meta/epssink.h"
 #include "meta/paintersink.h"
 #include "meta/passwatch.h"
+#include "meta/polylinesink.h"
 #include "meta/surveysink.h"
 #include "meta/tape.h"
 
@@ -267,6 +268,7 @@ template <class Sink, class Reporter> void Decoder<Sink, Reporter>::DrawTextKorv
 
 template class Decoder<NoSink, NoReport>;
 template class Decoder<PainterSink, NoReport>;
+template class Decoder<PolylineSink, NoReport>;
 template class Decoder<SurveySink, NoReport>;
 template class Decoder<Tape, NoReport>;
 template class Decoder<EpsSink, NoReport>;

@@ -133,10 +133,7 @@ int PainterSink::PenWidth(int width) const
 
 void PainterSink::SetPen(int index, int width)
 {
-    // White lines would be invisible on white. Black on black is not swapped, deliberately.
-    if (background == kWhite && index == kWhite)
-        index = 0;
-    pen.setColor(PaletteColor(index));
+    pen.setColor(LineColor(index, background));
     pen.setStyle(Qt::SolidLine);
     pen.setWidth(PenWidth(width));
     lines.SetPen(Visible(pen));

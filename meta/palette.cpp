@@ -53,3 +53,8 @@ void initGraphics()
     gdotpen.setStyle(Qt::DotLine);
     gdotpen.setWidth(1);
 }
+
+QColor LineColor(int index, int background)
+{
+    return PaletteColor(background == kWhite && index == kWhite ? 0 : index);
+}

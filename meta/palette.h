@@ -32,3 +32,7 @@ void initGraphics();
 /// The opaque color of a palette index. Any index without a row, such as 16 (a background
 /// character that names no color), is white.
 QColor PaletteColor(long index);
+/// The color of lines with a palette index. White ones would be invisible on white, so that they
+/// are black there. Black on black is not changed, deliberately.
+/// @param background  palette index
+QColor LineColor(int index, int background);

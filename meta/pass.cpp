@@ -8,6 +8,7 @@
 #include "meta/paintersink.h"
 #include "meta/palette.h"
 #include "meta/passrun.h"
+#include "meta/polylinesink.h"
 
 #include <QPainter>
 #include <QtGlobal>
@@ -41,6 +42,13 @@ PlfResult WriteEps(const PlfPass& pass, ByteSink& output)
 {
     PassRun run(pass);
     EpsSink sink(output, pass, run.background, run.epsItems);
+    return run.Into(sink);
+}
+
+PlfResult JoinLines(const PlfPass& pass, PolylineTarget& target, double tolerance)
+{
+    PassRun run(pass);
+    PolylineSink sink(target, pass, run.background, tolerance);
     return run.Into(sink);
 }
 

@@ -17,6 +17,7 @@
 class ByteSink;
 class PassWatch;
 class PlfObserver;
+class PolylineTarget;
 class QPainter;
 
 /// Maps the palette indices of lines.
@@ -88,6 +89,12 @@ PlfResult PaintGraph(const PlfPass& pass, QPainter& painter);
 
 /// Writes a graph as EPS.
 PlfResult WriteEps(const PlfPass& pass, ByteSink& output);
+
+/// Hands on what touches the area of a graph, with its lines joined to polylines: for formats that
+/// keep lines as lines. The background is the target's.
+/// @param tolerance  how far what two lines cover with square caps of their own may extend beyond
+///                   the polyline that replaces them, drawing units
+PlfResult JoinLines(const PlfPass& pass, PolylineTarget& target, double tolerance);
 
 /// Calls an observer for everything in a graph, and also draws it if there is a painter.
 PlfResult FollowGraph(const PlfPass& pass, PlfObserver& observer, QPainter* painter = nullptr);

@@ -5,8 +5,11 @@
 #include "meta/bytesink.h"
 #include "meta/pass.h"
 #include "tools/convert/palettize.h"
+#include "tools/convert/pdfpicture.h"
 #include "tools/convert/picturesize.h"
+#include "tools/convert/svgpicture.h"
 #include "tools/convert/values.h"
+#include "tools/convert/vectorpage.h"
 
 #include <QGuiApplication>
 #include <QImage>
@@ -156,45 +159,23 @@ QString DrawImage(const PlfBytes& graph, const PictureSettings& settings, QIODev
     return write(image, settings, output);
 }
 
-// Paints on a device whose resolution is the picture's, with texts in the size that they have on
-// the screen, in pixels.
-QString PaintOn(QPaintDevice* device, const PlfBytes& graph, const PictureSettings& settings)
+VectorPage PageOf(const PictureSettings& settings)
 {
-    QPainter painter;
-    if (!painter.begin(device))
-        return QStringLiteral("cannot start drawing");
-    QFont font = QGuiApplication::font();
-    font.setPixelSize(std::max(
-        static_cast<int>(std::lround(font.pointSizeF() * kScreenDpi / kPointsPerInch)), 1));
-    painter.setFont(font);
-    PlaceOnPage(settings, painter);
-    Paint(MakeVectorPass(graph, settings), painter);
-    return painter.end() ? QString() : QStringLiteral("cannot finish drawing");
+    return {PictureSize(settings), static_cast<double>(Dpi(settings)), QStringLiteral("title")};
 }
 
 QString DrawSvg(const PlfBytes& graph, const PictureSettings& settings, QIODevice* output)
 {
-    const QSize size = PictureSize(settings);
-    QSvgGenerator generator;
-    generator.setOutputDevice(output);
-    generator.setResolution(Dpi(settings));
-    generator.setSize(size);
-    generator.setViewBox(QRect(QPoint(), size));
-    generator.setTitle(QStringLiteral("KORVEL graph"));
-    generator.setDescription(QStringLiteral("Made by plfconvert"));
-    return PaintOn(&generator, graph, settings);
+    TellRefusedTexts(WriteSvg(MakeVectorPass(graph, settings), PageOf(settings), output));
+    return {};
 }
 
 QString DrawPdf(const PlfBytes& graph, const PictureSettings& settings, QIODevice* output)
 {
-    const QSizeF points = PaperSize(settings);
-    QPdfWriter writer(output);
-    writer.setCreator(QStringLiteral("plfconvert"));
-    writer.setTitle(QStringLiteral("KORVEL graph"));
-    writer.setResolution(Dpi(settings));
-    writer.setPageSize(QPageSize(points, QPageSize::Point, QString(), QPageSize::ExactMatch));
-    writer.setPageMargins(QMarginsF());
-    return PaintOn(&writer, graph, settings);
+    PlfResult result;
+    QString problem = WritePdf(MakeVectorPass(graph, settings), PageOf(settings), output, &result);
+    TellRefusedTexts(result);
+    return problem;
 }
 
 // Hands on what is written to a device, which notices its failures itself.

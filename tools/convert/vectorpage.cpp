@@ -1,0 +1,60 @@
+// SPDX-License-Identifier: MIT
+// SPDX-FileCopyrightText: 2026 plotvw contributors
+#include "tools/convert/vectorpage.h"
+
+#include "tools/convert/picturesize.h"
+
+#include <QFontMetricsF>
+#include <QGuiApplication>
+
+#include <algorithm>
+#include <cmath>
+
+namespace convert {
+
+namespace {
+
+constexpr double kPointsPerInch = 72.0;
+// Pixels that may be missing at a corner where two lines are joined. Lines of one pixel then are
+// joined at right angles and at all that are blunter.
+constexpr double kMostMissing = 0.25;
+
+QRectF AreaOf(const PlfPass& pass)
+{
+    const Rect& area = pass.Area();
+    return {QPointF(static_cast<double>(area.left), static_cast<double>(area.top)),
+            QPointF(static_cast<double>(area.right), static_cast<double>(area.bottom))};
+}
+
+} // namespace
+
+QFont TextFont()
+{
+    QFont font = QGuiApplication::font();
+    const double size = font.pointSizeF() * kScreenDpi / kPointsPerInch;
+    font.setPixelSize(std::max(static_cast<int>(std::lround(size)), 1));
+    return font;
+}
+
+bool MayTouch(const PlfPass& pass, const QFont& font, const QString& text, PlfPoint at)
+{
+    const QFontMetricsF metrics(font);
+    const QRectF box = metrics.boundingRect(text).translated(at.x, at.y);
+    const double height = metrics.height();
+    return AreaOf(pass).intersects(box.adjusted(-height, -height, height + box.width(), height));
+}
+
+QTransform ToPage(const PlfPass& pass, const VectorPage& page)
+{
+    const QRectF area = AreaOf(pass);
+    return QTransform::fromTranslate(-area.left(), -area.top()) *
+           QTransform::fromScale(page.size.width() / area.width(),
+                                 page.size.height() / area.height());
+}
+
+PlfResult DrawJoined(const PlfPass& pass, const VectorPage& page, PolylineTarget& target)
+{
+    return JoinLines(pass, target, kMostMissing * AreaOf(pass).width() / page.size.width());
+}
+
+} // namespace convert
