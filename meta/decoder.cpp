@@ -272,6 +272,7 @@ template class Decoder<PolylineSink, NoReport>;
 template class Decoder<SurveySink, NoReport>;
 template class Decoder<Tape, NoReport>;
 template class Decoder<EpsSink, NoReport>;
+template class Decoder<EpsAreaSink, NoReport>;
 template class Decoder<BothSinks<PainterSink, EpsSink>, NoReport>;
 template class Decoder<NoSink, ObserverReport>;
 template class Decoder<PainterSink, ObserverReport>;

@@ -6,7 +6,9 @@
 
 #include "meta/epswriter.h"
 #include "meta/pass.h"
+#include "meta/unitbounds.h"
 
+#include <algorithm>
 #include <memory>
 #include <string_view>
 
@@ -56,4 +58,40 @@ private:
     const PlfPass& area;
     std::unique_ptr<EpsWriter> writer; // its buffer is too large for the stack
     int& items;
+};
+
+/// Writes only the vectors that can leave a trace in the area of a pass.
+class EpsAreaSink
+{
+public:
+    /// Both outlive the object.
+    EpsAreaSink(EpsSink& output, const PlfPass& drawnPass) : sink(output), pass(drawnPass) {}
+
+    void Begin() { sink.Begin(); }
+    void SetWidth(int width, int color)
+    {
+        visible = BoundsAround(pass.Area(), kReach * std::max(width, pass.eps.minLineWidth));
+        sink.SetWidth(width, color);
+    }
+    void SetColor(int color, int width) { sink.SetColor(color, width); }
+    void Vector(bool continues, int x1, int y1, int x2, int y2)
+    {
+        if (visible.Misses(x1, y1, x2, y2)) {
+            leftOut = true;
+            return;
+        }
+        sink.Vector(continues && !leftOut, x1, y1, x2, y2);
+        leftOut = false;
+    }
+    void Text(std::string_view /*text*/, int /*x*/, int /*y*/) {}
+    void Finish() { sink.Finish(); }
+
+private:
+    // In widths of a line, from its end to the tip of the sharpest corner that the header allows.
+    static constexpr double kReach = 15;
+
+    EpsSink& sink;
+    const PlfPass& pass;
+    UnitBounds visible;
+    bool leftOut = false; // the last vector, so that none can continue it
 };

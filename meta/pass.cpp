@@ -42,7 +42,10 @@ PlfResult WriteEps(const PlfPass& pass, ByteSink& output)
 {
     PassRun run(pass);
     EpsSink sink(output, pass, run.background, run.epsItems);
-    return run.Into(sink);
+    if (!pass.eps.areaOnly || !pass.IsZoomed())
+        return run.Into(sink);
+    EpsAreaSink part(sink, pass);
+    return run.Into(part);
 }
 
 PlfResult JoinLines(const PlfPass& pass, PolylineTarget& target, double tolerance)

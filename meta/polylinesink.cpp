@@ -5,7 +5,6 @@
 #include "meta/paintersink.h"
 #include "meta/palette.h"
 #include "meta/plftext.h"
-#include "support/numbers.h"
 
 #include <algorithm>
 #include <cmath>
@@ -15,15 +14,6 @@ namespace {
 bool IsSame(PlfPoint a, PlfPoint b)
 {
     return a.x == b.x && a.y == b.y;
-}
-
-// A line's caps reach no farther than its pen is wide.
-UnitBounds Around(const Rect& area, double reach)
-{
-    const int beyond = TruncToInt(std::ceil(reach));
-    return {SaturateToInt(area.left - int64_t{beyond}), SaturateToInt(area.top - int64_t{beyond}),
-            SaturateToInt(area.right + int64_t{beyond}),
-            SaturateToInt(area.bottom + int64_t{beyond})};
 }
 
 } // namespace
@@ -40,7 +30,7 @@ void PolylineSink::SetPen(int color, int width)
     penWidth = PenWidthOf(width, penWidth);
     const double units = std::max<double>(penWidth, pass.minPenWidth);
     standOut = tolerance / (units / 2);
-    visible = Around(pass.Area(), units);
+    visible = BoundsAround(pass.Area(), units); // caps reach no farther
     target.SetPen(LineColor(color, background), units);
 }
 
@@ -49,6 +39,12 @@ void PolylineSink::Text(std::string_view text, int x, int y)
     Flush();
     if (!text.empty())
         target.Text(TextFromFile(text), {x, y});
+}
+
+void PolylineSink::Finish()
+{
+    Flush();
+    target.Finish();
 }
 
 void PolylineSink::Add(PlfPoint from, PlfPoint to)

@@ -32,6 +32,8 @@ public:
     virtual void Dot(PlfPoint at) = 0;
     /// A text, with its baseline at a point.
     virtual void Text(const QString& text, PlfPoint at) = 0;
+    /// Nothing follows.
+    virtual void Finish() = 0;
 };
 
 /// Passes on what touches the area of a pass.
@@ -54,12 +56,12 @@ public:
             Add({x1, y1}, {x2, y2});
     }
     void Text(std::string_view text, int x, int y);
-    void Finish() { Flush(); }
+    void Finish();
 
 private:
     // Enough to make the beginning of a polyline negligible, and few enough for programs whose
     // effort grows faster than the length of a polyline does.
-    static constexpr size_t kMostPoints = 2048;
+    static constexpr size_t kMostPoints = 1024;
 
     void SetPen(int color, int width);
     void Add(PlfPoint from, PlfPoint to);

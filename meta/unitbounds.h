@@ -2,7 +2,12 @@
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 #pragma once
 
+#include "support/numbers.h"
+#include "support/rect.h"
+
 #include <algorithm>
+#include <cmath>
+#include <cstdint>
 #include <limits>
 
 /// A rectangle in drawing units; initially it contains every line.
@@ -21,3 +26,12 @@ struct UnitBounds {
         return beyond != 0;
     }
 };
+
+/// The bounds of an area and of what is around it.
+/// @param reach  how far around it, drawing units
+inline UnitBounds BoundsAround(const Rect& area, double reach)
+{
+    const int64_t beyond = TruncToInt(std::ceil(reach));
+    return {SaturateToInt(area.left - beyond), SaturateToInt(area.top - beyond),
+            SaturateToInt(area.right + beyond), SaturateToInt(area.bottom + beyond)};
+}

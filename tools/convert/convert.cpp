@@ -79,6 +79,14 @@ QString About(const Job& job, const QString& reason)
     return QStringLiteral("%1: %2").arg(QString::fromUtf8(VisibleName(job.output)), reason);
 }
 
+// The graph's name, without its folder.
+QString TitleOf(const QByteArray& input)
+{
+    if (input == tools::kStandardStream)
+        return QStringLiteral("KORVEL graph");
+    return QString::fromUtf8(VisibleName(input.sliced(input.lastIndexOf('/') + 1)));
+}
+
 QString WritePicture(const PlfGraph& graph, const Job& job, int number,
                      const PictureSettings& settings, const OutputRules& rules)
 {
@@ -86,7 +94,7 @@ QString WritePicture(const PlfGraph& graph, const Job& job, int number,
     QString problem = output.Open();
     if (!problem.isEmpty())
         return About(job, problem);
-    problem = DrawPicture(graph.Bytes(), job.format, settings, &output);
+    problem = DrawPicture(graph.Bytes(), job.format, settings, TitleOf(job.input), &output);
     if (problem.isEmpty())
         problem = output.Commit(rules.keepExisting);
     return problem.isEmpty() ? problem : About(job, problem);

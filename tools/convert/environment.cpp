@@ -72,8 +72,19 @@ std::shared_ptr<void> StartQt(char** argv)
 {
     SetDefault("QT_QPA_PLATFORM", "offscreen");
     SetDefault("XDG_RUNTIME_DIR", "/dev/null"); // or Qt creates one in /tmp
+    if (SourceDate())
+        qputenv("TZ", "UTC"); // the same zone everywhere, too
     static int count = 1;
     return std::make_shared<QGuiApplication>(count, argv);
+}
+
+std::optional<QDateTime> SourceDate()
+{
+    bool isNumber = false;
+    const qint64 seconds = qgetenv("SOURCE_DATE_EPOCH").toLongLong(&isNumber);
+    if (!isNumber || seconds < 0)
+        return std::nullopt;
+    return QDateTime::fromSecsSinceEpoch(seconds, Qt::UTC);
 }
 
 MessageKeeper::MessageKeeper()

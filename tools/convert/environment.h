@@ -4,9 +4,11 @@
 // What the converter's process must look like before Qt and other processes see it.
 #pragma once
 
+#include <QDateTime>
 #include <QString>
 
 #include <memory>
+#include <optional>
 
 namespace convert {
 
@@ -21,6 +23,10 @@ void LimitMemory(int megabytes);
 /// Creates the application object, without which there are no fonts, on a platform that needs no
 /// display. It lives as long as what is returned.
 std::shared_ptr<void> StartQt(char** argv);
+
+/// The time that files shall name instead of that of their making, so that two calls make the same
+/// bytes: SOURCE_DATE_EPOCH of the environment. UTC.
+std::optional<QDateTime> SourceDate();
 
 /// Keeps the messages of Qt and of the interpreter while it lives, which otherwise go to standard
 /// error. One at a time.

@@ -11,13 +11,10 @@
 #include "tools/convert/values.h"
 #include "tools/convert/vectorpage.h"
 
-#include <QGuiApplication>
 #include <QImage>
 #include <QImageWriter>
 #include <QPainter>
 #include <QPainterPath>
-#include <QPdfWriter>
-#include <QSvgGenerator>
 
 #include <algorithm>
 #include <cmath>
@@ -81,14 +78,14 @@ QPainterPath Outline(char16_t letter, const QFont& font)
 }
 
 // Without a font Qt draws each letter as the same box, and says nothing. It lists families anyway.
-bool HasFont(const QPainter& painter)
+bool HasFont(const QFont& font)
 {
-    return Outline(u'i', painter.font()) != Outline(u'W', painter.font());
+    return Outline(u'i', font) != Outline(u'W', font);
 }
 
-void TellMissingFonts(const PlfResult& result, const QPainter& painter)
+void TellMissingFonts(const PlfResult& result, const QFont& font)
 {
-    if (result.texts > 0 && !HasFont(painter))
+    if (result.texts > 0 && !HasFont(font))
         qWarning("no fonts found; texts are drawn as boxes");
 }
 
@@ -97,7 +94,7 @@ void Paint(const PlfPass& pass, QPainter& painter)
     painter.setRenderHint(QPainter::Antialiasing);
     const PlfResult result = PaintGraph(pass, painter);
     TellRefusedTexts(result);
-    TellMissingFonts(result, painter);
+    TellMissingFonts(result, painter.font());
 }
 
 // Nothing is drawn on the rest of the page.
@@ -159,22 +156,28 @@ QString DrawImage(const PlfBytes& graph, const PictureSettings& settings, QIODev
     return write(image, settings, output);
 }
 
-VectorPage PageOf(const PictureSettings& settings)
+VectorPage PageOf(const PictureSettings& settings, const QString& title)
 {
-    return {PictureSize(settings), static_cast<double>(Dpi(settings)), QStringLiteral("title")};
+    return {PictureSize(settings), Dpi(settings), title};
 }
 
-QString DrawSvg(const PlfBytes& graph, const PictureSettings& settings, QIODevice* output)
+// Its texts are texts, whose fonts are the reader's to find.
+QString DrawSvg(const PlfBytes& graph, const PictureSettings& settings, const QString& title,
+                QIODevice* output)
 {
-    TellRefusedTexts(WriteSvg(MakeVectorPass(graph, settings), PageOf(settings), output));
+    const VectorPage page = PageOf(settings, title);
+    TellRefusedTexts(WriteSvg(MakeVectorPass(graph, settings), page, output));
     return {};
 }
 
-QString DrawPdf(const PlfBytes& graph, const PictureSettings& settings, QIODevice* output)
+QString DrawPdf(const PlfBytes& graph, const PictureSettings& settings, const QString& title,
+                QIODevice* output)
 {
     PlfResult result;
-    QString problem = WritePdf(MakeVectorPass(graph, settings), PageOf(settings), output, &result);
+    const VectorPage page = PageOf(settings, title);
+    QString problem = WritePdf(MakeVectorPass(graph, settings), page, output, &result);
     TellRefusedTexts(result);
+    TellMissingFonts(result, TextFont());
     return problem;
 }
 
@@ -208,6 +211,7 @@ QString DrawEps(const PlfBytes& graph, const PictureSettings& settings, QIODevic
     pass.colors = {}; // black lines are an option of EPS
     ScaleEps(settings, pass.eps);
     pass.eps.dots = settings.dots;
+    pass.eps.areaOnly = true;
     pass.eps.minLineWidth = settings.minLineWidth.value_or(pass.eps.minLineWidth);
     pass.eps.allBlack = settings.black;
     pass.eps.fillsBackground = settings.background == Background::kFile;
@@ -221,7 +225,7 @@ QString DrawEps(const PlfBytes& graph, const PictureSettings& settings, QIODevic
 } // namespace
 
 QString DrawPicture(const PlfBytes& graph, Format format, const PictureSettings& settings,
-                    QIODevice* output)
+                    const QString& title, QIODevice* output)
 {
     switch (format) {
     case Format::kPng:
@@ -229,9 +233,9 @@ QString DrawPicture(const PlfBytes& graph, Format format, const PictureSettings&
     case Format::kJpeg:
         return DrawImage(graph, settings, output, WriteJpeg);
     case Format::kSvg:
-        return DrawSvg(graph, settings, output);
+        return DrawSvg(graph, settings, title, output);
     case Format::kPdf:
-        return DrawPdf(graph, settings, output);
+        return DrawPdf(graph, settings, title, output);
     case Format::kEps:
         return DrawEps(graph, settings, output);
     }

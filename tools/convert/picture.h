@@ -15,9 +15,10 @@ class QIODevice;
 namespace convert {
 
 /// Draws a graph into a device.
+/// @param title   names the graph where a format has room for that
 /// @param output  open for writing; its own failures are its owner's to notice
 /// @return empty, or why there is no picture
 QString DrawPicture(const PlfBytes& graph, Format format, const PictureSettings& settings,
-                    QIODevice* output);
+                    const QString& title, QIODevice* output);
 
 } // namespace convert

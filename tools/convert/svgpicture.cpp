@@ -3,113 +3,59 @@
 #include "tools/convert/svgpicture.h"
 
 #include "meta/palette.h"
+#include "tools/convert/pathdata.h"
 
 #include <QFontInfo>
 #include <QXmlStreamWriter>
 
-#include <charconv>
 #include <cmath>
-#include <utility>
 
 namespace convert {
 
 namespace {
 
-constexpr double kUnitsPerInch = 96.0; // of SVG
-constexpr int kDecimals = 3;           // of lengths in drawing units
-constexpr int64_t kParts = 1000;       // the same as a factor
+constexpr double kPixelsPerInch = 96.0; // SVG's own
 
-// Points after which a path is written. The effort of some readers grows faster than the length of
-// a path does, and others refuse files of many elements.
+// Points after which a path is written: far fewer elements than readers accept, and little to keep
+// in memory. The effort of some readers grows faster than the length of a path.
 constexpr size_t kMostPoints = 4096;
 
-QString Attribute(double value)
-{
-    return QString::number(value, 'g', 9);
-}
-
-QLatin1StringView Latin(const char* text)
+// "svg", "path" and so on.
+QLatin1StringView Name(const char* text)
 {
     return QLatin1StringView(text);
 }
 
-// Lines as a path has them: how far it is from each point to the next, which is the shortest way.
-// Lengths are integers, in parts of a drawing unit, so that nothing is lost on the way.
-class PathData
+QString Number(double value)
 {
-public:
-    void MoveTo(int64_t x, int64_t y)
-    {
-        text += 'm'; // the following pairs are lines
-        GoTo(x, y);
-    }
-    void LineTo(int64_t x, int64_t y) { GoTo(x, y); }
-    [[nodiscard]] size_t Points() const { return points; }
+    constexpr int kDigits = 9; // tells neighbors apart in the largest picture
+    return QString::number(value, 'g', kDigits);
+}
 
-    // The path so far; the next one begins anew.
-    std::string Take()
-    {
-        const size_t size = text.size();
-        std::string path = std::exchange(text, {});
-        *this = {};
-        text.reserve(size);
-        return path;
-    }
+bool IsHalf(const QString& text, qsizetype at)
+{
+    const QChar c = text[at];
+    if (c.isHighSurrogate())
+        return at + 1 == text.size() || !text[at + 1].isLowSurrogate();
+    return c.isLowSurrogate() && (at == 0 || !text[at - 1].isHighSurrogate());
+}
 
-private:
-    void GoTo(int64_t x, int64_t y)
-    {
-        Number(x - lastX);
-        Number(y - lastY);
-        lastX = x;
-        lastY = y;
-        ++points;
-    }
-
-    // A sign separates numbers as well as a blank does.
-    void Number(int64_t parts)
-    {
-        if (parts >= 0 && text.back() != 'm')
-            text += ' ';
-        if (parts < 0)
-            text += '-';
-        const int64_t size = std::abs(parts);
-        char digits[24];
-        text.append(digits, std::to_chars(digits, std::end(digits), size / kParts).ptr);
-        if (const int64_t fraction = size % kParts; fraction != 0)
-            Fraction(fraction);
-    }
-
-    void Fraction(int64_t fraction)
-    {
-        text += '.';
-        for (int64_t digit = kParts / 10; fraction != 0; digit /= 10) {
-            text += static_cast<char>('0' + fraction / digit);
-            fraction %= digit;
-        }
-    }
-
-    std::string text;
-    size_t points = 0;
-    int64_t lastX = 0, lastY = 0;
-};
-
-// XML has no control characters but these, and no halves of characters.
+// XML can hold neither control characters nor halves of characters. Line ends, which it can hold,
+// are blanks in a line of text.
 QString Allowed(QString text)
 {
-    constexpr char16_t kReplacement = 0xfffd;
+    constexpr char16_t kLastCharacter = 0xfffd; // which also stands for what cannot be shown
     for (qsizetype i = 0; i < text.size(); ++i) {
         const QChar c = text[i];
-        const bool isPair = c.isHighSurrogate() && i + 1 < text.size() &&
-                            text[i + 1].isLowSurrogate();
-        if (isPair)
-            ++i;
-        else if (c < u' ' || c.isSurrogate() || c.unicode() >= 0xfffe)
-            text[i] = c == u'\t' || c == u'\n' || c == u'\r' ? QChar(u' ') : QChar(kReplacement);
+        if (c == u'\t' || c == u'\n' || c == u'\r')
+            text[i] = u' ';
+        else if (c < u' ' || c > kLastCharacter || IsHalf(text, i))
+            text[i] = kLastCharacter;
     }
     return text;
 }
 
+// Writes what it gets, a path for many lines.
 class SvgTarget final : public PolylineTarget
 {
 public:
@@ -117,15 +63,14 @@ public:
         : pass(drawnPass), xml(writer), font(TextFont())
     {
     }
-    ~SvgTarget() override { Flush(); }
 
-    void SetPen(const QColor& penColor, double penWidth) override
+    void SetPen(const QColor& newColor, double newWidth) override
     {
-        const int64_t parts = std::llround(penWidth * kParts);
-        if (color == penColor && width == parts)
+        const int64_t parts = std::llround(newWidth * kParts);
+        if (color == newColor && width == parts)
             return;
         Flush();
-        color = penColor;
+        color = newColor;
         width = parts;
     }
 
@@ -138,7 +83,7 @@ public:
             Flush();
     }
 
-    // A line as long as it is wide, without caps.
+    // A line without caps, as long as it is wide: readers disagree on lines without a length.
     void Dot(PlfPoint at) override
     {
         const int64_t left = at.x * kParts - width / 2;
@@ -153,73 +98,92 @@ public:
         if (!MayTouch(pass, font, text, at))
             return;
         Flush();
-        xml.writeStartElement(Latin("text"));
-        xml.writeAttribute(Latin("x"), QString::number(at.x));
-        xml.writeAttribute(Latin("y"), QString::number(at.y));
-        xml.writeAttribute(Latin("fill"), color.name());
+        xml.writeStartElement(Name("text"));
+        xml.writeAttribute(Name("x"), QString::number(at.x));
+        xml.writeAttribute(Name("y"), QString::number(at.y));
+        xml.writeAttribute(Name("fill"), color.name());
         xml.writeCharacters(Allowed(text));
         xml.writeEndElement();
     }
 
+    void Finish() override { Flush(); }
+
 private:
-    // Lines and dots of the same pen cover each other unseen.
+    // Lines and dots of one pen have one color, so that their order is not seen.
     void Flush()
     {
-        Write(lines, false);
-        Write(dots, true);
+        Write(&lines, Name("square"));
+        Write(&dots, Name("butt"));
     }
 
-    void Write(PathData& path, bool withoutCaps)
+    void Write(PathData* path, QLatin1StringView cap)
     {
-        if (path.Points() == 0)
+        if (path->Points() == 0)
             return;
-        xml.writeEmptyElement(Latin("path"));
-        xml.writeAttribute(Latin("stroke"), color.name());
-        xml.writeAttribute(Latin("stroke-width"), Attribute(static_cast<double>(width) / kParts));
-        if (withoutCaps)
-            xml.writeAttribute(Latin("stroke-linecap"), Latin("butt"));
-        xml.writeAttribute(Latin("d"), QString::fromStdString(path.Take()));
+        xml.writeEmptyElement(Name("path"));
+        xml.writeAttribute(Name("stroke"), color.name());
+        xml.writeAttribute(Name("stroke-width"), Number(static_cast<double>(width) / kParts));
+        xml.writeAttribute(Name("stroke-linecap"), cap);
+        xml.writeAttribute(Name("d"), QString::fromStdString(path->Take()));
     }
 
     const PlfPass& pass;
     QXmlStreamWriter& xml;
     QFont font;
     QColor color;
-    int64_t width = -1; // of the pen, parts of a unit
+    int64_t width = 0; // of the pen, parts of a unit
     PathData lines, dots;
 };
 
-void WriteHead(const VectorPage& page, QXmlStreamWriter& xml)
+void WriteSize(const QSizeF& size, double scale, QXmlStreamWriter* xml)
 {
-    const double scale = kUnitsPerInch / page.dpi;
-    xml.writeAttribute(Latin("version"), Latin("1.1"));
-    xml.writeAttribute(Latin("width"), Attribute(page.size.width() * scale));
-    xml.writeAttribute(Latin("height"), Attribute(page.size.height() * scale));
-    xml.writeAttribute(Latin("viewBox"), QStringLiteral("0 0 %1 %2").arg(Attribute(page.size.width()), Attribute(page.size.height())));
-    xml.writeTextElement(Latin("title"), Allowed(page.title));
-    xml.writeTextElement(Latin("desc"), Latin("Made by plfconvert"));
+    xml->writeAttribute(Name("width"), Number(size.width() * scale));
+    xml->writeAttribute(Name("height"), Number(size.height() * scale));
 }
 
-void WriteBackground(const PlfPass& pass, const VectorPage& page, QXmlStreamWriter& xml)
+void StartPicture(const VectorPage& page, QXmlStreamWriter* xml)
 {
-    xml.writeEmptyElement(Latin("rect"));
-    xml.writeAttribute(Latin("width"), Attribute(page.size.width()));
-    xml.writeAttribute(Latin("height"), Attribute(page.size.height()));
-    xml.writeAttribute(Latin("fill"), PaletteColor(pass.Background()).name());
+    xml->writeStartElement(Name("svg"));
+    xml->writeDefaultNamespace(Name("http://www.w3.org/2000/svg"));
+    xml->writeAttribute(Name("version"), Name("1.1"));
+    WriteSize(page.size, kPixelsPerInch / page.dpi, xml);
+    xml->writeAttribute(
+        Name("viewBox"),
+        QStringLiteral("0 0 %1 %2").arg(Number(page.size.width()), Number(page.size.height())));
+    xml->writeTextElement(Name("title"), Allowed(page.title));
+    xml->writeTextElement(Name("desc"), Name("Made by plfconvert"));
 }
 
-// What all lines and texts have.
-void WriteGroup(const PlfPass& pass, const VectorPage& page, QXmlStreamWriter& xml)
+void WriteBackground(const PlfPass& pass, const VectorPage& page, QXmlStreamWriter* xml)
 {
-    const QTransform t = ToPage(pass, page);
+    xml->writeEmptyElement(Name("rect"));
+    WriteSize(page.size, 1.0, xml);
+    xml->writeAttribute(Name("fill"), PaletteColor(pass.Background()).name());
+}
+
+// The family that the pictures of other formats show, and what every reader has. "Sans Serif" is a
+// name of Qt's.
+QString Families(const QFont& font)
+{
+    const QString family = QFontInfo(font).family().remove(u'\'');
+    const bool isReal =
+        !family.isEmpty() && family.compare(u"Sans Serif", Qt::CaseInsensitive) != 0;
+    return isReal ? QStringLiteral("'%1', sans-serif").arg(family) : QStringLiteral("sans-serif");
+}
+
+// What all lines and texts have in common.
+void StartGraph(const PlfPass& pass, const VectorPage& page, QXmlStreamWriter* xml)
+{
+    const QTransform toPage = ToPage(pass, page);
     const QFont font = TextFont();
-    xml.writeStartElement(Latin("g"));
-    xml.writeAttribute(Latin("transform"), QStringLiteral("matrix(%1 0 0 %2 %3 %4)").arg(Attribute(t.m11()), Attribute(t.m22()), Attribute(t.dx()), Attribute(t.dy())));
-    xml.writeAttribute(Latin("fill"), Latin("none"));
-    xml.writeAttribute(Latin("stroke-linecap"), Latin("square"));
-    xml.writeAttribute(Latin("font-family"),  QStringLiteral("'%1', sans-serif").arg(QFontInfo(font).family()));
-    xml.writeAttribute(Latin("font-size"), QString::number(font.pixelSize()));
-    xml.writeAttribute(Latin("xml:space"), Latin("preserve"));
+    xml->writeStartElement(Name("g"));
+    xml->writeAttribute(Name("transform"), QStringLiteral("matrix(%1 0 0 %2 %3 %4)")
+                                               .arg(Number(toPage.m11()), Number(toPage.m22()),
+                                                    Number(toPage.dx()), Number(toPage.dy())));
+    xml->writeAttribute(Name("fill"), Name("none"));
+    xml->writeAttribute(Name("font-family"), Families(font));
+    xml->writeAttribute(Name("font-size"), QString::number(font.pixelSize()));
+    xml->writeAttribute(Name("xml:space"), Name("preserve"));
 }
 
 } // namespace
@@ -230,17 +194,12 @@ PlfResult WriteSvg(const PlfPass& pass, const VectorPage& page, QIODevice* outpu
     xml.setAutoFormatting(true);
     xml.setAutoFormattingIndent(0);
     xml.writeStartDocument();
-    xml.writeStartElement(Latin("svg"));
-    xml.writeDefaultNamespace(Latin("http://www.w3.org/2000/svg"));
-    WriteHead(page, xml);
+    StartPicture(page, &xml);
     if (pass.fillsBackground)
-        WriteBackground(pass, page, xml);
-    WriteGroup(pass, page, xml);
-    PlfResult result;
-    {
-        SvgTarget target(pass, xml);
-        result = DrawJoined(pass, page, target);
-    }
+        WriteBackground(pass, page, &xml);
+    StartGraph(pass, page, &xml);
+    SvgTarget target(pass, xml);
+    const PlfResult result = DrawJoined(pass, page, target);
     xml.writeEndDocument();
     return result;
 }

@@ -19,14 +19,14 @@ constexpr double kPointsPerInch = 72.0;
 // joined at right angles and at all that are blunter.
 constexpr double kMostMissing = 0.25;
 
+} // namespace
+
 QRectF AreaOf(const PlfPass& pass)
 {
     const Rect& area = pass.Area();
     return {QPointF(static_cast<double>(area.left), static_cast<double>(area.top)),
             QPointF(static_cast<double>(area.right), static_cast<double>(area.bottom))};
 }
-
-} // namespace
 
 QFont TextFont()
 {
@@ -54,7 +54,8 @@ QTransform ToPage(const PlfPass& pass, const VectorPage& page)
 
 PlfResult DrawJoined(const PlfPass& pass, const VectorPage& page, PolylineTarget& target)
 {
-    return JoinLines(pass, target, kMostMissing * AreaOf(pass).width() / page.size.width());
+    const double pixel = AreaOf(pass).width() / page.size.width();
+    return JoinLines(pass, target, kMostMissing * pixel);
 }
 
 } // namespace convert

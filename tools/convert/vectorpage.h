@@ -18,10 +18,12 @@ namespace convert {
 /// The page that a graph is drawn on.
 struct VectorPage {
     QSizeF size;   // pixels
-    double dpi;    // pixels per inch
+    int dpi = 0;   // pixels per inch
     QString title; // the graph's name
 };
 
+/// The area of a pass, in drawing units.
+QRectF AreaOf(const PlfPass& pass);
 /// The font of texts; its size is in drawing units.
 QFont TextFont();
 /// Whether a text with that font may touch the area of a pass, also when a reader replaces the font
