@@ -9,30 +9,16 @@
 #include "tests/kit/graph.h"
 #include "tests/kit/plainpainter.h"
 #include "tests/kit/plf.h"
+#include "tests/likeness.h"
 #include "tests/reference/reference.h"
 #include "tests/reference/streams.h"
 
-#include <QColorSpace>
 #include <QImage>
-#include <QPainter>
-#include <QProcess>
-#include <QRegularExpression>
-#include <QSvgRenderer>
 #include <QtTest>
 
 #include <algorithm>
-#include <csignal>
-#include <cstdlib>
 
 namespace {
-
-// Texts in seeded streams hold control characters, which each program draws in its own way.
-QByteArray SeededGraph(unsigned seed)
-{
-    return QByteArray::fromStdString(streams::Make(seed))
-        .replace("\x1bZD", "\x1bZF")
-        .replace(";ZD", ";ZF");
-}
 
 QStringList Operations(const QByteArray& graph, const reference::View& view)
 {
@@ -55,13 +41,6 @@ QImage Stored(const QImage& image)
 {
     return image.convertToFormat(image.hasAlphaChannel() ? QImage::Format_ARGB32
                                                          : QImage::Format_RGB32);
-}
-
-QImage Loaded(const QString& name)
-{
-    QImage image = Stored(QImage(name));
-    image.setColorSpace({}); // two pictures with different color spaces are never equal
-    return image;
 }
 
 // What options ask for, read in the plainest way.
@@ -136,85 +115,6 @@ private:
     QString background;
 };
 
-int Difference(QRgb a, QRgb b)
-{
-    return std::max({std::abs(qRed(a) - qRed(b)), std::abs(qGreen(a) - qGreen(b)),
-                     std::abs(qBlue(a) - qBlue(b))});
-}
-
-bool IsNear(const QImage& picture, int x, int y, QRgb color, int tolerance)
-{
-    for (int row = std::max(y - 1, 0); row <= std::min(y + 1, picture.height() - 1); ++row) {
-        for (int column = std::max(x - 1, 0); column <= std::min(x + 1, picture.width() - 1);
-             ++column) {
-            if (Difference(picture.pixel(column, row), color) <= tolerance)
-                return true;
-        }
-    }
-    return false;
-}
-
-// The share of a picture's pixels that have nothing like their color in the other picture, there or
-// beside it.
-double Strays(const QImage& picture, const QImage& other, int tolerance)
-{
-    int strays = 0;
-    for (int y = 0; y < picture.height(); ++y) {
-        for (int x = 0; x < picture.width(); ++x)
-            strays += IsNear(other, x, y, picture.pixel(x, y), tolerance) ? 0 : 1;
-    }
-    return strays / (1.0 * picture.width() * picture.height());
-}
-
-// Two renderers put the edges of a line on the pixels each in its own way: a pixel may differ from
-// its counterpart, or one beside it, by so much of 255, and of a hundred pixels one by more.
-bool LookAlike(const QImage& a, const QImage& b, int tolerance)
-{
-    constexpr double kMostStrays = 0.01;
-    if (a.size() != b.size()) {
-        qWarning() << "sizes differ" << a.size() << b.size();
-        return false;
-    }
-    const double strays = std::max(Strays(a, b, tolerance), Strays(b, a, tolerance));
-    if (strays > kMostStrays)
-        qWarning("%.2f percent of the pixels differ", strays * 100.0);
-    return strays <= kMostStrays;
-}
-
-constexpr int kEdgeTolerance = 64;
-// A JPEG has one color for four pixels.
-constexpr int kJpegTolerance = 96;
-// Poppler moves thin lines onto whole pixels, where an image has two pixels of half the color.
-constexpr int kPopplerTolerance = 144;
-
-QImage RenderedSvg(const QString& name, QSize size)
-{
-    QImage image(size, QImage::Format_RGB32);
-    image.fill(Qt::magenta);
-    QPainter painter(&image);
-    painter.setRenderHint(QPainter::Antialiasing);
-    QSvgRenderer(name).render(&painter);
-    return image;
-}
-
-QByteArray RunTool(const QString& program, const QStringList& arguments)
-{
-    QProcess process;
-    process.start(program, arguments);
-    if (!process.waitForFinished(kTimeout) || process.exitCode() != 0)
-        qWarning("%s: %s", qPrintable(program), process.readAllStandardError().constData());
-    return process.readAllStandardOutput();
-}
-
-QImage RenderedPdf(const QString& name, QSize size)
-{
-    const QString base = name + Text(".page");
-    RunTool(Text("pdftoppm"),
-            {Text("-png"), Text("-singlefile"), Text("-scale-to-x"), QString::number(size.width()),
-             Text("-scale-to-y"), QString::number(size.height()), name, base});
-    return Loaded(base + Text(".png"));
-}
-
 } // namespace
 
 class TestConvertedPictures : public QObject, protected ConverterTest
@@ -232,11 +132,6 @@ private slots:
     void png_knowsItsResolution();
     void jpeg_looksLikeThePng();
     void jpeg_ofLowerQuality_isSmaller();
-    void svg_looksLikeThePng_data() { SampleRows(); }
-    void svg_looksLikeThePng();
-    void pdf_looksLikeThePng_data() { SampleRows(); }
-    void pdf_looksLikeThePng();
-    void pdf_isAsLargeAsItsPixelsAndResolutionSay();
     void pdf_page_hasTheLengthsAskedFor_data();
     void pdf_page_hasTheLengthsAskedFor();
     void page_hasTheGraphInItsMiddle();
@@ -325,40 +220,6 @@ void TestConvertedPictures::jpeg_ofLowerQuality_isSmaller()
     ConvertWell("a.plf a.jpg");
     ConvertWell("--quality 20 a.plf b.jpeg");
     QVERIFY(ReadFile(Path("b.jpeg")).size() < ReadFile(Path("a.jpg")).size() / 2);
-}
-
-void TestConvertedPictures::svg_looksLikeThePng()
-{
-    QFETCH(QString, sample);
-    Write(Path("a.plf"), Sample(sample));
-    ConvertWell("--background file a.plf a.png");
-    ConvertWell("--background file a.plf a.svg");
-    const QByteArray svg = ReadFile(Path("a.svg"));
-    QVERIFY(!svg.contains("<image")); // vectors are vectors
-    QVERIFY(svg.contains("viewBox=\"0 0 640 487\""));
-    QVERIFY(
-        LookAlike(Loaded(Path("a.png")), RenderedSvg(Path("a.svg"), kDefaultSize), kEdgeTolerance));
-}
-
-void TestConvertedPictures::pdf_looksLikeThePng()
-{
-    QFETCH(QString, sample);
-    Write(Path("a.plf"), Sample(sample));
-    ConvertWell("--background file --width 1280 a.plf a.png");
-    ConvertWell("--background file --width 1280 a.plf a.pdf");
-    const QImage png = Loaded(Path("a.png"));
-    QVERIFY(LookAlike(png, RenderedPdf(Path("a.pdf"), png.size()), kPopplerTolerance));
-    // Two lines of heading and no picture.
-    QCOMPARE(RunTool(Text("pdfimages"), {Text("-list"), Path("a.pdf")}).count('\n'), 2);
-}
-
-void TestConvertedPictures::pdf_isAsLargeAsItsPixelsAndResolutionSay()
-{
-    Write(Path("a.plf"), SmallGraph());
-    ConvertWell("--size 1500x900 --dpi 300 a.plf a.pdf");
-    const QByteArray about = RunTool(Text("pdfinfo"), {Path("a.pdf")});
-    QVERIFY2(QRegularExpression(Text("Page size: +360 x 216 pts")).match(Text(about)).hasMatch(),
-             about.constData());
 }
 
 void TestConvertedPictures::pdf_page_hasTheLengthsAskedFor_data()
