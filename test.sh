@@ -10,8 +10,9 @@
 #   ./test.sh lint [changed|quick]
 #                        formatters, validators and analyzers; clang-tidy checks all sources,
 #                        those that have changed since the last release, or none
+#   ./test.sh peers      pictures of plfconvert in a browser and a drawing program, which are large to install
 #   ./test.sh release    a release and the benchmarks, with warnings as errors, installed into a folder and tried
-#   ./test.sh all        these five
+#   ./test.sh all        these six
 #   ./test.sh fuzz SECONDS [TARGET...]
 #                        each fuzz target, or the named ones, for SECONDS; two at a time
 #
@@ -63,6 +64,7 @@ lint)
   [[ $PLOTVW_LINT != quick ]] || selection=(--label-exclude tidy)
   build_and_test dev lint "${lint_packages[@]}"
   ;;
+peers) build_and_test dev peers "${peers_packages[@]}" ;;
 release) build_and_install ;;
 fuzz) build_and_fuzz "${@:2}" ;;
 all)
@@ -70,10 +72,11 @@ all)
   "$0" asan
   "$0" tsan
   "$0" lint
+  "$0" peers
   "$0" release
   ;;
 *)
-  echo 'usage: ./test.sh [asan|tsan|lint [changed|quick]|release|all|fuzz SECONDS [TARGET...]]' >&2
+  echo 'usage: ./test.sh [asan|tsan|lint [changed|quick]|peers|release|all|fuzz SECONDS [TARGET...]]' >&2
   exit 2
   ;;
 esac

@@ -3,7 +3,8 @@
 # SPDX-FileCopyrightText: 2026 plotvw contributors
 #
 # Convert many small graphs and a hundred large ones, each folder in one call, and compare with tek2plot on the same
-# streams.
+# streams. Then the vector files of a large graph of each kind: how large they are, and how long others take to read
+# them.
 #
 #   convert.sh PLFCONVERT DIR [SMALL [VECTORS]]
 #
@@ -13,7 +14,7 @@
 # one stream in a call, so that its measured share of the time includes its start; it gets 200 of the small streams and
 # both large ones. Files and megabytes are counted per second of processor time, which depends least on the machine's
 # other work.
-# Debian packages: plotutils, python3, time.
+# Debian packages: librsvg2-bin, plotutils, poppler-utils, python3, time.
 set -euo pipefail
 export LC_ALL=C
 
@@ -25,7 +26,7 @@ vectors=${4:-1000000}
 readonly large=100 sample=200
 
 here=$(cd -- "$(dirname -- "${BASH_SOURCE[0]}")" && pwd)
-for program in tek2plot python3 /usr/bin/time; do
+for program in tek2plot python3 pdftocairo rsvg-convert /usr/bin/time; do
   if ! command -v "$program" >/dev/null; then
     echo "convert.sh: $program is missing, see the package list at the top of this script" >&2
     exit 1
@@ -81,6 +82,23 @@ tek2plot_streams() {
   rm -f -- "$folder/picture"
 }
 
+# Render the vector file of a format.
+read_svg() { timed rsvg-convert --output "$folder/rendered.png" "$1"; }
+read_pdf() { timed pdftocairo -png -singlefile "$1" "$folder/rendered"; }
+
+# vector_file NAME FORMAT: one line of the second table.
+vector_file() {
+  local picture=$folder/picture.$2 making
+  timed "$convert" --quiet "$folder/streams/$1.plf" "$picture"
+  making=$(<"$folder/times")
+  "read_$2" "$picture"
+  printf '%s %s\n' "$making" "$(<"$folder/times")" |
+    awk -v name="$1 $2" -v bytes="$(stat --format %s "$picture")" '{
+      printf "%-28s %8.1f %8.2f %8.1f %8.2f %8.1f\n", name, bytes/1e6, $2 + $3, $4/1024, $6 + $7, $8/1024
+    }'
+  rm -f -- "$picture" "$folder/rendered.png"
+}
+
 mkdir -p -- "$folder"
 make_graphs
 printf '%-28s %7s %8s %8s %10s %8s %8s\n' '' files 'wall, s' 'cpu, s' 'files/cpu' 'MB/cpu' 'peak, MB'
@@ -96,4 +114,10 @@ for format in png eps; do
 done
 for format in png ps; do
   tek2plot_streams large "$format" "$folder/streams/walk.tek" "$folder/streams/surface.tek"
+done
+printf '\n%-28s %8s %8s %8s %8s %8s\n' 'vector files' 'MB' 'made, s' 'peak, MB' 'read, s' 'peak, MB'
+for name in walk surface; do
+  for format in svg pdf; do
+    vector_file "$name" "$format"
+  done
 done

@@ -5,17 +5,19 @@
 # The Debian 12 packages that the project needs, by purpose, and functions to install them. Sourced by scripts.
 
 # To build the program, and a font for texts.
-build_packages=(cmake fonts-dejavu-core g++ libgl-dev ninja-build qt6-base-dev qt6-svg-dev)
+build_packages=(cmake fonts-dejavu-core g++ libgl-dev ninja-build qt6-base-dev)
 # Additionally, for a desktop without an X server.
 wayland_packages=(qt6-wayland)
-# To build and run the tests: readers of PostScript and PDF, a print server, locales, an X server with a window manager
+# To build and run the tests: readers of PostScript, PDF and SVG, a print server, locales, an X server with a window manager
 # and simulated input, a Wayland compositor, and desktop tools for file types.
 test_packages=(binutils cups-client cups-daemon desktop-file-utils file ghostscript libglib2.0-bin locales openbox
-  librsvg2-bin poppler-utils qt6-wayland shared-mime-info weston x11-utils xdotool xvfb)
+  librsvg2-bin poppler-utils qt6-svg-dev qt6-wayland shared-mime-info weston x11-utils xdotool xvfb)
+# To try the converter's pictures in large programs of others.
+peers_packages=(chromium inkscape)
 # To build with sanitizers, with function names in their reports.
 sanitizer_packages=(clang libclang-rt-14-dev llvm)
 # To measure the program, on a screen, and another one for comparison.
-bench_packages=(libbenchmark-dev openbox plotutils python3 time xvfb)
+bench_packages=(libbenchmark-dev librsvg2-bin openbox plotutils poppler-utils python3 time xvfb)
 # To check the sources, the manual pages, the completions, the files for desktops and the package.
 lint_packages=(appstream clang-format-14 clang-tidy-14 desktop-file-utils file fish libxml2-utils
   mandoc python3 shared-mime-info shellcheck zsh)
