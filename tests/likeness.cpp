@@ -19,10 +19,15 @@ int Difference(QRgb a, QRgb b)
                      std::abs(qBlue(a) - qBlue(b))});
 }
 
+const QRgb* Row(const QImage& picture, int y)
+{
+    return reinterpret_cast<const QRgb*>(picture.constScanLine(y));
+}
+
 bool IsNear(const QImage& picture, int x, int y, QRgb color, int tolerance)
 {
     for (int row = std::max(y - 1, 0); row <= std::min(y + 1, picture.height() - 1); ++row) {
-        const auto* pixels = reinterpret_cast<const QRgb*>(picture.constScanLine(row));
+        const QRgb* pixels = Row(picture, row);
         for (int column = std::max(x - 1, 0); column <= std::min(x + 1, picture.width() - 1);
              ++column) {
             if (Difference(pixels[column], color) <= tolerance)
@@ -38,8 +43,12 @@ double Strays(const QImage& picture, const QImage& other, int tolerance)
 {
     int strays = 0;
     for (int y = 0; y < picture.height(); ++y) {
-        for (int x = 0; x < picture.width(); ++x)
-            strays += IsNear(other, x, y, picture.pixel(x, y), tolerance) ? 0 : 1;
+        const QRgb* pixels = Row(picture, y);
+        const QRgb* others = Row(other, y);
+        for (int x = 0; x < picture.width(); ++x) {
+            if (pixels[x] != others[x] && !IsNear(other, x, y, pixels[x], tolerance))
+                ++strays;
+        }
     }
     return strays / (1.0 * picture.width() * picture.height());
 }

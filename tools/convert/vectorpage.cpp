@@ -4,7 +4,6 @@
 
 #include "tools/convert/picturesize.h"
 
-#include <QFontMetricsF>
 #include <QGuiApplication>
 
 #include <algorithm>
@@ -38,10 +37,9 @@ QFont TextFont()
 
 bool MayTouch(const PlfPass& pass, const QFont& font, const QString& text, PlfPoint at)
 {
-    const QFontMetricsF metrics(font);
-    const QRectF box = metrics.boundingRect(text).translated(at.x, at.y);
-    const double height = metrics.height();
-    return AreaOf(pass).intersects(box.adjusted(-height, -height, height + box.width(), height));
+    const double em = font.pixelSize();
+    const double length = em * static_cast<double>(text.size());
+    return AreaOf(pass).intersects(QRectF(at.x - em, at.y - 2 * em, length + 2 * em, 4 * em));
 }
 
 QTransform ToPage(const PlfPass& pass, const VectorPage& page)

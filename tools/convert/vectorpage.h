@@ -27,7 +27,7 @@ QRectF AreaOf(const PlfPass& pass);
 /// The font of texts; its size is in drawing units.
 QFont TextFont();
 /// Whether a text with that font may touch the area of a pass, also when a reader replaces the font
-/// by a wider one.
+/// by one that is wider: few letters are wider than a font is high.
 bool MayTouch(const PlfPass& pass, const QFont& font, const QString& text, PlfPoint at);
 /// From drawing units to the pixels of a page that shows the area of a pass.
 QTransform ToPage(const PlfPass& pass, const VectorPage& page);
