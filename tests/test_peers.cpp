@@ -65,14 +65,13 @@ void TestPeers::chromium_showsThePng()
     QFETCH(QString, sample);
     MakePictures(sample);
     // Its sandbox does not work for root.
-    RunTool(Text("chromium"),
-            {Text("--headless"), Text("--no-sandbox"), Text("--disable-gpu"),
-             Text("--hide-scrollbars"), Text("--force-device-scale-factor=1"),
-             Text("--user-data-dir=") + Path("profile"), Text("--screenshot=") + Path("shot.png"),
-             QStringLiteral("--window-size=%1,%2")
-                 .arg(kDefaultSize.width())
-                 .arg(kDefaultSize.height()),
-             Text("file://") + Path("a.svg")});
+    RunTool(
+        Text("chromium"),
+        {Text("--headless"), Text("--no-sandbox"), Text("--disable-gpu"), Text("--hide-scrollbars"),
+         Text("--force-device-scale-factor=1"), Text("--user-data-dir=") + Path("profile"),
+         Text("--screenshot=") + Path("shot.png"),
+         QStringLiteral("--window-size=%1,%2").arg(kDefaultSize.width()).arg(kDefaultSize.height()),
+         Text("file://") + Path("a.svg")});
     QVERIFY(LookAlike(Loaded(Path("a.png")), Loaded(Path("shot.png")), kEdgeTolerance));
 }
 
