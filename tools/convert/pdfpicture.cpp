@@ -121,6 +121,8 @@ QString WritePdf(const PlfPass& pass, const VectorPage& page, QIODevice* output,
     if (!painter.begin(&writer))
         return QStringLiteral("cannot start drawing");
     painter.setTransform(ToQtPage(pass, page, writer));
+    if (page.place.size() != page.size)
+        painter.setClipRect(AreaOf(pass));
     painter.setFont(TextFont());
     if (pass.fillsBackground)
         painter.fillRect(AreaOf(pass), PaletteColor(pass.Background()));

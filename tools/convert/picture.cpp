@@ -158,7 +158,8 @@ QString DrawImage(const PlfBytes& graph, const PictureSettings& settings, QIODev
 
 VectorPage PageOf(const PictureSettings& settings, const QString& title)
 {
-    return {PictureSize(settings), Dpi(settings), title};
+    const QSize size = PictureSize(settings);
+    return {size, Dpi(settings), title, QRect(QPoint(), size)};
 }
 
 // Its texts are texts, whose fonts are the reader's to find.

@@ -157,7 +157,9 @@ void StartPicture(const VectorPage& page, QXmlStreamWriter* xml)
 void WriteBackground(const PlfPass& pass, const VectorPage& page, QXmlStreamWriter* xml)
 {
     xml->writeEmptyElement(Name("rect"));
-    WriteSize(page.size, 1.0, xml);
+    xml->writeAttribute(Name("x"), Number(page.place.left()));
+    xml->writeAttribute(Name("y"), Number(page.place.top()));
+    WriteSize(page.place.size(), 1.0, xml);
     xml->writeAttribute(Name("fill"), PaletteColor(pass.Background()).name());
 }
 
@@ -169,6 +171,21 @@ QString Families(const QFont& font)
     const bool isReal =
         !family.isEmpty() && family.compare(u"Sans Serif", Qt::CaseInsensitive) != 0;
     return isReal ? QStringLiteral("'%1', sans-serif").arg(family) : QStringLiteral("sans-serif");
+}
+
+// A picture in the picture, whose edges hide what is beyond them.
+void StartPlace(const VectorPage& page, QXmlStreamWriter* xml)
+{
+    const QRectF& place = page.place;
+    if (place.size() == page.size)
+        return;
+    xml->writeStartElement(Name("svg"));
+    xml->writeAttribute(Name("x"), Number(place.left()));
+    xml->writeAttribute(Name("y"), Number(place.top()));
+    WriteSize(place.size(), 1.0, xml);
+    xml->writeAttribute(Name("viewBox"), QStringLiteral("%1 %2 %3 %4")
+                                             .arg(Number(place.left()), Number(place.top()),
+                                                  Number(place.width()), Number(place.height())));
 }
 
 // What all lines and texts have in common.
@@ -197,6 +214,7 @@ PlfResult WriteSvg(const PlfPass& pass, const VectorPage& page, QIODevice* outpu
     StartPicture(page, &xml);
     if (pass.fillsBackground)
         WriteBackground(pass, page, &xml);
+    StartPlace(page, &xml);
     StartGraph(pass, page, &xml);
     SvgTarget target(pass, xml);
     const PlfResult result = DrawJoined(pass, page, target);

@@ -46,13 +46,14 @@ QTransform ToPage(const PlfPass& pass, const VectorPage& page)
 {
     const QRectF area = AreaOf(pass);
     return QTransform::fromTranslate(-area.left(), -area.top()) *
-           QTransform::fromScale(page.size.width() / area.width(),
-                                 page.size.height() / area.height());
+           QTransform::fromScale(page.place.width() / area.width(),
+                                 page.place.height() / area.height()) *
+           QTransform::fromTranslate(page.place.left(), page.place.top());
 }
 
 PlfResult DrawJoined(const PlfPass& pass, const VectorPage& page, PolylineTarget& target)
 {
-    const double pixel = AreaOf(pass).width() / page.size.width();
+    const double pixel = AreaOf(pass).width() / page.place.width();
     return JoinLines(pass, target, kMostMissing * pixel);
 }
 

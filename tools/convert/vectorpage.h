@@ -20,6 +20,7 @@ struct VectorPage {
     QSizeF size;   // pixels
     int dpi = 0;   // pixels per inch
     QString title; // the graph's name
+    QRectF place;  // of the graph, pixels; nothing is drawn on the rest of the page
 };
 
 /// The area of a pass, in drawing units.
