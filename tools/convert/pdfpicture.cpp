@@ -4,6 +4,7 @@
 
 #include "meta/palette.h"
 #include "tools/convert/pdfhead.h"
+#include "tools/convert/picturesize.h"
 
 #include <QPageSize>
 #include <QPainter>
@@ -17,7 +18,6 @@ namespace convert {
 
 namespace {
 
-constexpr double kPointsPerInch = 72.0;
 // Points after which a path is written. The effort of some readers grows faster than the length of
 // a path.
 constexpr int kMostPoints = 1024;

@@ -158,8 +158,8 @@ QString DrawImage(const PlfBytes& graph, const PictureSettings& settings, QIODev
 
 VectorPage PageOf(const PictureSettings& settings, const QString& title)
 {
-    const QSize size = PictureSize(settings);
-    return {size, Dpi(settings), title, QRect(QPoint(), size)};
+    const int dpi = Dpi(settings);
+    return {PaperSize(settings) * (dpi / kPointsPerInch), dpi, title, GraphPlace(settings)};
 }
 
 // Its texts are texts, whose fonts are the reader's to find.

@@ -13,7 +13,6 @@ namespace convert {
 
 namespace {
 
-constexpr double kPointsPerInch = 72.0;
 // Pixels that may be missing at a corner where two lines are joined. Lines of one pixel then are
 // joined at right angles and at all that are blunter.
 constexpr double kMostMissing = 0.25;
