@@ -243,7 +243,7 @@ void TestVectorFiles::areas_lookLikeThePng_data()
 {
     QTest::addColumn<QString>("options");
     for (const char* options : {"--area 1000,500,3000,1500", "--area 2300,1000,3300,2500",
-                                "--area 1200,2500,1300,2600", "--size 300x500"})
+                                "--area 1200,2500,1300,2600", "--size 300x500 --line-scale 1"})
         QTest::newRow(options) << Text(options);
 }
 
