@@ -27,6 +27,7 @@ static_assert(std::size(gBkClrEsc) == kPaletteSize);
 const char kCannotOpenGraph[] = "Error opening file.";
 const char kNotAGraph[] = "File is not a recognized PLF graphic format.";
 const char kNoBytes[] = "is empty";
+const char kNoMemory[] = "not enough memory";
 
 namespace {
 
@@ -77,10 +78,15 @@ void PlfGraph::ClearTail()
     memset(block.get() + size, 0, kPlfTailSize);
 }
 
+bool PlfGraph::HasHeader() const
+{
+    return memcmp(block.get(), gszPlfhdr, kPlfHeaderSize) == 0;
+}
+
 // For a graph shorter than the header, the zero bytes differ from it.
 PlfGraph PlfGraph::Checked(PlfGraph graph, const char** problem)
 {
-    if (memcmp(graph.block.get(), gszPlfhdr, kPlfHeaderSize) == 0)
+    if (graph.HasHeader())
         return graph;
     *problem = kNotAGraph;
     return {};
@@ -112,24 +118,33 @@ PlfGraph PlfGraph::FromFile(const char* path, const char** problem, unsigned lon
     return {};
 }
 
-bool PlfGraph::ReadAll(int descriptor)
+// Reads until there are so many bytes.
+PlfGraph::Filled PlfGraph::Fill(const Reader& read, size_t capacity)
 {
-    size_t capacity = size_t{64} * 1024;
-    ssize_t count = 1;
-    while (count > 0 && Grow(capacity)) {
-        while (size < capacity &&
-               (count = read(descriptor, block.get() + size, capacity - size)) > 0)
-            size += static_cast<size_t>(count);
-        capacity *= 2;
+    if (!Grow(capacity))
+        return Filled::kNoMemory;
+    while (size < capacity) {
+        const ssize_t count = read(block.get() + size, capacity - size);
+        if (count <= 0)
+            return count == 0 ? Filled::kAtEnd : Filled::kFailed;
+        size += static_cast<size_t>(count);
     }
-    return count == 0;
+    return Filled::kFull;
 }
 
-PlfGraph PlfGraph::FromStream(int descriptor, const char** problem)
+// There is memory for the rest only after a look at the header. One byte more than there will be
+// finds the end.
+PlfGraph PlfGraph::FromReader(const Reader& read, size_t expected, const char** problem)
 {
+    constexpr size_t kFirstBlock = size_t{64} * 1024;
     PlfGraph graph;
-    if (!graph.ReadAll(descriptor)) {
-        *problem = strerror(errno);
+    Filled filled = graph.Fill(read, kPlfHeaderSize);
+    const bool isOther = filled == Filled::kFull && !graph.HasHeader();
+    for (size_t capacity = std::max(expected + 1, kFirstBlock); filled == Filled::kFull && !isOther;
+         capacity *= 2)
+        filled = graph.Fill(read, capacity);
+    if (filled == Filled::kNoMemory || filled == Filled::kFailed) {
+        *problem = filled == Filled::kNoMemory ? kNoMemory : nullptr;
         return {};
     }
     if (graph.size == 0) {
@@ -138,6 +153,18 @@ PlfGraph PlfGraph::FromStream(int descriptor, const char** problem)
     }
     graph.ClearTail();
     return Checked(std::move(graph), problem);
+}
+
+PlfGraph PlfGraph::FromStream(int descriptor, const char** problem)
+{
+    const auto readStream = [descriptor](char* block, size_t size) {
+        return read(descriptor, block, size);
+    };
+    const char* reason = nullptr;
+    PlfGraph graph = FromReader(readStream, 0, &reason);
+    if (!graph.IsLoaded())
+        *problem = reason == nullptr ? strerror(errno) : reason;
+    return graph;
 }
 
 const char* FindPlfBackGround(const PlfBytes& graph)

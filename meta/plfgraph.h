@@ -7,8 +7,11 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdlib>
+#include <functional>
 #include <memory>
 #include <string_view>
+
+#include <sys/types.h>
 
 /// Bytes of the header that every graph begins with.
 constexpr size_t kPlfHeaderSize = 16;
@@ -59,6 +62,13 @@ public:
     /// Reads a stream, such as a pipe, up to its end.
     /// @param problem  as above, or the system's message about a failed read
     static PlfGraph FromStream(int descriptor, const char** problem);
+    /// Fills a block of that many bytes; returns how many it has filled, 0 at the end of the data,
+    /// or -1 after a failure.
+    using Reader = std::function<ssize_t(char* block, size_t size)>;
+    /// Reads what a function delivers, and stops after the header if it is another one.
+    /// @param expected  how many bytes there will most likely be; 0 = nobody knows
+    /// @param problem   as above, kNoMemory, or null where the function failed
+    static PlfGraph FromReader(const Reader& read, size_t expected, const char** problem);
 
     [[nodiscard]] bool IsLoaded() const { return block != nullptr; }
     [[nodiscard]] PlfBytes Bytes() const { return {block.get(), size}; }
@@ -70,9 +80,12 @@ private:
         void operator()(char* bytes) const { free(bytes); }
     };
 
+    enum class Filled { kFull, kAtEnd, kFailed, kNoMemory };
+
     static PlfGraph Allocate(size_t size);
     bool Grow(size_t capacity);
-    bool ReadAll(int descriptor);
+    Filled Fill(const Reader& read, size_t capacity);
+    [[nodiscard]] bool HasHeader() const;
     void ClearTail();
     static PlfGraph Checked(PlfGraph graph, const char** problem);
 
@@ -80,10 +93,12 @@ private:
     size_t size = 0;
 };
 
-/// Messages of the loaders: the file cannot be read, is not a graph, or the stream is empty.
+/// Messages of the loaders: the file cannot be read, is not a graph, the stream is empty, or is
+/// larger than the memory.
 extern const char kCannotOpenGraph[];
 extern const char kNotAGraph[];
 extern const char kNoBytes[];
+extern const char kNoMemory[];
 
 /// The character that names the background: the one after the second "RA1" after
 /// kBackgroundScanStart. It may be the zero byte after the data.

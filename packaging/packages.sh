@@ -5,7 +5,7 @@
 # The Debian 12 packages that the project needs, by purpose, and functions to install them. Sourced by scripts.
 
 # To build the program, and a font for texts.
-build_packages=(cmake fonts-dejavu-core g++ libgl-dev ninja-build qt6-base-dev)
+build_packages=(cmake fonts-dejavu-core g++ libgl-dev libqpdf-dev ninja-build qt6-base-dev zlib1g-dev)
 # Additionally, for a desktop without an X server.
 wayland_packages=(qt6-wayland)
 # To build and run the tests: readers of PostScript, PDF and SVG, a print server, locales, an X server with a window manager

@@ -73,7 +73,8 @@ private slots:
     void error_namesFileAndReason_data();
     void error_namesFileAndReason();
     void wrongUsage_isCode2();
-    void platformThatIsMissing_isCode3();
+    void platformOfTheDesktop_isIgnored();
+    void graphsThatNoWorkerBegins_haveFailed();
     void help_tellsTheExitCodes();
     void graph_isNeverOverwritten_data();
     void graph_isNeverOverwritten();
@@ -96,6 +97,7 @@ private slots:
     void timeout_notReached_changesNothing();
     void memory_graphThatIsTooLarge_costsOnlyItself();
     void interruptedCall_leavesOnlyWholePictures();
+    void terminal_showsAProgressBar_data();
     void terminal_showsAProgressBar();
 
 private:
@@ -180,7 +182,7 @@ void TestConverting::error_namesFileAndReason_data()
     row("empty.plf a.png", "plfconvert: empty.plf: is empty\n");
     row("text.plf a.png", "plfconvert: text.plf: File is not a recognized PLF graphic format.\n");
     row(". a.png", "plfconvert: .: is a directory\n");
-    row("pipe a.png", "plfconvert: pipe: is not a regular file; use '-' to read from a pipe\n");
+    row("/dev/zero a.png", "plfconvert: /dev/zero: File is not a recognized PLF graphic format.\n");
     row("- a.png", "plfconvert: standard input: is empty\n");
     row("a.plf none/a.png", "plfconvert: a.plf: none/a.png: No such file or directory\n");
     row("a.plf folder.png", "plfconvert: a.plf: folder.png: Is a directory\n");
@@ -190,8 +192,7 @@ void TestConverting::error_namesFileAndReason_data()
     row("-f pdf a.plf /dev/full", "plfconvert: a.plf: /dev/full: No space left on device\n");
     row("-f eps a.plf /dev/full", "plfconvert: a.plf: /dev/full: No space left on device\n");
     row("-d text.plf/out a.plf", "plfconvert: a.plf: text.plf/out/a.png: Not a directory\n");
-    row("-d folder.png folder.png",
-        "plfconvert: folder.png: contains no file whose name ends in .plf\n");
+    row("-d folder.png folder.png", "plfconvert: folder.png: contains no graph\n");
     row("-d out none.plf", "plfconvert: none.plf: No such file or directory\n");
 }
 
@@ -202,7 +203,6 @@ void TestConverting::error_namesFileAndReason()
     Write(Path("empty.plf"), {});
     Write(Path("text.plf"), "This is no graph at all.\n");
     QVERIFY(QDir(folder->path()).mkdir(Text("folder.png")));
-    QCOMPARE(mkfifo(Path("pipe").toLocal8Bit().constData(), 0600), 0);
     const QStringList before = Entries();
     const Call call = Convert(arguments.split(u' '));
     QTEST(call.errors, "message");
@@ -219,14 +219,34 @@ void TestConverting::wrongUsage_isCode2()
     QVERIFY(!QFile::exists(Path("a.png")));
 }
 
-void TestConverting::platformThatIsMissing_isCode3()
+void TestConverting::platformOfTheDesktop_isIgnored()
 {
-    environment.insert(Text("QT_QPA_PLATFORM"), Text("none such"));
+    Write(Path("a.plf"), Sample(Text("tour.plf")));
+    ConvertWell("a.plf a.png");
+    for (const char* platform : {"xcb", "wayland", "none such"}) {
+        environment.insert(Text("QT_QPA_PLATFORM"), Text(platform));
+        environment.insert(Text("QT_QPA_PLATFORMTHEME"), Text("gtk3"));
+        ConvertWell("a.plf b.png");
+        QCOMPARE(ReadFile(Path("b.png")), ReadFile(Path("a.png")));
+    }
+}
+
+// With as few descriptors there is no pipe to a worker.
+void TestConverting::graphsThatNoWorkerBegins_haveFailed()
+{
     Write(Path("a.plf"), SmallGraph());
-    const Call call = Convert("a.plf a.png");
+    Write(Path("b.plf"), SmallGraph());
+    QProcess shell;
+    shell.setWorkingDirectory(folder->path());
+    shell.setProcessEnvironment(environment);
+    shell.start(Text("bash"),
+                {Text("-c"), Text("ulimit -n 6; exec \"$0\" -d . --report-file r a.plf b.plf"),
+                 Text(PLFCONVERT_PROGRAM)});
+    const Call call = Finish(&shell);
+    QCOMPARE(call.errors, QByteArray("plfconvert: cannot start any worker process\n"));
+    QCOMPARE(call.output, QByteArray("2 files: 0 converted, 2 failed\n"));
     QCOMPARE(call.code, 3);
-    QVERIFY2(call.errors.endsWith("plfconvert: cannot start any worker process\n"),
-             call.errors.constData());
+    QCOMPARE(ReadFile(Path("r")).count("cannot start any worker process"), 2);
     QVERIFY(!QFile::exists(Path("a.png")));
 }
 
@@ -531,27 +551,52 @@ void TestConverting::interruptedCall_leavesOnlyWholePictures()
     process.terminate();
     QVERIFY(process.waitForFinished(kTimeout));
     QCOMPARE(process.exitStatus(), QProcess::CrashExit); // by the signal, for a script to see
+    const QByteArray count = process.readAllStandardOutput();
+    const auto said = QRegularExpression(Text("^interrupted after (\\d+) of 1000 files: "
+                                              "\\1 converted, 0 failed\n$"))
+                          .match(Text(count));
+    QVERIFY2(said.hasMatch(), count.constData());
     const QStringList pictures = QDir(Path("out")).entryList(kEverything);
     QVERIFY(pictures.size() < 1000);
+    // A worker may have finished one more that nobody has heard of.
+    QVERIFY(pictures.size() >= said.captured(1).toInt());
     for (const QString& picture : pictures) {
         QVERIFY2(!picture.startsWith(u'.'), qPrintable(picture));
         QCOMPARE(QImage(Path(Text("out/") + picture)).size(), kDefaultSize);
     }
 }
 
+void TestConverting::terminal_showsAProgressBar_data()
+{
+    QTest::addColumn<QString>("kind");
+    QTest::addColumn<int>("columns");
+    QTest::addColumn<bool>("isShown");
+    QTest::newRow("wide") << Text("xterm") << 120 << true;
+    QTest::newRow("narrow") << Text("vt100") << 30 << true;
+    QTest::newRow("that cannot take a line back") << Text("dumb") << 80 << false;
+    QTest::newRow("unknown") << QString() << 80 << false;
+}
+
 // The program "script" gives it a terminal.
 void TestConverting::terminal_showsAProgressBar()
 {
+    QFETCH(QString, kind);
+    QFETCH(int, columns);
     for (int i = 0; i < 20; ++i)
         Write(Path(QStringLiteral("%1.plf").arg(i)), SmallGraph());
+    environment.insert(Text("TERM"), kind);
     QProcess script;
     script.setWorkingDirectory(folder->path());
     script.setProcessEnvironment(environment);
-    script.start(Text("script"),
-                 {Text("-qec"), Text(PLFCONVERT_PROGRAM " -d out ."), Text("/dev/null")});
+    const QString command =
+        QStringLiteral("stty columns %1; " PLFCONVERT_PROGRAM " -d out .").arg(columns);
+    script.start(Text("script"), {Text("-qec"), command, Text("/dev/null")});
     const Call call = Finish(&script);
     QCOMPARE(call.code, 0);
-    QVERIFY2(call.output.contains("/20 "), call.output.constData());
+    QTEST(call.output.contains("/20 "), "isShown");
+    QTEST(call.output.contains("\033["), "isShown");
+    for (const QByteArray& line : call.output.split('\r'))
+        QVERIFY2(line.indexOf("\033[K") < columns, line.constData());
     QVERIFY2(call.output.contains("20 files: 20 converted, 0 failed"), call.output.constData());
     QVERIFY(!Convert("-d out .").errors.contains('#'));
 }

@@ -61,7 +61,9 @@ QString BaseName(const QString& name)
 {
     if (name == QLatin1StringView(kStandardStream))
         return QStringLiteral("stdin");
-    const QString file = name.sliced(name.lastIndexOf(u'/') + 1);
+    QString file = name.sliced(name.lastIndexOf(u'/') + 1);
+    if (file.endsWith(QLatin1StringView(kPackedExtension), Qt::CaseInsensitive))
+        file.chop(static_cast<qsizetype>(sizeof kPackedExtension) - 1);
     const qsizetype dot = file.lastIndexOf(u'.');
     return dot > 0 ? file.left(dot) : file;
 }

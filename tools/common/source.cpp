@@ -2,11 +2,16 @@
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 #include "tools/common/source.h"
 
+#include "support/descriptor.h"
 #include "tools/common/filename.h"
+#include "tools/common/gunzip.h"
 
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <array>
 #include <cerrno>
 #include <cstring>
 
@@ -19,43 +24,77 @@ QString SystemReason()
     return QString::fromLocal8Bit(strerror(errno));
 }
 
-// What the loader would refuse without saying more than that it did.
-QString FileProblem(const char* name)
+// What a descriptor delivers, of which the first bytes can be looked at before.
+class Input
+{
+public:
+    explicit Input(int inputDescriptor) : descriptor(inputDescriptor) {}
+
+    // Whether the data begins as gzip's does. A failure is for Read to meet again.
+    bool IsPacked()
+    {
+        while (ahead < start.size()) {
+            const ssize_t count = read(descriptor, start.data() + ahead, start.size() - ahead);
+            if (count <= 0)
+                return false;
+            ahead += static_cast<size_t>(count);
+        }
+        return IsGzip(start.data());
+    }
+
+    ssize_t Read(char* block, size_t size)
+    {
+        if (taken == ahead)
+            return read(descriptor, block, size);
+        const size_t count = std::min(size, ahead - taken);
+        memcpy(block, start.data() + taken, count);
+        taken += count;
+        return static_cast<ssize_t>(count);
+    }
+
+private:
+    int descriptor;
+    std::array<char, kGzipMagicSize> start = {};
+    size_t ahead = 0; // bytes of it that were read
+    size_t taken = 0; // and handed on
+};
+
+QString LoadPacked(Input* input, PlfGraph* graph)
+{
+    Gunzip gunzip([input](char* block, size_t size) { return input->Read(block, size); });
+    const char* reason = nullptr;
+    *graph = PlfGraph::FromReader(
+        [&gunzip](char* block, size_t size) { return gunzip.Read(block, size); }, 0, &reason);
+    if (graph->IsLoaded() || reason != nullptr)
+        return QString::fromLatin1(reason);
+    return gunzip.Problem().isEmpty() ? SystemReason() : gunzip.Problem();
+}
+
+QString LoadDescriptor(int descriptor, PlfGraph* graph)
 {
     struct stat info = {};
-    if (stat(name, &info) != 0)
+    if (fstat(descriptor, &info) != 0)
         return SystemReason();
     if (S_ISDIR(info.st_mode))
         return QStringLiteral("is a directory");
-    if (!S_ISREG(info.st_mode))
-        return QStringLiteral("is not a regular file; use '-' to read from a pipe");
-    if (access(name, R_OK) != 0)
-        return SystemReason();
-    return info.st_size == 0 ? QString::fromLatin1(kNoBytes) : QString();
-}
-
-QString LoadFile(const QByteArray& name, PlfGraph* graph)
-{
-    QString problem = FileProblem(name.constData());
-    if (!problem.isEmpty())
-        return problem;
+    Input input(descriptor);
+    if (input.IsPacked())
+        return LoadPacked(&input, graph);
+    const auto expected = S_ISREG(info.st_mode) ? static_cast<size_t>(info.st_size) : 0;
     const char* reason = nullptr;
-    *graph = PlfGraph::FromFile(name.constData(), &reason);
-    return QString::fromLatin1(reason);
-}
-
-QString LoadStandardInput(PlfGraph* graph)
-{
-    const char* reason = nullptr;
-    *graph = PlfGraph::FromStream(STDIN_FILENO, &reason);
-    return QString::fromLocal8Bit(reason);
+    *graph = PlfGraph::FromReader(
+        [&input](char* block, size_t size) { return input.Read(block, size); }, expected, &reason);
+    return graph->IsLoaded() || reason != nullptr ? QString::fromLatin1(reason) : SystemReason();
 }
 
 } // namespace
 
 QString LoadGraph(const QByteArray& name, PlfGraph* graph)
 {
-    return name == kStandardStream ? LoadStandardInput(graph) : LoadFile(name, graph);
+    if (name == kStandardStream)
+        return LoadDescriptor(STDIN_FILENO, graph);
+    const Fd file(open(name.constData(), O_RDONLY | O_CLOEXEC | O_NOCTTY));
+    return file.IsOpen() ? LoadDescriptor(file.Get(), graph) : SystemReason();
 }
 
 } // namespace tools

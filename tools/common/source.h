@@ -11,7 +11,8 @@
 
 namespace tools {
 
-/// Loads a graph.
+/// Loads a graph, also a packed one or one from a pipe. What is no graph is refused after its first
+/// bytes, whatever its size.
 /// @param name   local name, or kStandardStream for what the standard input holds up to its end
 /// @param graph  receives it
 /// @return empty, or why it was not loaded

@@ -3,20 +3,19 @@
 #include "tools/convert/convert.h"
 
 #include "meta/plfgraph.h"
-#include "support/files.h"
 #include "support/visible.h"
 #include "tools/common/filename.h"
 #include "tools/common/source.h"
+#include "tools/convert/graphfile.h"
 #include "tools/convert/output.h"
 #include "tools/convert/picture.h"
 
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <cstdio>
-#include <cstring>
 #include <filesystem>
 #include <system_error>
+#include <utility>
 
 namespace convert {
 
@@ -35,15 +34,19 @@ bool IsSameFile(const QByteArray& a, const QByteArray& b)
            first.st_dev == second.st_dev && first.st_ino == second.st_ino;
 }
 
-// Whoever names a graph as the output has most likely left one out.
-bool IsGraph(const QByteArray& name)
+// Of the same age counts as older: it may be of the moment before the last change.
+bool IsNewer(const QByteArray& output, const QByteArray& input)
 {
-    const FilePtr file(OpenForReading(name.constData()));
-    char start[kPlfHeaderSize] = "";
-    return file != nullptr && fread(start, sizeof start, 1, file.get()) == 1 &&
-           memcmp(start, gszPlfhdr, sizeof start) == 0;
+    struct stat newer = {};
+    struct stat older = {};
+    const auto time = [](const struct stat& file) {
+        return std::pair(file.st_mtim.tv_sec, file.st_mtim.tv_nsec);
+    };
+    return stat(output.constData(), &newer) == 0 && stat(input.constData(), &older) == 0 &&
+           S_ISREG(older.st_mode) && time(newer) > time(older);
 }
 
+// Whoever names a graph as the output has most likely left one out.
 QString OutputProblem(const Job& job)
 {
     if (job.output == tools::kStandardStream)
@@ -56,10 +59,16 @@ QString OutputProblem(const Job& job)
     return {};
 }
 
-bool IsThere(const QByteArray& name)
+// Why there is nothing to do; empty when there is.
+QString SkipReason(const Job& job, const OutputRules& rules)
 {
-    struct stat info = {};
-    return name != tools::kStandardStream && lstat(name.constData(), &info) == 0;
+    struct stat output = {};
+    if (job.output == tools::kStandardStream || lstat(job.output.constData(), &output) != 0)
+        return {};
+    if (rules.keepExisting)
+        return QStringLiteral("output exists");
+    return rules.onlyNewer && IsNewer(job.output, job.input) ? QStringLiteral("output is newer")
+                                                             : QString();
 }
 
 // Another worker may create the same directory at the same time, which is no failure.
@@ -87,44 +96,103 @@ QString TitleOf(const QByteArray& input)
     return QString::fromUtf8(VisibleName(input.sliced(input.lastIndexOf('/') + 1)));
 }
 
-QString WritePicture(const PlfGraph& graph, const Job& job, int number,
-                     const PictureSettings& settings, const OutputRules& rules)
+// The kinds that count, without those that whole graphs may have.
+PlfDamageMap LossesOf(const PlfGraph& graph)
 {
-    Output output(job.output, Token(rules, number));
-    QString problem = output.Open();
-    if (!problem.isEmpty())
-        return About(job, problem);
-    problem = DrawPicture(graph.Bytes(), job.format, settings, TitleOf(job.input), &output);
+    PlfDamageMap losses = FindDamage(graph.Bytes());
+    std::erase_if(losses, [](const auto& noted) { return !IsLoss(noted.first); });
+    return losses;
+}
+
+// The conversion of one graph, step by step; each step returns what is wrong.
+class Conversion
+{
+public:
+    Conversion(const Job& askedJob, int number, const PictureSettings& pictureSettings,
+               const OutputRules& outputRules)
+        : job(askedJob), token(Token(outputRules, number)), settings(pictureSettings),
+          rules(outputRules)
+    {
+    }
+
+    QString Run();
+    [[nodiscard]] const PlfDamageMap& Damage() const { return damage; }
+    [[nodiscard]] qint64 Bytes() const { return bytes; }
+
+private:
+    QString Load();
+    QString PrepareFolder() const;
+    QString Write();
+
+    const Job& job;
+    QByteArray token;
+    const PictureSettings& settings;
+    const OutputRules& rules;
+    PlfGraph graph;
+    PlfDamageMap damage;
+    qint64 bytes = 0;
+};
+
+QString Conversion::Run()
+{
+    QString problem = OutputProblem(job);
     if (problem.isEmpty())
-        problem = output.Commit(rules.keepExisting);
+        problem = Load();
+    if (problem.isEmpty())
+        problem = PrepareFolder();
+    return problem.isEmpty() ? Write() : problem;
+}
+
+QString Conversion::Load()
+{
+    const QString problem = tools::LoadGraph(job.input, &graph);
+    if (!problem.isEmpty())
+        return problem;
+    damage = LossesOf(graph);
+    return rules.strict && !damage.empty() ? DamageText(damage) : QString();
+}
+
+QString Conversion::PrepareFolder() const
+{
+    const QString problem = rules.makeFolders ? MakeFolder(job.output) : QString();
     return problem.isEmpty() ? problem : About(job, problem);
 }
 
-QString Run(const Job& job, int number, const PictureSettings& settings, const OutputRules& rules)
+QString Conversion::Write()
 {
-    PlfGraph graph;
-    QString problem = OutputProblem(job);
+    Output output(job.output, token);
+    QString problem = output.Open();
     if (problem.isEmpty())
-        problem = tools::LoadGraph(job.input, &graph);
-    if (problem.isEmpty() && rules.makeFolders) {
-        problem = MakeFolder(job.output);
-        if (!problem.isEmpty())
-            return About(job, problem);
-    }
-    return problem.isEmpty() ? WritePicture(graph, job, number, settings, rules) : problem;
+        problem = DrawPicture(graph.Bytes(), job.format, settings, TitleOf(job.input), &output);
+    if (problem.isEmpty())
+        problem = output.Commit(rules.keepExisting);
+    bytes = output.WrittenBytes();
+    return problem.isEmpty() ? problem : About(job, problem);
 }
 
 } // namespace
 
+QString DamageText(const PlfDamageMap& damage)
+{
+    QStringList kinds;
+    for (const auto& [kind, noted] : damage)
+        kinds += QStringLiteral("%1 at byte %2")
+                     .arg(QLatin1StringView(DamageWord(kind)))
+                     .arg(noted.offset);
+    return QStringLiteral("damaged: ") + kinds.join(QStringLiteral(", "));
+}
+
 Outcome Convert(const Job& job, int number, const PictureSettings& settings,
                 const OutputRules& rules)
 {
-    if (rules.keepExisting && IsThere(job.output))
-        return {Outcome::kSkipped, {}};
-    const QString problem = Run(job, number, settings, rules);
+    const QString skipped = SkipReason(job, rules);
+    if (!skipped.isEmpty())
+        return {Outcome::kSkipped, skipped};
+    Conversion conversion(job, number, settings, rules);
+    const QString problem = conversion.Run();
     if (problem.isEmpty())
-        return {Outcome::kConverted, {}};
-    return {Outcome::kFailed, problem};
+        return {Outcome::kConverted, {}, conversion.Damage(), conversion.Bytes()};
+    return {Outcome::kFailed, problem, conversion.Damage()};
 }
 
 void RemoveLeftovers(const Job& job, int number, const OutputRules& rules)

@@ -4,6 +4,7 @@
 // One conversion from the graph's file to the picture's.
 #pragma once
 
+#include "meta/damage.h"
 #include "tools/convert/job.h"
 #include "tools/convert/picturesettings.h"
 
@@ -16,12 +17,20 @@ namespace convert {
 struct Outcome {
     enum Kind : int { kConverted, kSkipped, kFailed };
     Kind kind = kFailed;
-    QString text; // lines: why it failed, or what is worth saying although it did not
+    QString text;             // lines: why it failed, or what is worth saying although it did not
+    PlfDamageMap damage = {}; // of the graph, only what counts as a loss
+    qint64 bytes = 0;         // of the picture
+    double seconds = 0;       // from the moment that a worker got the job
 };
+
+/// "damaged: no end mark at byte 5000", with every kind.
+QString DamageText(const PlfDamageMap& damage);
 
 /// How outputs are treated.
 struct OutputRules {
     bool keepExisting = false; // a job whose output exists is skipped
+    bool onlyNewer = false;    // a job whose output is newer than its input is skipped
+    bool strict = false;       // a damaged graph gets no picture
     bool makeFolders = false;  // missing directories of an output are created
     QByteArray token;          // makes the names of temporary files those of this call
 };

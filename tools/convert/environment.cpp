@@ -68,9 +68,11 @@ void LimitMemory(int megabytes)
     setrlimit(RLIMIT_DATA, &limit);
 }
 
+// Whatever a desktop asks of its programs: pictures need no display and no theme.
 std::shared_ptr<void> StartQt(char** argv)
 {
-    SetDefault("QT_QPA_PLATFORM", "offscreen");
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    qunsetenv("QT_QPA_PLATFORMTHEME");
     SetDefault("XDG_RUNTIME_DIR", "/dev/null"); // or Qt creates one in /tmp
     if (SourceDate())
         qputenv("TZ", "UTC"); // the same zone everywhere, too

@@ -16,6 +16,8 @@ std::optional<QString> PartOf(const NameParts& parts, const QString& placeholder
         return tools::BaseName(parts.input);
     if (placeholder == u"dir")
         return tools::FolderOf(parts.input);
+    if (placeholder == u"sub")
+        return parts.subfolder;
     if (placeholder == u"ext")
         return ExtensionOf(parts.format);
     if (placeholder == u"number") {
@@ -48,7 +50,7 @@ void ExpandBrace(const QString& pattern, qsizetype* at, const NameParts& parts, 
     const auto part = PartOf(parts, placeholder);
     if (!part) {
         result->problem =
-            QStringLiteral("unknown placeholder {%1}; use {name}, {dir}, {ext} or {number}")
+            QStringLiteral("unknown placeholder {%1}; use {name}, {dir}, {sub}, {ext} or {number}")
                 .arg(placeholder);
     }
     result->text += part.value_or(QString());

@@ -4,6 +4,7 @@
 
 #include "meta/pass.h"
 #include "meta/plfarea.h"
+#include "tools/common/filename.h"
 #include "tools/convert/namepattern.h"
 #include "tools/convert/picturesize.h"
 #include "tools/convert/values.h"
@@ -91,10 +92,19 @@ QString ReadLineScale(const OptionValues& values, Options* options)
                          &options->picture.lineScale);
 }
 
+QString NonEmpty(const OptionValues& values, const char* expected, QString* target)
+{
+    return values.Last().isEmpty() ? values.Wrong(Text(expected)) : values.Text(target);
+}
+
 QString ReadOutputFolder(const OptionValues& values, Options* options)
 {
-    return values.Last().isEmpty() ? values.Wrong(Text("a directory"))
-                                   : values.Text(&options->outputFolder);
+    return NonEmpty(values, "a directory", &options->outputFolder);
+}
+
+QString ReadReport(const OptionValues& values, Options* options)
+{
+    return values.Last() == u"json" ? values.Flag(&options->report) : values.Wrong(Text("json"));
 }
 
 QString ReadPattern(const OptionValues& values, Options* options)
@@ -115,9 +125,19 @@ std::vector<tools::OptionRow<Options>> Rows()
         {"d output-dir", "DIRECTORY", Text("Output directory, created if missing."),
          ReadOutputFolder},
         {"pattern", "PATTERN",
-         QStringLiteral("File name pattern, of {name}, {dir}, {ext} and {number}; default %1.")
+         QStringLiteral(
+             "File name pattern, of {name}, {dir}, {sub}, {ext} and {number}; default %1.")
              .arg(Text(kDefaultPattern)),
          ReadPattern},
+        {"r recursive", nullptr, Text("Search folders for graphs with all their subfolders."),
+         tools::ReadFlag<&Options::recursive>},
+        {"files-from", "FILE",
+         Text("Read names of graphs from FILE, one a line; - is the standard input."),
+         [](const OptionValues& values, Options* options) {
+             return NonEmpty(values, "a file", &options->listFile);
+         }},
+        {"0 null", nullptr, Text("Names of --files-from end with a zero byte."),
+         tools::ReadFlag<&Options::nullSeparated>},
         {"size", "WIDTHxHEIGHT", Text("Size in pixels; the graph is stretched to it."), ReadSize},
         {"width", "LENGTH",
          QStringLiteral(
@@ -165,6 +185,10 @@ std::vector<tools::OptionRow<Options>> Rows()
          }},
         {"n no-clobber", nullptr, Text("Skip graphs whose output exists."),
          tools::ReadFlag<&Options::keepExisting>},
+        {"u update", nullptr, Text("Skip graphs whose output is newer."),
+         tools::ReadFlag<&Options::onlyNewer>},
+        {"strict", nullptr, Text("Damaged graphs fail, instead of a warning."),
+         tools::ReadFlag<&Options::strict>},
         {"j jobs", "NUMBER",
          QStringLiteral("Worker processes, 1 to %1 (default: one per processor).").arg(kMaxJobs),
          [](const OptionValues& values, Options* options) {
@@ -178,6 +202,13 @@ std::vector<tools::OptionRow<Options>> Rows()
          [](const OptionValues& values, Options* options) {
              return values.Integer(kMinMemory, kMaxMemory, &options->memory);
          }},
+        {"report", "FORMAT", Text("Print a report with a line for each graph; FORMAT is json."),
+         ReadReport},
+        {"report-file", "FILE", Text("Write the report to FILE."),
+         [](const OptionValues& values, Options* options) {
+             options->report = true;
+             return NonEmpty(values, "a file", &options->reportFile);
+         }},
         {"q quiet", nullptr, Text("Print errors only."), tools::ReadFlag<&Options::quiet>},
     };
 }
@@ -187,8 +218,13 @@ QString TakeNames(const QStringList& arguments, Options* options)
     options->inputs = arguments;
     if (arguments.contains(QString()))
         return Text("empty file name");
+    const bool hasList = !options->listFile.isEmpty();
+    if (options->nullSeparated && !hasList)
+        return Text("--null needs --files-from");
     if (!options->outputFolder.isEmpty() || options->pattern)
-        return arguments.isEmpty() ? Text("no graph given") : QString();
+        return arguments.isEmpty() && !hasList ? Text("no graph given") : QString();
+    if (hasList || options->recursive)
+        return Text("many graphs need --output-dir or --pattern");
     if (arguments.size() != 2)
         return Text("expected a graph and a picture, or --output-dir and any number of graphs");
     options->output = options->inputs.takeLast();
@@ -236,6 +272,12 @@ QString CheckSize(const Options& options)
     return {};
 }
 
+bool WritesReportOverPicture(const Options& options)
+{
+    return options.report && options.ReportsToOutput() &&
+           options.output == QLatin1StringView(tools::kStandardStream);
+}
+
 QString Complete(const QStringList& arguments, Options* options)
 {
     if (options->workers == 0)
@@ -243,6 +285,8 @@ QString Complete(const QStringList& arguments, Options* options)
     QString problem = TakeNames(arguments, options);
     if (problem.isEmpty())
         problem = FindFormat(options);
+    if (problem.isEmpty() && WritesReportOverPicture(*options))
+        problem = Text("the picture goes to the standard output; use --report-file");
     if (problem.isEmpty())
         problem = CheckFormat(*options);
     return problem.isEmpty() ? CheckSize(*options) : problem;
@@ -253,6 +297,11 @@ QString Complete(const QStringList& arguments, Options* options)
 QString Options::Pattern() const
 {
     return pattern.value_or(Text(kDefaultPattern));
+}
+
+bool Options::ReportsToOutput() const
+{
+    return reportFile.isEmpty() || reportFile == QLatin1StringView(tools::kStandardStream);
 }
 
 CommandLine ReadCommandLine(const QStringList& arguments)

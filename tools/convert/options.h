@@ -19,19 +19,28 @@ namespace convert {
 struct Options {
     PictureSettings picture;
     QStringList inputs;                // graphs, or directories of them
+    bool recursive = false;            // folders in folders, too
+    QString listFile;                  // of more names, or "-"; may be empty
+    bool nullSeparated = false;        // the names in it end with zero bytes
     QString output;                    // of the only graph; empty when there may be more
     QString outputFolder;              // of many pictures; empty = the current one
     std::optional<QString> pattern;    // of their names, see namepattern.h
     std::optional<Format> namedFormat; // by --format; without it the name of the output decides
     Format format = Format::kPng;
     bool keepExisting = false;
+    bool onlyNewer = false; // convert only graphs that are newer than their pictures
+    bool strict = false;    // damaged graphs fail
     bool quiet = false;
-    int timeout = 0; // seconds for each graph; 0 = no limit
-    int memory = 0;  // megabytes for each worker; 0 = no limit
-    int workers = 0; // 0 while it is not known; in the result at least 1
+    bool report = false; // a line of JSON for each graph
+    QString reportFile;  // where to; empty = the standard output
+    int timeout = 0;     // seconds for each graph; 0 = no limit
+    int memory = 0;      // megabytes for each worker; 0 = no limit
+    int workers = 0;     // 0 while it is not known; in the result at least 1
 
     /// The pattern of the names, also where none is given.
     [[nodiscard]] QString Pattern() const;
+    /// Whether the report, if there is one, goes to the standard output.
+    [[nodiscard]] bool ReportsToOutput() const;
 };
 
 using CommandLine = tools::CommandLine<Options>;

@@ -55,6 +55,7 @@ qint64 Output::readData(char* /*data*/, qint64 /*size*/)
 qint64 Output::writeData(const char* data, qint64 size)
 {
     file.Write(data, static_cast<size_t>(size));
+    written += size;
     return size;
 }
 

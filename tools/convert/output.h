@@ -31,6 +31,8 @@ public:
     /// @param keepExisting  replace no file
     /// @return empty, or why that failed; a write that failed before is reported here
     QString Commit(bool keepExisting);
+    /// How many bytes were given so far.
+    [[nodiscard]] qint64 WrittenBytes() const { return written; }
     [[nodiscard]] bool isSequential() const override { return true; }
 
 protected:
@@ -40,6 +42,7 @@ protected:
 private:
     bool isStandardOutput;
     WholeFile file;
+    qint64 written = 0;
 };
 
 } // namespace convert

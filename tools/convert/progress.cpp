@@ -8,23 +8,13 @@
 
 #include <QStringList>
 
-#include <unistd.h>
-
-#include <cstdint>
 #include <cstdio>
 
 namespace convert {
 
-namespace {
-
-constexpr int kBarWidth = 40;     // characters
-constexpr int kBarInterval = 100; // milliseconds; drawing it costs a write
-constexpr int kPercent = 100;
-
-} // namespace
-
-Progress::Progress(int files, bool isQuiet)
-    : count(files), quiet(isQuiet), hasBar(files > 1 && !isQuiet && isatty(STDERR_FILENO) == 1)
+Progress::Progress(int files, bool isQuiet, CountTo countTarget)
+    : count(files), quiet(isQuiet), target(isQuiet || files <= 1 ? CountTo::kNowhere : countTarget),
+      bar(files, files > 1 && !isQuiet)
 {
 }
 
@@ -33,55 +23,52 @@ void Progress::Add(const QByteArray& input, const Outcome& outcome)
     converted += outcome.kind == Outcome::kConverted ? 1 : 0;
     skipped += outcome.kind == Outcome::kSkipped ? 1 : 0;
     failed += outcome.kind == Outcome::kFailed ? 1 : 0;
-    const bool isOnlySkip = outcome.kind == Outcome::kSkipped && count == 1 && !quiet;
-    if (isOnlySkip)
-        Print(input, QStringLiteral("skipped: output exists"));
-    if (!outcome.text.isEmpty())
+    damaged += outcome.damage.empty() ? 0 : 1;
+    if (outcome.kind == Outcome::kSkipped) {
+        if (count == 1 && !quiet)
+            Print(input, QStringLiteral("skipped: ") + outcome.text);
+    } else if (!outcome.text.isEmpty()) {
         Print(input, outcome.text);
-    DrawBar();
+    }
+    if (outcome.kind == Outcome::kConverted && !outcome.damage.empty())
+        Warn(input, outcome.damage);
+    bar.Draw(DoneCount());
 }
 
 void Progress::Print(const QByteArray& input, const QString& text) const
 {
     const bool isStream = input == tools::kStandardStream;
     const QByteArray name = isStream ? QByteArray("standard input") : VisibleName(input);
-    ClearBar();
+    bar.Clear();
     for (const QString& line : text.split(u'\n'))
         tools::PrintError(name + ": " + line.toLocal8Bit());
 }
 
-void Progress::ClearBar() const
+void Progress::Warn(const QByteArray& input, const PlfDamageMap& damage) const
 {
-    if (hasBar)
-        fputs("\r\033[K", stderr);
+    if (!quiet)
+        Print(input, QStringLiteral("warning: ") + DamageText(damage));
 }
 
-void Progress::DrawBar()
+QByteArray Progress::Summary(End end) const
 {
-    if (!hasBar || (lastBar.isValid() && !lastBar.hasExpired(kBarInterval)))
-        return;
-    lastBar.start();
-    const int64_t done = int64_t{converted} + skipped + failed;
-    const auto filled = static_cast<int>(done * kBarWidth / count);
-    const QByteArray bar = QByteArray(filled, '#').leftJustified(kBarWidth, '.');
-    fprintf(stderr, "\r[%s] %lld/%d %3d%%", bar.constData(), static_cast<long long>(done), count,
-            static_cast<int>(done * kPercent / count));
-}
-
-QByteArray Progress::Summary() const
-{
-    QByteArray text =
-        QByteArray::number(count) + " files: " + QByteArray::number(converted) + " converted, ";
+    QByteArray text = QByteArray::number(count) + " files: ";
+    if (end == End::kInterrupted)
+        text = "interrupted after " + QByteArray::number(DoneCount()) + " of " + text;
+    text += QByteArray::number(converted) + " converted, ";
     if (skipped > 0)
         text += QByteArray::number(skipped) + " skipped, ";
-    return text + QByteArray::number(failed) + " failed";
+    text += QByteArray::number(failed) + " failed";
+    return damaged > 0 ? text + "; " + QByteArray::number(damaged) + " damaged" : text;
 }
 
-void Progress::Finish()
+void Progress::Finish(End end)
 {
-    ClearBar();
-    if (count > 1 && !quiet)
-        printf("%s\n", Summary().constData());
+    if (end == End::kNotStarted)
+        failed += count - DoneCount();
+    bar.Clear();
+    if (target != CountTo::kNowhere)
+        fprintf(target == CountTo::kOutput ? stdout : stderr, "%s\n", Summary(end).constData());
 }
 
 } // namespace convert

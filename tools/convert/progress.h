@@ -4,10 +4,10 @@
 // What the user sees of a call: errors, a progress bar on a terminal, and the count at the end.
 #pragma once
 
+#include "tools/convert/bar.h"
 #include "tools/convert/convert.h"
 
 #include <QByteArray>
-#include <QElapsedTimer>
 
 namespace convert {
 
@@ -15,31 +15,40 @@ namespace convert {
 class Progress
 {
 public:
-    /// @param count  files of the call
-    /// @param quiet  print errors only
-    Progress(int count, bool quiet);
+    /// How a call ended.
+    enum class End { kDone, kInterrupted, kNotStarted };
+    /// Where the count goes.
+    enum class CountTo { kNowhere, kOutput, kErrors };
+
+    /// @param count   files of the call
+    /// @param quiet   print errors only: no warnings, no count, no bar
+    /// @param target  of the count, if it is printed
+    Progress(int count, bool quiet, CountTo target = CountTo::kOutput);
 
     /// Counts an outcome and prints what there is to say about it.
     void Add(const QByteArray& input, const Outcome& outcome);
-    /// Takes the bar away and prints the count, when there is more than one file.
-    void Finish();
+    /// Takes the bar away and prints the count, when there is more than one file. Files of a call
+    /// that could not start have failed.
+    void Finish(End end = End::kDone);
 
     [[nodiscard]] int FailureCount() const { return failed; }
-    /// "3 files: 1 converted, 1 skipped, 1 failed"; those skipped only when there are any.
-    [[nodiscard]] QByteArray Summary() const;
+    /// "3 files: 1 converted, 1 skipped, 1 failed; 1 damaged"; without those skipped and those
+    /// damaged if there are none. After an interrupt it begins with "interrupted after 2 of 3".
+    [[nodiscard]] QByteArray Summary(End end = End::kDone) const;
 
 private:
+    [[nodiscard]] int DoneCount() const { return converted + skipped + failed; }
     void Print(const QByteArray& input, const QString& text) const;
-    void ClearBar() const;
-    void DrawBar();
+    void Warn(const QByteArray& input, const PlfDamageMap& damage) const;
 
     int count;
     bool quiet;
-    bool hasBar;
+    CountTo target;
+    Bar bar;
     int converted = 0;
     int skipped = 0;
     int failed = 0;
-    QElapsedTimer lastBar;
+    int damaged = 0;
 };
 
 } // namespace convert

@@ -7,6 +7,7 @@
 #include "tools/convert/environment.h"
 #include "tools/convert/plan.h"
 #include "tools/convert/progress.h"
+#include "tools/convert/report.h"
 #include "tools/convert/workers.h"
 
 #include <QCoreApplication>
@@ -23,20 +24,18 @@ namespace convert {
 
 namespace {
 
+constexpr char kNoWorker[] = "cannot start any worker process";
+
 // The jobs of a plan that can be tried, and how each goes on.
 class Call
 {
 public:
-    Call(const Options& callOptions, char** argv)
-        : options(callOptions), picture(callOptions.picture), arguments(argv),
-          plan(MakePlan(callOptions)), progress(static_cast<int>(plan.size()), callOptions.quiet)
-    {
-        rules.keepExisting = options.keepExisting;
-        rules.makeFolders = options.output.isEmpty();
-        rules.token = QByteArray::number(QRandomGenerator::system()->generate64(), 36);
-    }
+    Call(const Options& callOptions, char** argv);
 
+    /// Returns why there is no report, if one was asked for.
+    QString OpenReport();
     WorkResult Run();
+    QString CloseReport();
     [[nodiscard]] bool HasFailures() const { return progress.FailureCount() > 0; }
 
 private:
@@ -45,13 +44,17 @@ private:
         return plan[todo[static_cast<size_t>(index)]].job;
     }
     [[nodiscard]] Outcome ConvertOne(int index) const;
+    void Add(const Job& job, const Outcome& outcome);
+    void ReportNeverBegun();
 
     const Options& options;
     PictureSettings picture;
     char** arguments;
     std::vector<PlannedJob> plan;
     std::vector<size_t> todo; // indices of the plan
+    std::vector<bool> done;   // of them
     Progress progress;
+    Report report;
     OutputRules rules;
 };
 
@@ -66,29 +69,91 @@ Outcome Call::ConvertOne(int index) const
     return outcome;
 }
 
+Progress::End EndOf(const WorkResult& result)
+{
+    if (result.signal != 0)
+        return Progress::End::kInterrupted;
+    return result.started ? Progress::End::kDone : Progress::End::kNotStarted;
+}
+
+// Where the count does not disturb a program that reads the report.
+Progress::CountTo CountTarget(const Options& options)
+{
+    return options.report && options.ReportsToOutput() ? Progress::CountTo::kErrors
+                                                       : Progress::CountTo::kOutput;
+}
+
+Call::Call(const Options& callOptions, char** argv)
+    : options(callOptions), picture(callOptions.picture), arguments(argv),
+      plan(MakePlan(callOptions)),
+      progress(static_cast<int>(plan.size()), callOptions.quiet, CountTarget(callOptions))
+{
+    rules.keepExisting = options.keepExisting;
+    rules.onlyNewer = options.onlyNewer;
+    rules.strict = options.strict;
+    rules.makeFolders = options.output.isEmpty();
+    rules.token = QByteArray::number(QRandomGenerator::system()->generate64(), 36);
+}
+
+QString Call::OpenReport()
+{
+    if (!options.report)
+        return {};
+    const QByteArray name = options.ReportsToOutput() ? QByteArray(tools::kStandardStream)
+                                                      : tools::EncodeName(options.reportFile);
+    const QString problem = report.Open(name);
+    return problem.isEmpty() ? problem : options.reportFile + QStringLiteral(": ") + problem;
+}
+
+QString Call::CloseReport()
+{
+    const QString problem = report.Close();
+    return problem.isEmpty() ? problem : options.reportFile + QStringLiteral(": ") + problem;
+}
+
+void Call::Add(const Job& job, const Outcome& outcome)
+{
+    progress.Add(job.input, outcome);
+    report.Add(job, outcome);
+}
+
+// They have failed: the count says so, and the reason is said once.
+void Call::ReportNeverBegun()
+{
+    for (size_t i = 0; i < done.size(); ++i) {
+        if (!done[i])
+            report.Add(plan[todo[i]].job, {Outcome::kFailed, QString::fromLatin1(kNoWorker)});
+    }
+}
+
 WorkResult Call::Run()
 {
     for (size_t i = 0; i < plan.size(); ++i) {
         if (plan[i].problem.isEmpty())
             todo.push_back(i);
         else
-            progress.Add(plan[i].job.input, {Outcome::kFailed, plan[i].problem});
+            Add(plan[i].job, {Outcome::kFailed, plan[i].problem});
     }
+    done.resize(todo.size());
     const int jobs = static_cast<int>(todo.size());
     // Processors that no worker needs draw parts of the pictures.
     picture.threads =
         std::max(ThreadLimit() / std::clamp(jobs, 1, std::max(options.workers, 1)), 1);
-    const WorkerTasks tasks = {
-        [this] {
-            LimitMemory(options.memory);
-            return StartQt(arguments);
-        },
-        [this](int index) { return ConvertOne(index); },
-        [this](int index, const Outcome& outcome) { progress.Add(JobAt(index).input, outcome); },
-        [this](int index) { RemoveLeftovers(JobAt(index), index, rules); }};
+    const WorkerTasks tasks = {[this] {
+                                   LimitMemory(options.memory);
+                                   return StartQt(arguments);
+                               },
+                               [this](int index) { return ConvertOne(index); },
+                               [this](int index, const Outcome& outcome) {
+                                   done[static_cast<size_t>(index)] = true;
+                                   Add(JobAt(index), outcome);
+                               },
+                               [this](int index) { RemoveLeftovers(JobAt(index), index, rules); }};
     const WorkResult result =
         RunWorkers(jobs, options.workers, tasks, std::chrono::seconds(options.timeout));
-    progress.Finish();
+    if (EndOf(result) == Progress::End::kNotStarted)
+        ReportNeverBegun();
+    progress.Finish(EndOf(result));
     return result;
 }
 
@@ -115,12 +180,18 @@ CommandLine ReadCall(int argc, char** argv)
 int Run(const Options& options, char** argv)
 {
     Call call(options, argv);
+    const QString problem = call.OpenReport();
+    if (!problem.isEmpty())
+        return tools::Fail(tools::kFailed, problem);
     const WorkResult result = call.Run();
-    const bool printed = tools::FinishOutput();
+    const QString reportProblem = call.CloseReport();
+    if (!reportProblem.isEmpty())
+        tools::Fail(tools::kFailed, reportProblem);
+    const bool printed = tools::FinishOutput() && reportProblem.isEmpty();
     if (result.signal != 0)
         raise(result.signal); // so that a script sees what ended it
     if (!result.started)
-        return tools::Fail(tools::kNotStarted, QStringLiteral("cannot start any worker process"));
+        return tools::Fail(tools::kNotStarted, QString::fromLatin1(kNoWorker));
     return printed && !call.HasFailures() ? tools::kDone : tools::kFailed;
 }
 

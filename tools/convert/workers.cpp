@@ -4,6 +4,9 @@
 
 #include "tools/convert/pipes.h"
 
+#include <QDataStream>
+#include <QIODevice>
+
 #include <poll.h>
 #include <sys/wait.h>
 
@@ -16,6 +19,8 @@
 #include <cstdio>
 #include <cstring>
 #include <memory>
+#include <optional>
+#include <utility>
 #include <vector>
 
 namespace convert {
@@ -24,8 +29,6 @@ namespace {
 
 constexpr std::array kInterrupts = {SIGINT, SIGTERM, SIGHUP};
 constexpr int kNoJob = -1;
-// What a worker sends for its first message, when it is ready for jobs.
-constexpr int kReady = -1;
 
 volatile sig_atomic_t interrupted = 0;
 
@@ -85,30 +88,62 @@ private:
     void (*oldPipe)(int) = SIG_DFL;
 };
 
-// A message of a worker: this and so many bytes of UTF-8.
-struct MessageHead {
-    int32_t kind; // kReady or an Outcome::Kind
-    uint32_t bytes;
-};
+// A message of a worker: so many bytes follow, which are an outcome; none says that it is ready.
+using MessageSize = uint32_t;
 
-bool SendMessage(const Fd& fd, int kind, const QString& text)
+QDataStream& operator<<(QDataStream& stream, const Outcome& outcome)
 {
-    const QByteArray bytes = text.toUtf8();
-    const MessageHead head = {kind, static_cast<uint32_t>(bytes.size())};
-    return WriteWhole(fd, &head, sizeof head) &&
-           WriteWhole(fd, bytes.constData(), static_cast<size_t>(bytes.size()));
+    stream << static_cast<int>(outcome.kind) << outcome.text << outcome.bytes
+           << static_cast<quint32>(outcome.damage.size());
+    for (const auto& [kind, noted] : outcome.damage)
+        stream << static_cast<int>(kind) << static_cast<quint64>(noted.offset)
+               << static_cast<quint64>(noted.count);
+    return stream;
 }
 
-bool ReceiveMessage(const Fd& fd, int* kind, QString* text)
+QDataStream& operator>>(QDataStream& stream, Outcome& outcome)
 {
-    MessageHead head = {};
-    if (!ReadWhole(fd, &head, sizeof head))
+    quint32 kinds = 0;
+    stream >> outcome.kind >> outcome.text >> outcome.bytes >> kinds;
+    for (; kinds > 0; --kinds) {
+        PlfDamage kind = {};
+        quint64 offset = 0;
+        quint64 count = 0;
+        stream >> kind >> offset >> count;
+        outcome.damage[kind] = {offset, count};
+    }
+    return stream;
+}
+
+// With one write: the other end waits for the rest of what it sees the beginning of.
+bool SendMessage(const Fd& fd, const QByteArray& bytes)
+{
+    const auto size = static_cast<MessageSize>(bytes.size());
+    QByteArray message(reinterpret_cast<const char*>(&size), sizeof size);
+    message += bytes;
+    return WriteWhole(fd, message.constData(), static_cast<size_t>(message.size()));
+}
+
+bool SendOutcome(const Fd& fd, const Outcome& outcome)
+{
+    QByteArray bytes;
+    QDataStream stream(&bytes, QIODevice::WriteOnly);
+    stream << outcome;
+    return SendMessage(fd, bytes);
+}
+
+// An outcome, or nothing from a worker that is ready.
+bool ReceiveMessage(const Fd& fd, std::optional<Outcome>* outcome)
+{
+    MessageSize size = 0;
+    if (!ReadWhole(fd, &size, sizeof size))
         return false;
-    QByteArray bytes(static_cast<qsizetype>(head.bytes), Qt::Uninitialized);
-    *kind = head.kind;
-    if (!ReadWhole(fd, bytes.data(), head.bytes))
+    QByteArray bytes(static_cast<qsizetype>(size), Qt::Uninitialized);
+    if (!ReadWhole(fd, bytes.data(), size))
         return false;
-    *text = QString::fromUtf8(bytes);
+    QDataStream stream(bytes);
+    if (size > 0)
+        stream >> outcome->emplace();
     return true;
 }
 
@@ -116,12 +151,10 @@ bool ReceiveMessage(const Fd& fd, int* kind, QString* text)
 void Work(const Fd& jobs, const Fd& results, const WorkerTasks& tasks)
 {
     const std::shared_ptr<void> alive = tasks.start();
-    bool heard = SendMessage(results, kReady, {});
+    bool heard = SendMessage(results, {});
     int32_t job = 0;
-    while (heard && ReadWhole(jobs, &job, sizeof job)) {
-        const Outcome outcome = tasks.work(job);
-        heard = SendMessage(results, outcome.kind, outcome.text);
-    }
+    while (heard && ReadWhole(jobs, &job, sizeof job))
+        heard = SendOutcome(results, tasks.work(job));
 }
 
 using Clock = std::chrono::steady_clock;
@@ -178,6 +211,7 @@ private:
     [[nodiscard]] milliseconds TimeLeft() const;
     void EndLateWorkers();
     void Listen(size_t index);
+    void Finish(const Worker& worker, Outcome outcome) const;
     static int Bury(const Worker& worker);
     void Replace(size_t index);
     void EndAll();
@@ -275,19 +309,25 @@ void Pool::EndLateWorkers()
 void Pool::Listen(size_t index)
 {
     Worker& worker = workers[index];
-    int kind = kReady;
-    QString text;
-    if (!ReceiveMessage(worker.results, &kind, &text)) {
+    std::optional<Outcome> outcome;
+    if (!ReceiveMessage(worker.results, &outcome)) {
         Replace(index);
         return;
     }
     worker.isReady = true;
-    if (kind != kReady)
-        tasks.finished(worker.job, {static_cast<Outcome::Kind>(kind), text});
+    if (outcome)
+        Finish(worker, std::move(*outcome));
     worker.job = kNoJob;
     // One that was ended at the same time gets no other job.
     if (!worker.isLate)
         GiveJob(&worker);
+}
+
+void Pool::Finish(const Worker& worker, Outcome outcome) const
+{
+    const milliseconds before = worker.isLate ? limit : milliseconds(0);
+    outcome.seconds = std::chrono::duration<double>(Clock::now() - worker.begin + before).count();
+    tasks.finished(worker.job, outcome);
 }
 
 int Pool::Bury(const Worker& worker)
@@ -308,8 +348,7 @@ void Pool::Replace(size_t index)
     startFailed = startFailed || !ended.isReady;
     if (ended.job != kNoJob) {
         tasks.abandoned(ended.job);
-        tasks.finished(ended.job,
-                       {Outcome::kFailed, ended.isLate ? LateReason(limit) : DeathReason(status)});
+        Finish(ended, {Outcome::kFailed, ended.isLate ? LateReason(limit) : DeathReason(status)});
     }
     if (next < count && !startFailed && !AddWorker() && workers.empty())
         startFailed = true;

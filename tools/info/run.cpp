@@ -2,8 +2,8 @@
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 #include "tools/info/run.h"
 
-#include "support/visible.h"
 #include "tools/common/filename.h"
+#include "tools/common/json.h"
 #include "tools/common/source.h"
 #include "tools/info/dump.h"
 #include "tools/info/inspector.h"
@@ -21,28 +21,6 @@ namespace {
 
 using tools::EncodeName;
 using tools::VisibleText;
-
-// A name that is not UTF-8 cannot be a text of JSON.
-void PutName(const QString& graph, QJsonObject* object)
-{
-    const QByteArray name = EncodeName(graph);
-    (*object)[QStringLiteral("file")] = QString::fromUtf8(name);
-    if (!name.isValidUtf8())
-        (*object)[QStringLiteral("fileBase64")] = QString::fromLatin1(name.toBase64());
-}
-
-// What a terminal would obey is in texts only, except for line ends.
-QByteArray VisibleJson(const QByteArray& json)
-{
-    QString visible;
-    for (const QChar c : QString::fromUtf8(json)) {
-        if (c != u'\n' && IsHidden(c.unicode()))
-            visible += QStringLiteral("\\u%1").arg(c.unicode(), 4, 16, QLatin1Char('0'));
-        else
-            visible += c;
-    }
-    return visible.toUtf8();
-}
 
 void Write(const QByteArray& text)
 {
@@ -73,7 +51,7 @@ int Call::Run()
     for (const QString& graph : options.graphs)
         Print(graph);
     if (options.asJson)
-        Write(VisibleJson(QJsonDocument(objects).toJson()));
+        Write(tools::VisibleJson(QJsonDocument(objects).toJson()));
     hasFailed |= !tools::FinishOutput();
     return hasFailed ? tools::kFailed : tools::kDone;
 }
@@ -97,7 +75,7 @@ void Call::Print(const QString& graph)
         return;
     }
     QJsonObject object = SummaryJson(summary);
-    PutName(graph, &object);
+    tools::PutName("file", graph, &object);
     objects += object;
 }
 
@@ -108,7 +86,7 @@ void Call::PrintProblem(const QString& graph, const QString& problem)
     if (!options.asJson)
         return;
     QJsonObject object = {{QStringLiteral("error"), problem}};
-    PutName(graph, &object);
+    tools::PutName("file", graph, &object);
     objects += object;
 }
 

@@ -5,6 +5,7 @@
 #include "meta/palette.h"
 #include "meta/plfgraph.h"
 #include "meta/plftext.h"
+#include "tools/common/json.h"
 #include "tools/info/words.h"
 
 #include <QJsonArray>
@@ -80,17 +81,6 @@ QJsonObject BackgroundObject(const Background& background)
              background.offset ? Number(*background.offset) : QJsonValue(QJsonValue::Null)}};
 }
 
-QJsonArray DamageArray(const PlfDamageMap& damage)
-{
-    QJsonArray array;
-    for (const auto& [kind, noted] : damage) {
-        array += QJsonObject{{QStringLiteral("kind"), Word(DamageWord(kind))},
-                             {QStringLiteral("offset"), Number(noted.offset)},
-                             {QStringLiteral("count"), Number(noted.count)}};
-    }
-    return array;
-}
-
 } // namespace
 
 QJsonObject SummaryJson(const Summary& summary)
@@ -110,7 +100,7 @@ QJsonObject SummaryJson(const Summary& summary)
             {QStringLiteral("background"), BackgroundObject(summary.background)},
             {QStringLiteral("skippedBytes"), Number(summary.skippedBytes)},
             {QStringLiteral("end"), end},
-            {QStringLiteral("damage"), DamageArray(summary.damage)}};
+            {QStringLiteral("damage"), tools::DamageArray(summary.damage)}};
 }
 
 } // namespace info

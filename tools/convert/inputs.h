@@ -1,0 +1,25 @@
+// SPDX-License-Identifier: MIT
+// SPDX-FileCopyrightText: 2026 plotvw contributors
+//
+// Which graphs a call names: one by one, in folders, or in a list of names.
+#pragma once
+
+#include "tools/convert/options.h"
+
+#include <QString>
+
+#include <vector>
+
+namespace convert {
+
+/// A graph, or why there is none of that name.
+struct Input {
+    QString name;
+    QString problem;
+    QString subfolder; // below the folder that the call names, with '/' at its end; or empty
+};
+
+/// The graphs of a call. Those of a folder are in natural order.
+std::vector<Input> CollectInputs(const Options& options);
+
+} // namespace convert
