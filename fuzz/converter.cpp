@@ -70,7 +70,7 @@ void CheckPicture(const PictureSettings& picture)
 void CheckPlan(const std::vector<PlannedJob>& plan)
 {
     QSet<QByteArray> outputs;
-    for (const auto& [job, problem] : plan) {
+    for (const auto& [job, problem, title] : plan) {
         if (!problem.isEmpty())
             continue;
         Require(!job.input.isEmpty() && !job.output.isEmpty(), "a graph and a picture have names");
@@ -89,7 +89,9 @@ void CheckOptions(const Options& options)
     Require(options.memory == 0 ||
                 (options.memory >= convert::kMinMemory && options.memory <= convert::kMaxMemory),
             "a limit of memory is in its range");
-    const std::vector<PlannedJob> plan = MakePlan(options);
+    if (!options.listFile.isEmpty())
+        return; // which may be any file, or the standard input
+    const std::vector<PlannedJob> plan = MakePlan(options, QStringLiteral("bound"));
     Require(!plan.empty(), "there is something to do");
     CheckPlan(plan);
 }

@@ -129,6 +129,18 @@ std::vector<tools::OptionRow<Options>> Rows()
              "File name pattern, of {name}, {dir}, {sub}, {ext} and {number}; default %1.")
              .arg(Text(kDefaultPattern)),
          ReadPattern},
+        {"merge", "FILE", Text("Make one PDF of all graphs, with a page for each."),
+         [](const OptionValues& values, Options* options) {
+             options->merge = true;
+             return NonEmpty(values, "a file", &options->output);
+         }},
+        {"contact-sheet", "COLUMNSxROWS",
+         Text("Make sheets of small pictures with names, PNG or JPEG; PICTURE names them."),
+         [](const OptionValues& values, Options* options) {
+             return values.Parsed(ParseGrid,
+                                  QStringLiteral("COLUMNSxROWS, at most %1 of each").arg(kMaxGrid),
+                                  &options->grid);
+         }},
         {"r recursive", nullptr, Text("Search folders for graphs with all their subfolders."),
          tools::ReadFlag<&Options::recursive>},
         {"files-from", "FILE",
@@ -179,7 +191,9 @@ std::vector<tools::OptionRow<Options>> Rows()
              return values.Flag(&options->picture.dots);
          }},
         {"quality", "NUMBER",
-         QStringLiteral("Quality of a JPEG, 1 to %1 (default %1).").arg(kMaxQuality),
+         QStringLiteral("Quality of a JPEG, 1 to %1 (default %2).")
+             .arg(kMaxQuality)
+             .arg(kUsualQuality),
          [](const OptionValues& values, Options* options) {
              return values.Integer(1, kMaxQuality, &options->picture.quality);
          }},
@@ -213,6 +227,28 @@ std::vector<tools::OptionRow<Options>> Rows()
     };
 }
 
+// The sheet is named last, as a picture is.
+QString TakeBoundNames(Options* options)
+{
+    if (options->merge && options->grid)
+        return Text("--merge and --contact-sheet cannot be combined");
+    if (!options->outputFolder.isEmpty() || options->pattern)
+        return Text("one output for all graphs needs neither --output-dir nor --pattern");
+    if (options->keepExisting || options->onlyNewer)
+        return Text(
+            "one output for all graphs is always made; leave out --no-clobber and --update");
+    if (options->grid && !options->inputs.isEmpty())
+        options->output = options->inputs.takeLast();
+    const bool hasGraphs = !options->inputs.isEmpty() || !options->listFile.isEmpty();
+    if (options->output.isEmpty() || !hasGraphs)
+        return options->grid ? Text("expected graphs and, as the last name, a picture")
+                             : Text("no graph given");
+    if (options->grid && !options->picture.width && !options->picture.size &&
+        !options->picture.page)
+        options->picture.width = Length{kSheetPictureWidth, true};
+    return {};
+}
+
 QString TakeNames(const QStringList& arguments, Options* options)
 {
     options->inputs = arguments;
@@ -221,6 +257,8 @@ QString TakeNames(const QStringList& arguments, Options* options)
     const bool hasList = !options->listFile.isEmpty();
     if (options->nullSeparated && !hasList)
         return Text("--null needs --files-from");
+    if (options->IsBound())
+        return TakeBoundNames(options);
     if (!options->outputFolder.isEmpty() || options->pattern)
         return arguments.isEmpty() && !hasList ? Text("no graph given") : QString();
     if (hasList || options->recursive)
@@ -233,6 +271,8 @@ QString TakeNames(const QStringList& arguments, Options* options)
 
 QString FindFormat(Options* options)
 {
+    if (options->merge && !options->namedFormat)
+        options->namedFormat = Format::kPdf;
     const QString name =
         options->output.isEmpty() ? ExpandPattern(options->Pattern(), {}) : options->output;
     const auto format = options->namedFormat ? options->namedFormat : FormatOfName(name);
@@ -246,6 +286,12 @@ QString FindFormat(Options* options)
 QString CheckFormat(const Options& options)
 {
     const PictureSettings& picture = options.picture;
+    if (options.merge && options.format != Format::kPdf)
+        return Text("--merge makes PDF files only");
+    if (options.grid && options.format != Format::kPng && options.format != Format::kJpeg)
+        return Text("--contact-sheet makes PNG and JPEG files only");
+    if (options.grid && options.output == QLatin1StringView(tools::kStandardStream))
+        return Text("--contact-sheet needs the name of a file");
     if (options.format == Format::kJpeg && picture.background == Background::kTransparent)
         return Text("a JPEG cannot be transparent");
     if (options.format != Format::kJpeg && picture.quality)

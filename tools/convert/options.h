@@ -22,7 +22,9 @@ struct Options {
     bool recursive = false;            // folders in folders, too
     QString listFile;                  // of more names, or "-"; may be empty
     bool nullSeparated = false;        // the names in it end with zero bytes
-    QString output;                    // of the only graph; empty when there may be more
+    QString output;                    // of the only graph, or of all; empty when each has its own
+    bool merge = false;                // the output is a document of all graphs
+    std::optional<QSize> grid;         // the output is sheets of so many columns and rows
     QString outputFolder;              // of many pictures; empty = the current one
     std::optional<QString> pattern;    // of their names, see namepattern.h
     std::optional<Format> namedFormat; // by --format; without it the name of the output decides
@@ -39,6 +41,8 @@ struct Options {
 
     /// The pattern of the names, also where none is given.
     [[nodiscard]] QString Pattern() const;
+    /// Whether many graphs have one output.
+    [[nodiscard]] bool IsBound() const { return merge || grid; }
     /// Whether the report, if there is one, goes to the standard output.
     [[nodiscard]] bool ReportsToOutput() const;
 };

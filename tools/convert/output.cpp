@@ -30,10 +30,10 @@ QByteArray TemporaryName(const QByteArray& name, const QByteArray& token)
     return QByteArray::fromStdString(WholeFile::HiddenPath(name.toStdString(), HiddenName(token)));
 }
 
-// Ten thousand pictures would wait for the disk for minutes, and can be made again.
+// A picture that replaces no older one does not wait for the disk: it can be made again.
 Output::Output(const QByteArray& name, const QByteArray& token)
     : isStandardOutput(name == tools::kStandardStream),
-      file(name.toStdString(), HiddenName(token), {.inPlace = false, .sync = false})
+      file(name.toStdString(), HiddenName(token), {.inPlace = false, .sync = true})
 {
 }
 

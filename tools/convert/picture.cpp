@@ -133,7 +133,7 @@ QString WritePng(const QImage& image, const PictureSettings& /*settings*/, QIODe
 QString WriteJpeg(const QImage& image, const PictureSettings& settings, QIODevice* output)
 {
     QImageWriter writer(output, "jpeg");
-    writer.setQuality(settings.quality.value_or(kMaxQuality));
+    writer.setQuality(settings.quality.value_or(kUsualQuality));
     return writer.write(image) ? QString() : writer.errorString();
 }
 

@@ -4,11 +4,14 @@
 
 #include "support/visible.h"
 #include "tools/common/filename.h"
+#include "tools/common/naturalorder.h"
 #include "tools/convert/inputs.h"
 #include "tools/convert/namepattern.h"
 
 #include <QDir>
 #include <QSet>
+
+#include <algorithm>
 
 namespace convert {
 
@@ -25,7 +28,9 @@ PlannedJob MakeJob(const Options& options, const Input& input, const NameParts& 
 {
     const QString output = InFolder(options.outputFolder, ExpandPattern(options.Pattern(), parts));
     PlannedJob planned = {
-        {tools::EncodeName(input.name), tools::EncodeName(output), options.format}, input.problem};
+        {tools::EncodeName(input.name), tools::EncodeName(output), options.format},
+        input.problem,
+        {}};
     // Bytes: the same ones can come from characters that differ, see DecodeName().
     const QByteArray cleaned =
         tools::EncodeName(QDir::cleanPath(QDir::current().absoluteFilePath(output)));
@@ -37,13 +42,42 @@ PlannedJob MakeJob(const Options& options, const Input& input, const NameParts& 
     return planned;
 }
 
+// Small pictures have no losses, so that those of a sheet are drawn as they are.
+Format BoundFormat(const Options& options)
+{
+    return options.grid ? Format::kPng : options.format;
+}
+
+// The order of a list is its writer's, that of other names is for people.
+std::vector<PlannedJob> MakeBoundPlan(const Options& options, const QString& folder)
+{
+    std::vector<Input> inputs = CollectInputs(options);
+    if (options.listFile.isEmpty())
+        std::stable_sort(inputs.begin(), inputs.end(), [](const Input& a, const Input& b) {
+            return tools::IsNaturallyBefore(tools::EncodeName(a.name), tools::EncodeName(b.name));
+        });
+    std::vector<PlannedJob> plan;
+    for (const Input& input : inputs) {
+        const QString output = InFolder(folder, QString::number(plan.size()));
+        const QByteArray title = tools::VisibleText(input.subfolder + tools::BaseName(input.name));
+        plan.push_back(
+            {{tools::EncodeName(input.name), tools::EncodeName(output), BoundFormat(options)},
+             input.problem,
+             QString::fromUtf8(title)});
+    }
+    return plan;
+}
+
 } // namespace
 
-std::vector<PlannedJob> MakePlan(const Options& options)
+std::vector<PlannedJob> MakePlan(const Options& options, const QString& folder)
 {
+    if (options.IsBound())
+        return MakeBoundPlan(options, folder);
     if (!options.output.isEmpty()) {
         return {{{tools::EncodeName(options.inputs.first()), tools::EncodeName(options.output),
                   options.format},
+                 {},
                  {}}};
     }
     const std::vector<Input> inputs = CollectInputs(options);

@@ -17,10 +17,12 @@ namespace convert {
 struct PlannedJob {
     Job job;
     QString problem;
+    QString title; // of the graph in a document, printable
 };
 
 /// One entry per graph, in the order of the call; a directory stands for the files in it whose
 /// names end in ".plf". An input whose picture would have the name of an earlier one has a problem.
-std::vector<PlannedJob> MakePlan(const Options& options);
+/// @param folder  where pictures go that are bound to one output; else not used
+std::vector<PlannedJob> MakePlan(const Options& options, const QString& folder = {});
 
 } // namespace convert

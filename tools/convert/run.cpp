@@ -4,6 +4,7 @@
 
 #include "meta/bands.h"
 #include "tools/common/filename.h"
+#include "tools/convert/binding.h"
 #include "tools/convert/environment.h"
 #include "tools/convert/plan.h"
 #include "tools/convert/progress.h"
@@ -12,12 +13,14 @@
 
 #include <QCoreApplication>
 #include <QRandomGenerator>
+#include <QTemporaryDir>
 
 #include <unistd.h>
 
 #include <algorithm>
 #include <chrono>
 #include <csignal>
+#include <memory>
 #include <vector>
 
 namespace convert {
@@ -36,7 +39,8 @@ public:
     QString OpenReport();
     WorkResult Run();
     QString CloseReport();
-    [[nodiscard]] bool HasFailures() const { return progress.FailureCount() > 0; }
+    void RemoveTemporary() { temporary.reset(); }
+    [[nodiscard]] bool HasFailures() const { return progress.FailureCount() > 0 || !isBound; }
 
 private:
     [[nodiscard]] const Job& JobAt(int index) const
@@ -46,16 +50,21 @@ private:
     [[nodiscard]] Outcome ConvertOne(int index) const;
     void Add(const Job& job, const Outcome& outcome);
     void ReportNeverBegun();
+    [[nodiscard]] std::shared_ptr<void> Start() const;
+    WorkResult Bind();
 
     const Options& options;
     PictureSettings picture;
     char** arguments;
+    std::unique_ptr<QTemporaryDir> temporary; // of pictures that are bound
     std::vector<PlannedJob> plan;
-    std::vector<size_t> todo; // indices of the plan
-    std::vector<bool> done;   // of them
+    std::vector<size_t> todo;    // indices of the plan
+    std::vector<bool> done;      // of them
+    std::vector<bool> converted; // of the plan
     Progress progress;
     Report report;
     OutputRules rules;
+    bool isBound = true; // if that was asked for
 };
 
 // What Qt and the interpreter say during a conversion becomes a part of its outcome.
@@ -85,7 +94,8 @@ Progress::CountTo CountTarget(const Options& options)
 
 Call::Call(const Options& callOptions, char** argv)
     : options(callOptions), picture(callOptions.picture), arguments(argv),
-      plan(MakePlan(callOptions)),
+      temporary(callOptions.IsBound() ? std::make_unique<QTemporaryDir>() : nullptr),
+      plan(MakePlan(callOptions, temporary ? temporary->path() : QString())),
       progress(static_cast<int>(plan.size()), callOptions.quiet, CountTarget(callOptions))
 {
     rules.keepExisting = options.keepExisting;
@@ -114,7 +124,9 @@ QString Call::CloseReport()
 void Call::Add(const Job& job, const Outcome& outcome)
 {
     progress.Add(job.input, outcome);
-    report.Add(job, outcome);
+    report.Add(options.IsBound() ? Job{job.input, tools::EncodeName(options.output), job.format}
+                                 : job,
+               outcome);
 }
 
 // They have failed: the count says so, and the reason is said once.
@@ -126,6 +138,27 @@ void Call::ReportNeverBegun()
     }
 }
 
+std::shared_ptr<void> Call::Start() const
+{
+    LimitMemory(options.memory);
+    return StartQt(arguments);
+}
+
+// Graphs that failed are left out. Without any there is nothing to bind.
+WorkResult Call::Bind()
+{
+    std::vector<BoundPicture> pictures;
+    for (size_t i = 0; i < plan.size(); ++i) {
+        if (converted[i])
+            pictures.push_back({plan[i].job.output, plan[i].title});
+    }
+    WorkResult result;
+    if (!pictures.empty())
+        isBound = BindPictures(
+            pictures, options, [this] { return Start(); }, rules.token, &result);
+    return result;
+}
+
 WorkResult Call::Run()
 {
     for (size_t i = 0; i < plan.size(); ++i) {
@@ -135,6 +168,7 @@ WorkResult Call::Run()
             Add(plan[i].job, {Outcome::kFailed, plan[i].problem});
     }
     done.resize(todo.size());
+    converted.resize(plan.size());
     const int jobs = static_cast<int>(todo.size());
     // Processors that no worker needs draw parts of the pictures.
     picture.threads =
@@ -146,11 +180,15 @@ WorkResult Call::Run()
                                [this](int index) { return ConvertOne(index); },
                                [this](int index, const Outcome& outcome) {
                                    done[static_cast<size_t>(index)] = true;
+                                   converted[todo[static_cast<size_t>(index)]] =
+                                       outcome.kind == Outcome::kConverted;
                                    Add(JobAt(index), outcome);
                                },
                                [this](int index) { RemoveLeftovers(JobAt(index), index, rules); }};
-    const WorkResult result =
+    WorkResult result =
         RunWorkers(jobs, options.workers, tasks, std::chrono::seconds(options.timeout));
+    if (options.IsBound() && EndOf(result) == Progress::End::kDone)
+        result = Bind();
     if (EndOf(result) == Progress::End::kNotStarted)
         ReportNeverBegun();
     progress.Finish(EndOf(result));
@@ -188,6 +226,7 @@ int Run(const Options& options, char** argv)
     if (!reportProblem.isEmpty())
         tools::Fail(tools::kFailed, reportProblem);
     const bool printed = tools::FinishOutput() && reportProblem.isEmpty();
+    call.RemoveTemporary();
     if (result.signal != 0)
         raise(result.signal); // so that a script sees what ended it
     if (!result.started)

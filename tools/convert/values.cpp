@@ -39,18 +39,27 @@ const NamedValue<Page> kPages[] = {
     {"legal", {{8.5 * kInch, 14 * kInch}, true}},
 };
 
-} // namespace
-
-std::optional<QSize> ParseSize(const QString& text)
+// "WIDTHxHEIGHT", each from 1 on.
+std::optional<QSize> ParsePair(const QString& text, int most)
 {
     const QStringList sides = text.split(u'x', Qt::KeepEmptyParts, Qt::CaseInsensitive);
     if (sides.size() != 2)
         return {};
-    const auto width = ParseInteger(sides[0], 1, kMaxLength);
-    const auto height = ParseInteger(sides[1], 1, kMaxLength);
-    if (!width || !height)
-        return {};
-    return QSize(*width, *height);
+    const auto width = ParseInteger(sides[0], 1, most);
+    const auto height = ParseInteger(sides[1], 1, most);
+    return width && height ? std::optional(QSize(*width, *height)) : std::nullopt;
+}
+
+} // namespace
+
+std::optional<QSize> ParseSize(const QString& text)
+{
+    return ParsePair(text, kMaxLength);
+}
+
+std::optional<QSize> ParseGrid(const QString& text)
+{
+    return ParsePair(text, kMaxGrid);
 }
 
 std::optional<Length> ParseLength(const QString& text)

@@ -21,6 +21,13 @@ constexpr int kMaxLineWidth = 4096;
 constexpr int kMaxLineScale = 1000;
 /// Best quality of a JPEG.
 constexpr int kMaxQuality = 100;
+/// That of a JPEG that nobody asked another one for: its file has half the size of the best one,
+/// and nobody sees the difference.
+constexpr int kUsualQuality = 90;
+/// Most columns and most rows of a contact sheet.
+constexpr int kMaxGrid = 100;
+/// Width of the pictures on it unless another one is asked for, pixels.
+constexpr int kSheetPictureWidth = 320;
 /// Most worker processes.
 constexpr int kMaxJobs = 256;
 /// Longest limit of time, seconds: a day.
@@ -37,6 +44,8 @@ std::optional<Length> ParseLength(const QString& text);
 std::optional<double> ParseMargin(const QString& text);
 /// "a4", "letter", or "WIDTHxHEIGHT" with units, as in "210mmx99mm" or "8.5x11in".
 std::optional<Page> ParsePage(const QString& text);
+/// "COLUMNSxROWS", 1..kMaxGrid each.
+std::optional<QSize> ParseGrid(const QString& text);
 /// "LEFT,TOP,RIGHT,BOTTOM" in drawing units within the graph, neither empty nor inverted.
 std::optional<QRect> ParseArea(const QString& text);
 /// A positive number up to kMaxLineScale.

@@ -1,0 +1,23 @@
+// SPDX-License-Identifier: MIT
+// SPDX-FileCopyrightText: 2026 plotvw contributors
+//
+// Many PDF files as one.
+#pragma once
+
+#include "tools/convert/binding.h"
+
+#include <QString>
+
+#include <vector>
+
+class QIODevice;
+
+namespace convert {
+
+/// Writes a document with the pages of the files in their order, and their titles in its outline.
+/// The same files make the same document if SOURCE_DATE_EPOCH has its date.
+/// @param output  open for writing; its own failures are its owner's to notice
+/// @return empty, or why there is no document
+QString MergePdfs(const std::vector<BoundPicture>& files, QIODevice* output);
+
+} // namespace convert
