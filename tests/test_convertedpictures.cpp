@@ -186,7 +186,8 @@ void TestConvertedPictures::png_ofSeededStreams_isTheirPlainPainting()
     for (unsigned seed = 1; seed <= kStreams; ++seed)
         Write(Path(QString::number(seed) + Text(".plf")), SeededGraph(seed));
     const Call call = Convert("--background file --output-dir out .");
-    QCOMPARE(call.output, QByteArray("80 files: 80 converted, 0 failed\n"));
+    // Nearly all of them are damaged.
+    QVERIFY2(call.output.startsWith("80 files: 80 converted, 0 failed; "), call.output.constData());
     QCOMPARE(call.code, 0);
     for (unsigned seed = 1; seed <= kStreams; ++seed) {
         const QStringList operations = Operations(SeededGraph(seed), ViewOf(false));
@@ -220,6 +221,8 @@ void TestConvertedPictures::jpeg_ofLowerQuality_isSmaller()
     ConvertWell("a.plf a.jpg");
     ConvertWell("--quality 20 a.plf b.jpeg");
     QVERIFY(ReadFile(Path("b.jpeg")).size() < ReadFile(Path("a.jpg")).size() / 2);
+    ConvertWell("--quality 90 a.plf c.jpg");
+    QCOMPARE(ReadFile(Path("c.jpg")), ReadFile(Path("a.jpg"))); // which nobody gave a quality
 }
 
 void TestConvertedPictures::pdf_page_hasTheLengthsAskedFor_data()
@@ -327,7 +330,8 @@ void TestConvertedPictures::eps_ofSeededStreams_isTheViewers()
 void TestConvertedPictures::eps_takesTheOptions()
 {
     const std::string graph =
-        plf::WithBackground(plf::Start() + plf::Width(7) + plf::Line(0, 0, 4095, 3119), 10);
+        plf::WithBackground(plf::Start() + plf::Width(7) + plf::Line(0, 0, 4095, 3119), 10) +
+        plf::End();
     Write(Path("a.plf"), QByteArray::fromStdString(graph));
     ConvertWell("--width 1024 --dpi 72 --background file --black --min-line-width 9 "
                 "--area 100,200,2148,1760 --line-scale 2 a.plf a.eps");

@@ -90,6 +90,7 @@ private slots:
     void hostileNames_areNotObeyed();
     void existingPictures_areReplacedOrLeftAlone();
     void workerThatIsKilled_costsItsFileAndIsTold();
+    void help_onAFullDisk_isAFailure();
     void count_onAFullDisk_isAFailure();
     void fontsThatAreMissing_areToldWhereTextsAre();
     void timeout_inputThatNeverEnds_costsOnlyItself();
@@ -449,6 +450,16 @@ void TestConverting::workerThatIsKilled_costsItsFileAndIsTold()
                  call.errors.contains("conversion killed by signal 9"),
              call.errors.constData());
     QCOMPARE(Entries(), QStringList(Text("input")));
+}
+
+void TestConverting::help_onAFullDisk_isAFailure()
+{
+    for (const char* option : {"--help", "--version"}) {
+        QProcess process;
+        process.setStandardOutputFile(Text("/dev/full"));
+        Start(&process, {Text(option)});
+        QCOMPARE(Finish(&process).code, 1);
+    }
 }
 
 void TestConverting::count_onAFullDisk_isAFailure()

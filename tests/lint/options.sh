@@ -16,12 +16,12 @@ status=0
 # The table in the code, as the program prints it.
 in_help() {
   "$build/tools/$1" --help | sed -nE 's/^  (-.*)/\1/p' | sed -E 's/  .*//' |
-    sed -E '/</ s/(-[a-z-]+)/\1=/g; s/ <.*//' | grep -oE -- '-[a-z-]+=?'
+    sed -E '/</ s/(-[a-z0-9-]+)/\1=/g; s/ <.*//' | grep -oE -- '-[a-z0-9-]+=?'
 }
 
 # The items that begin with an option, such as ".It Fl f , Fl -format Ar format".
 in_man() {
-  sed -nE 's/^\.It Fl //p' "$top/docs/man/$1.1" | sed -E '/ Ar / s/(^|, Fl )([a-z-]+)/\1\2=/g; s/ Ar .*//; s/ , Fl /\n/g' |
+  sed -nE 's/^\.It Fl //p' "$top/docs/man/$1.1" | sed -E '/ Ar / s/(^|, Fl )([a-z0-9-]+)/\1\2=/g; s/ Ar .*//; s/ , Fl /\n/g' |
     sed 's/^/-/'
 }
 
@@ -52,7 +52,7 @@ END
 # Rows such as '(-f --format)'{-f+,--format=}'[picture format]:...' or '--size=[...]:...'.
 in_zsh() {
   grep -E "^  '" "$top/packaging/completions/zsh/_$1" | sed -E "s/\([^)]*\)//g; s/[:[].*//; s/[{}'*]//g; s/\+/=/g" |
-    grep -oE -- '-[a-z-]+=?'
+    grep -oE -- '-[a-z0-9-]+=?'
 }
 
 # -x and -r say that a value follows.
@@ -60,7 +60,7 @@ in_fish() {
   grep -E -- ' -[sl] ' "$top/packaging/completions/fish/$1.fish" | while read -r line; do
     value=
     [[ ! $line =~ \ -[xr]\  ]] || value='='
-    grep -oE -- ' -[sl] [a-z-]+' <<<"$line" | sed -E "s/ -s /-/; s/ -l /--/; s/\$/$value/"
+    grep -oE -- ' -[sl] [a-z0-9-]+' <<<"$line" | sed -E "s/ -s /-/; s/ -l /--/; s/\$/$value/"
   done
 }
 
