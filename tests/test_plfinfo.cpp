@@ -49,6 +49,7 @@ private slots:
     void json_samples_agreeWithTheirDumps();
     void dump_manyGraphs_nameEach();
     void standardInput_isRead();
+    void packedGraph_isRead();
     void call_fileThatCannotBeRead_namesItAndGoesOn_data();
     void call_fileThatCannotBeRead_namesItAndGoesOn();
     void call_wrongUsage_endsWith2_data();
@@ -224,6 +225,21 @@ void TestPlfInfo::standardInput_isRead()
     const Call call = Run({Text("-")}, SmallGraph());
     QCOMPARE(call.code, 0);
     QVERIFY(call.output.startsWith("-\n  Size "));
+}
+
+// Also through a pipe with a name.
+void TestPlfInfo::packedGraph_isRead()
+{
+    const QByteArray plain = Run({Text("graph.plf")}).output;
+    QProcess shell;
+    shell.setWorkingDirectory(folder->path());
+    shell.start(Text("bash"), {Text("-c"), Text("gzip graph.plf; \"$0\" <(cat graph.plf.gz)"),
+                               Text(PLFINFO_PROGRAM)});
+    QVERIFY(shell.waitForFinished(kTimeout));
+    const QByteArray piped = shell.readAllStandardOutput();
+    QCOMPARE(piped.mid(piped.indexOf('\n')), plain.mid(plain.indexOf('\n')));
+    const QByteArray packed = Run({Text("graph.plf.gz")}).output;
+    QCOMPARE(packed.mid(packed.indexOf('\n')), plain.mid(plain.indexOf('\n')));
 }
 
 void TestPlfInfo::call_fileThatCannotBeRead_namesItAndGoesOn_data()
