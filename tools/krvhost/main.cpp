@@ -16,8 +16,9 @@ int main(int argc, char** argv)
     TakeClosedStreams();
     signal(SIGPIPE, SIG_IGN); // a viewer that goes away while it is written to is an exit code
     setvbuf(stdout, nullptr, _IOLBF, BUFSIZ); // each line is there as soon as it is true
-    QCoreApplication application(argc, argv);
+    int count = 1;                            // Qt takes none of the arguments for itself
+    QCoreApplication application(count, argv);
     tools::SetProgramName("krvhost");
-    const auto line = krvhost::ReadCommandLine(QCoreApplication::arguments());
+    const auto line = krvhost::ReadCommandLine(tools::DecodeArguments(argc, argv));
     return line.options ? krvhost::Run(*line.options) : tools::PrintReply(line.reply);
 }

@@ -98,9 +98,7 @@ int RunWith(QLocalServer& server, QFile& script, const QString& serverName, cons
     return result;
 }
 
-} // namespace
-
-int Run(const Options& options)
+int RunCommands(const Options& options)
 {
     QLocalServer server;
     QFile script(options.script);
@@ -109,6 +107,14 @@ int Run(const Options& options)
     if (result == kDone)
         result = Listen(server, serverName);
     return result == kDone ? RunWith(server, script, serverName, options) : result;
+}
+
+} // namespace
+
+int Run(const Options& options)
+{
+    const int result = RunCommands(options);
+    return !tools::FinishOutput() && result == kDone ? kFailed : result;
 }
 
 } // namespace krvhost

@@ -66,7 +66,7 @@ int Session::RunScript(QFile& script)
         while (line.endsWith('\n') || line.endsWith('\r'))
             line.chop(1);
         if (!line.isEmpty() && !line.startsWith('#'))
-            result = Command(QString::fromLocal8Bit(line));
+            result = Command(tools::DecodeName(line));
     }
     return result;
 }
