@@ -2,9 +2,11 @@
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 //
 // Input: a graph file and, after its last zero byte, a name for it. Whatever both are, plfinfo
-// prints JSON that a program can read, and nothing that a terminal would obey.
+// prints JSON and CSV that a program can read, its kinds of output agree, and nothing is in them
+// that a terminal would obey.
 #include "fuzz/target.h"
 #include "meta/colormap.h"
+#include "meta/damage.h"
 #include "meta/palette.h"
 #include "meta/plfgraph.h"
 #include "support/files.h"
@@ -111,17 +113,56 @@ void CheckGraph(const QJsonObject& graph, qsizetype size)
     CheckExtent(graph[QStringLiteral("extent")]);
 }
 
-void CheckJson(const QByteArray& json, qsizetype size)
+QJsonObject Parsed(const QByteArray& json)
 {
-    Require(!HasControls(json), "JSON has no raw control characters");
     QJsonParseError error = {};
-    const QJsonArray graphs = QJsonDocument::fromJson(json, &error).array();
+    const QJsonObject parsed = QJsonDocument::fromJson(json, &error).object();
     Require(error.error == QJsonParseError::NoError, "JSON can be parsed");
+    Require(parsed[QStringLiteral("version")] == 1, "JSON has its version");
+    return parsed;
+}
+
+// The object of the only graph.
+QJsonObject CheckJson(const QByteArray& json, qsizetype size)
+{
+    const QJsonArray graphs = Parsed(json)[QStringLiteral("graphs")].toArray();
     Require(graphs.size() == 1, "a graph gives an object");
-    const QJsonObject graph = graphs.first().toObject();
+    QJsonObject graph = graphs.first().toObject();
     Require(graph[QStringLiteral("file")].isString(), "an object names its file");
     if (!graph.contains(QStringLiteral("error")))
         CheckGraph(graph, size);
+    return graph;
+}
+
+void CheckLine(const QByteArray& line, const QJsonObject& graph)
+{
+    Require(line.count('\n') == 1 && line.endsWith('\n'), "a graph has a line");
+    QJsonObject object = Parsed(line);
+    object.remove(QStringLiteral("version"));
+    Require(object == graph, "the line says what the document says");
+}
+
+void CheckRows(const QByteArray& rows, const QJsonObject& graph)
+{
+    const auto vectors = static_cast<qsizetype>(graph[QStringLiteral("vectors")].toDouble());
+    Require(rows.startsWith("x1,y1,x2,y2,color,width,path\n"), "the columns have their names");
+    Require(rows.count('\n') == 1 + vectors, "a vector has a row");
+}
+
+bool IsLossWord(const QString& word)
+{
+    return word != QLatin1StringView(DamageWord(PlfDamage::kUnknownCommand));
+}
+
+void CheckVerdict(const QByteArray& lines, int code, const QJsonObject& graph)
+{
+    const QJsonArray damage = graph[QStringLiteral("damage")].toArray();
+    const bool isDamaged = std::any_of(damage.begin(), damage.end(), [](const QJsonValue& noted) {
+        return IsLossWord(noted.toObject()[QStringLiteral("kind")].toString());
+    });
+    const bool isUnread = graph.contains(QStringLiteral("error"));
+    Require(lines.count('\n') == (isDamaged ? 1 : 0), "a damaged graph has a line");
+    Require(code == (isDamaged || isUnread ? tools::kFailed : tools::kDone), "the code tells");
 }
 
 // Some names are those of no file.
@@ -132,19 +173,39 @@ void Write(const QByteArray& name, const QByteArray& bytes)
         fwrite(bytes.constData(), 1, static_cast<size_t>(bytes.size()), file.get());
 }
 
-void Inspect(const QByteArray& name, const QByteArray& bytes)
+// What a call prints, none of which a terminal would obey.
+QByteArray Printed(info::Options options, const QByteArray& name, int* code)
 {
-    QByteArray json;
+    options.names = {tools::DecodeName(name)};
+    QByteArray printed;
     QByteArray messages;
     {
         const Capture output(&stdout);
         const Capture errors(&stderr);
-        info::Run({true, false, {tools::DecodeName(name)}});
-        json = output.Text();
+        *code = info::Run(options);
+        printed = output.Text();
         messages = errors.Text();
     }
     Require(!HasControls(messages), "a message has no control characters");
-    CheckJson(json, bytes.size());
+    Require(!HasControls(printed), "the output has no control characters");
+    return printed;
+}
+
+QByteArray PrintedWith(bool info::Options::*flag, const QByteArray& name, int* code)
+{
+    info::Options options;
+    options.*flag = true;
+    return Printed(options, name, code);
+}
+
+void Inspect(const QByteArray& name, qsizetype size)
+{
+    int code = -1;
+    const QJsonObject graph = CheckJson(PrintedWith(&info::Options::asJson, name, &code), size);
+    CheckLine(PrintedWith(&info::Options::asJsonLines, name, &code), graph);
+    CheckRows(PrintedWith(&info::Options::asVectors, name, &code), graph);
+    const QByteArray lines = PrintedWith(&info::Options::isCheck, name, &code);
+    CheckVerdict(lines, code, graph);
 }
 
 } // namespace
@@ -164,10 +225,10 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
     const qsizetype zero = input.lastIndexOf('\0');
     const QByteArray name = zero < 0 ? QByteArray("graph.plf") : input.sliced(zero + 1);
     const QByteArray graph = zero < 0 ? input : input.first(zero);
-    if (name.contains('/') || name == tools::kStandardStream)
+    if (name.contains('/') || name == ".." || name == tools::kStandardStream)
         return 0; // not in the sandbox
     Write(name, graph);
-    Inspect(name, graph);
+    Inspect(name, graph.size());
     remove(name.constData());
     return 0;
 }

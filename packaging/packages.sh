@@ -11,7 +11,7 @@ wayland_packages=(qt6-wayland)
 # To build and run the tests: readers of PostScript, PDF and SVG, a print server, locales, an X server with a window manager
 # and simulated input, a Wayland compositor, and desktop tools for file types.
 test_packages=(binutils cups-client cups-daemon desktop-file-utils file ghostscript libglib2.0-bin locales openbox
-  librsvg2-bin poppler-utils qt6-svg-dev qt6-wayland shared-mime-info weston x11-utils xdotool xvfb)
+  librsvg2-bin poppler-utils python3-jsonschema qt6-svg-dev qt6-wayland shared-mime-info weston x11-utils xdotool xvfb)
 # To try the converter's pictures in large programs of others.
 peers_packages=(chromium inkscape)
 # To build with sanitizers, with function names in their reports.

@@ -73,7 +73,7 @@ for program in plotvw plotvw-open plfconvert plfinfo krvhost; do
   done
 done
 for file in man/man5/plotvw.cfg.5 metainfo/org.plotvw.plotvw.metainfo.xml icons/hicolor/scalable/apps/plotvw.svg \
-  icons/hicolor/48x48/apps/plotvw.png; do
+  icons/hicolor/48x48/apps/plotvw.png plotvw/plfinfo.schema.json; do
   [[ -s $prefix/share/$file ]] || fail "$file is not installed"
 done
 

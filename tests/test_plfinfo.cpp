@@ -33,6 +33,34 @@ QByteArray SmallGraph()
                                      plf::Text(100, 200, "20 \xc2\xb0\x43 \"hot\"") + plf::End());
 }
 
+// What is found in a document with the right version; nothing in another one.
+QJsonArray Graphs(const QByteArray& json)
+{
+    const QJsonObject document = QJsonDocument::fromJson(json).object();
+    const bool isRight = document.keys() == QStringList{Text("graphs"), Text("version")} &&
+                         document[Text("version")] == 1;
+    return isRight ? document[Text("graphs")].toArray() : QJsonArray();
+}
+
+// A graph without its end mark, and one in which line indices are not finished.
+QByteArray CutGraph()
+{
+    return QByteArray::fromStdString(plf::Start() + plf::Line(0, 0, 9, 9) + "\x1d");
+}
+
+QByteArray BrokenGraph()
+{
+    return QByteArray::fromStdString(plf::Start() + "\x1bML@\x1bML@\x1bQQ\r" +
+                                     plf::Line(0, 0, 9, 9) + plf::End() + "xy");
+}
+
+// Whole, although it has a command that is not known here.
+QByteArray GraphWithUnknownCommand()
+{
+    return QByteArray::fromStdString(plf::Start() + "\x1bQQ\r" + plf::Line(0, 0, 9, 9) +
+                                     plf::End());
+}
+
 } // namespace
 
 class TestPlfInfo : public QObject
@@ -44,7 +72,7 @@ private slots:
 
     void text_graph_hasARowForEachThing();
     void text_controlCharacters_areWrittenOut();
-    void json_graph_isAnArrayWithOneObject();
+    void json_graph_isAnObjectInTheList();
     void json_fileThatCannotBeRead_hasTheReason();
     void json_samples_agreeWithTheirDumps();
     void dump_manyGraphs_nameEach();
@@ -59,6 +87,25 @@ private slots:
     void call_nameThatIsNoText_isRead();
     void json_nameThatIsNoTextAndCannotBeRead_hasItsBytes();
     void hostileName_isNotObeyed();
+    void check_wholeGraphs_printsNothing();
+    void check_damagedGraphs_haveALineEach();
+    void check_otherOutput_isPrintedAndTheCodeTells_data();
+    void check_otherOutput_isPrintedAndTheCodeTells();
+    void check_fileThatCannotBeRead_endsWith1();
+    void folder_hasItsGraphsInNaturalOrder();
+    void folder_recursive_hasThoseBelow();
+    void folder_withoutGraphs_isAFailure();
+    void folder_thatCannotBeSearched_isAFailure();
+    void folder_namedLikeTheStandardInput_isNotSearched();
+    void folder_linksInACircle_endTheSearch();
+    void jsonLines_graphs_haveALineEach();
+    void csv_vectors_areRows();
+    void csv_manyGraphs_haveNames_data();
+    void csv_manyGraphs_haveNames();
+    void csv_folder_hasNamesWithOneGraphToo();
+    void csv_longName_isWhole();
+    void csv_samples_haveARowForEachVector();
+    void json_tenThousandGraphs_areAllInTheDocument();
 
 private:
     Call Run(const QStringList& arguments, const QByteArray& input = {});
@@ -135,11 +182,11 @@ void TestPlfInfo::text_controlCharacters_areWrittenOut()
     }
 }
 
-void TestPlfInfo::json_graph_isAnArrayWithOneObject()
+void TestPlfInfo::json_graph_isAnObjectInTheList()
 {
     const Call call = Run({Text("--json"), Text("graph.plf")});
     QCOMPARE(call.code, 0);
-    const QJsonArray graphs = QJsonDocument::fromJson(call.output).array();
+    const QJsonArray graphs = Graphs(call.output);
     QCOMPARE(graphs.size(), 1);
     const QJsonObject graph = graphs[0].toObject();
     const int size = static_cast<int>(SmallGraph().size());
@@ -181,7 +228,7 @@ void TestPlfInfo::json_fileThatCannotBeRead_hasTheReason()
 {
     const Call call = Run({Text("-j"), Text("none.plf"), Text("graph.plf")});
     QCOMPARE(call.code, 1);
-    const QJsonArray graphs = QJsonDocument::fromJson(call.output).array();
+    const QJsonArray graphs = Graphs(call.output);
     QCOMPARE(graphs.size(), 2);
     QCOMPARE(graphs[0].toObject().keys(), (QStringList{Text("error"), Text("file")}));
     QCOMPARE(graphs[0][Text("file")].toString(), Text("none.plf"));
@@ -197,7 +244,7 @@ void TestPlfInfo::json_samples_agreeWithTheirDumps()
         names += samples.filePath(name);
     QVERIFY(names.size() >= 8);
     const Call json = Run(QStringList(Text("--json")) + names);
-    const QJsonArray graphs = QJsonDocument::fromJson(json.output).array();
+    const QJsonArray graphs = Graphs(json.output);
     QCOMPARE(graphs.size(), names.size());
     for (qsizetype i = 0; i < names.size(); ++i) {
         const QByteArray dump = Run({Text("--dump"), names[i]}).output;
@@ -247,7 +294,7 @@ void TestPlfInfo::call_fileThatCannotBeRead_namesItAndGoesOn_data()
     QTest::addColumn<QString>("name");
     QTest::addColumn<QByteArray>("reason");
     QTest::newRow("missing") << Text("none.plf") << QByteArray("No such file or directory");
-    QTest::newRow("folder") << Text(".") << QByteArray("is a directory");
+    QTest::newRow("folder") << Text("sub") << QByteArray("contains no graph");
     QTest::newRow("empty") << Text("empty.plf") << QByteArray("is empty");
     QTest::newRow("no graph") << Text("text.plf")
                               << QByteArray("File is not a recognized PLF graphic format.");
@@ -262,6 +309,7 @@ void TestPlfInfo::call_fileThatCannotBeRead_namesItAndGoesOn()
     QFETCH(QByteArray, reason);
     Write("empty.plf", "");
     Write("text.plf", "text");
+    QVERIFY(QDir(folder->path()).mkdir(Text("sub")));
     const Call call = Run({name, Text("graph.plf")});
     QCOMPARE(call.code, 1);
     QCOMPARE(call.errors,
@@ -274,6 +322,12 @@ void TestPlfInfo::call_wrongUsage_endsWith2_data()
     QTest::addColumn<QStringList>("arguments");
     QTest::newRow("no graph") << QStringList();
     QTest::newRow("unknown option") << QStringList{Text("--nonsense"), Text("graph.plf")};
+    QTest::newRow("no table") << QStringList{Text("graph.plf"), Text("--csv")};
+    QTest::newRow("unknown table") << QStringList{Text("--csv"), Text("texts"), Text("graph.plf")};
+    QTest::newRow("lines and JSON")
+        << QStringList{Text("--json"), Text("--json-lines"), Text("graph.plf")};
+    QTest::newRow("rows and a dump")
+        << QStringList{Text("-d"), Text("--csv=vectors"), Text("graph.plf")};
     QTest::newRow("two kinds") << QStringList{Text("--json"), Text("--dump"), Text("graph.plf")};
 }
 
@@ -318,7 +372,7 @@ void TestPlfInfo::call_nameThatIsNoText_isRead()
     QVERIFY(process.waitForFinished(kTimeout));
     QCOMPARE(unlink(name.c_str()), 0); // Qt cannot
     QCOMPARE(process.exitCode(), 0);
-    const QJsonArray graphs = QJsonDocument::fromJson(process.readAllStandardOutput()).array();
+    const QJsonArray graphs = Graphs(process.readAllStandardOutput());
     QCOMPARE(graphs[0][Text("file")].toString(), Text("caf\ufffd.plf"));
     QCOMPARE(QByteArray::fromBase64(graphs[0][Text("fileBase64")].toString().toLatin1()),
              QByteArray("caf\xe9.plf"));
@@ -331,7 +385,7 @@ void TestPlfInfo::json_nameThatIsNoTextAndCannotBeRead_hasItsBytes()
     process.start(Text("bash"),
                   {Text("-c"), Text("exec '" PLFINFO_PROGRAM "' --json none$'\\xe9' none")});
     QVERIFY(process.waitForFinished(kTimeout));
-    const QJsonArray graphs = QJsonDocument::fromJson(process.readAllStandardOutput()).array();
+    const QJsonArray graphs = Graphs(process.readAllStandardOutput());
     QCOMPARE(graphs[0].toObject().keys(),
              (QStringList{Text("error"), Text("file"), Text("fileBase64")}));
     QCOMPARE(graphs[0][Text("fileBase64")].toString(), Text("bm9uZek="));
@@ -353,11 +407,237 @@ void TestPlfInfo::hostileName_isNotObeyed()
     const Call failed = Run({name + Text("x")});
     QVERIFY2(failed.errors.startsWith("plfinfo: " + visible + "x: "), failed.errors.constData());
     const QByteArray json = Run({Text("--json"), name}).output;
-    QCOMPARE(QJsonDocument::fromJson(json).array()[0][Text("file")].toString(), name);
+    QCOMPARE(Graphs(json)[0][Text("file")].toString(), name);
     for (const QByteArray& output : {text, failed.errors, json}) {
         for (const char* obeyed : {"\x1b", "\xc2\x9b", "\xe2\x80\xae"})
             QVERIFY2(!output.contains(obeyed), output.constData());
     }
+}
+
+void TestPlfInfo::check_wholeGraphs_printsNothing()
+{
+    Write("unknown.plf", GraphWithUnknownCommand());
+    for (const char* option : {"-c", "--check"}) {
+        const Call call = Run({Text(option), Text("graph.plf"), Text("unknown.plf")});
+        QCOMPARE(call.output + call.errors, QByteArray());
+        QCOMPARE(call.code, 0);
+    }
+}
+
+void TestPlfInfo::check_damagedGraphs_haveALineEach()
+{
+    Write("a\n.plf", CutGraph());
+    Write("b.plf", BrokenGraph());
+    const Call call = Run({Text("-c"), Text("graph.plf"), Text("a\n.plf"), Text("b.plf")});
+    QCOMPARE(call.errors, QByteArray());
+    QCOMPARE(call.output, "a\\x0a.plf: no end mark at byte " +
+                              QByteArray::number(CutGraph().size()) +
+                              "\nb.plf: unfinished parameter at byte 18 (2 times, the first), "
+                              "data after the end at byte " +
+                              QByteArray::number(BrokenGraph().size() - 2) + " (2 bytes)\n");
+    QCOMPARE(call.code, 1);
+}
+
+void TestPlfInfo::check_otherOutput_isPrintedAndTheCodeTells_data()
+{
+    QTest::addColumn<QStringList>("kind");
+    QTest::newRow("JSON") << QStringList{Text("--json")};
+    QTest::newRow("lines") << QStringList{Text("--json-lines")};
+    QTest::newRow("dump") << QStringList{Text("--dump")};
+    QTest::newRow("rows") << QStringList{Text("--csv"), Text("vectors")};
+}
+
+void TestPlfInfo::check_otherOutput_isPrintedAndTheCodeTells()
+{
+    QFETCH(QStringList, kind);
+    Write("cut.plf", CutGraph());
+    const QStringList check = QStringList(Text("--check")) + kind;
+    const Call plain = Run(kind + QStringList{Text("cut.plf"), Text("graph.plf")});
+    const Call checked = Run(check + QStringList{Text("cut.plf"), Text("graph.plf")});
+    QVERIFY(!plain.output.isEmpty());
+    QCOMPARE(checked.output, plain.output);
+    QCOMPARE(plain.code, 0);
+    QCOMPARE(checked.code, 1);
+    QCOMPARE(Run(check + QStringList{Text("graph.plf")}).code, 0);
+}
+
+void TestPlfInfo::check_fileThatCannotBeRead_endsWith1()
+{
+    const Call call = Run({Text("-c"), Text("none.plf"), Text("graph.plf")});
+    QCOMPARE(call.code, 1);
+    QCOMPARE(call.output, QByteArray());
+    QCOMPARE(call.errors, QByteArray("plfinfo: none.plf: No such file or directory\n"));
+}
+
+// Also one without an extension, but no other file, however it is called.
+void TestPlfInfo::folder_hasItsGraphsInNaturalOrder()
+{
+    QDir(folder->path()).mkpath(Text("sub/below.plf"));
+    for (const char* name :
+         {"sub/g10.PLF", "sub/g9.plf", "sub/graph", "sub/graph.txt", "sub/below.plf/deep.plf"})
+        Write(name, CutGraph());
+    Write("sub/text", "text");
+    const Call call = Run({Text("-c"), Text("sub")});
+    const QByteArray damage = ": no end mark at byte " + QByteArray::number(CutGraph().size());
+    QCOMPARE(call.errors, QByteArray());
+    QCOMPARE(call.output,
+             "sub/g9.plf" + damage + "\nsub/g10.PLF" + damage + "\nsub/graph" + damage + '\n');
+    QVERIFY(Run({Text("-c"), Text("sub/")}).output.startsWith("sub/g9.plf:"));
+}
+
+void TestPlfInfo::folder_recursive_hasThoseBelow()
+{
+    QDir(folder->path()).mkpath(Text("sub/b/c"));
+    for (const char* name : {"sub/z.plf", "sub/b/y.plf", "sub/b/c/x"})
+        Write(name, SmallGraph());
+    for (const char* option : {"-r", "--recursive"}) {
+        const Call call = Run({Text(option), Text("-d"), Text("sub"), Text("graph.plf")});
+        QCOMPARE(call.code, 0);
+        QByteArrayList names;
+        for (const QByteArray& line : call.output.split('\n')) {
+            if (line.startsWith("# "))
+                names += line.mid(2);
+        }
+        QCOMPARE(names, (QByteArrayList{"sub/b/c/x", "sub/b/y.plf", "sub/z.plf", "graph.plf"}));
+    }
+}
+
+void TestPlfInfo::folder_withoutGraphs_isAFailure()
+{
+    QDir(folder->path()).mkpath(Text("sub/below"));
+    Write("sub/below/graph.plf", SmallGraph());
+    const Call call = Run({Text("--json"), Text("sub")});
+    QCOMPARE(call.code, 1);
+    QCOMPARE(call.errors, QByteArray("plfinfo: sub: contains no graph\n"));
+    QCOMPARE(Graphs(call.output),
+             (QJsonArray{QJsonObject{{Text("file"), Text("sub")},
+                                     {Text("error"), Text("contains no graph")}}}));
+    QCOMPARE(Run({Text("-r"), Text("sub")}).code, 0);
+}
+
+void TestPlfInfo::folder_thatCannotBeSearched_isAFailure()
+{
+    if (geteuid() == 0)
+        QSKIP("Root may search every folder.");
+    QDir(folder->path()).mkpath(Text("sub/closed"));
+    Write("sub/graph.plf", SmallGraph());
+    const QString closed = Path("sub/closed");
+    QVERIFY(QFile::setPermissions(closed, {}));
+    const Call call = Run({Text("-r"), Text("-c"), Text("sub")});
+    QVERIFY(QFile::setPermissions(closed, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
+    QCOMPARE(call.code, 1);
+    QCOMPARE(call.errors, QByteArray("plfinfo: sub/closed: Permission denied\n"));
+}
+
+void TestPlfInfo::folder_namedLikeTheStandardInput_isNotSearched()
+{
+    QDir(folder->path()).mkpath(Text("-"));
+    Write("-/cut.plf", CutGraph());
+    QCOMPARE(Run({Text("-c"), Text("-")}, SmallGraph()).code, 0);
+    QCOMPARE(Run({Text("-c"), Text("./-")}, SmallGraph()).code, 1);
+}
+
+void TestPlfInfo::folder_linksInACircle_endTheSearch()
+{
+    QVERIFY(QFile::link(folder->path(), Path("again")));
+    QVERIFY(QFile::link(Path("graph.plf"), Path("link.plf")));
+    const Call call = Run({Text("-r"), Text("--json-lines"), Text(".")});
+    QCOMPARE(call.code, 0);
+    QCOMPARE(call.output.count("\"file\":\"./"), 2);
+}
+
+void TestPlfInfo::jsonLines_graphs_haveALineEach()
+{
+    const QStringList names = {Text("graph.plf"), Text("none\n.plf"), Text("graph.plf")};
+    const Call call = Run(QStringList(Text("--json-lines")) + names);
+    QCOMPARE(call.code, 1);
+    const QJsonArray graphs = Graphs(Run(QStringList(Text("--json")) + names).output);
+    QByteArrayList lines = call.output.split('\n');
+    QCOMPARE(lines.takeLast(), QByteArray());
+    QCOMPARE(lines.size(), names.size());
+    for (qsizetype i = 0; i < lines.size(); ++i) {
+        QJsonObject object = QJsonDocument::fromJson(lines[i]).object();
+        QCOMPARE(object.take(Text("version")), QJsonValue(1));
+        QCOMPARE(object, graphs[i].toObject());
+    }
+}
+
+void TestPlfInfo::csv_vectors_areRows()
+{
+    Write("two.plf",
+          QByteArray::fromStdString(plf::Start() + plf::Width(-7) + plf::Line(0, 0, 4095, 3119) +
+                                    plf::Address(1, 2) + plf::Command("ML", {1}) +
+                                    plf::Line(5, 5, 5, 5) + plf::End()));
+    const Call call = Run({Text("--csv"), Text("vectors"), Text("two.plf")});
+    QCOMPARE(call.code, 0);
+    QCOMPARE(call.output, QByteArray("x1,y1,x2,y2,color,width,path\n"
+                                     "0,0,4095,3119,0,-7,0\n"
+                                     "4095,3119,1,2,0,-7,0\n"
+                                     "5,5,5,5,0,-7,1\n"));
+}
+
+void TestPlfInfo::csv_manyGraphs_haveNames_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QByteArray>("field");
+    QTest::newRow("plain") << Text("a b.plf") << QByteArray("a b.plf");
+    QTest::newRow("comma") << Text("a,b.plf") << QByteArray("\"a,b.plf\"");
+    QTest::newRow("quotation marks") << Text("a\"b\".plf") << QByteArray("\"a\"\"b\"\".plf\"");
+    QTest::newRow("line end") << Text("a\r\n,b.plf") << QByteArray("\"a\\x0d\\x0a,b.plf\"");
+    QTest::newRow("escape") << Text("a\x1b.plf") << QByteArray("a\\x1b.plf");
+}
+
+void TestPlfInfo::csv_manyGraphs_haveNames()
+{
+    QFETCH(QString, name);
+    QFETCH(QByteArray, field);
+    Write(name.toUtf8().constData(), SmallGraph());
+    const Call call = Run({Text("--csv=vectors"), Text("graph.plf"), name});
+    QCOMPARE(call.output, "file,x1,y1,x2,y2,color,width,path\n"
+                          "graph.plf,0,0,4095,3119,0,7,0\n" +
+                              field + ",0,0,4095,3119,0,7,0\n");
+}
+
+void TestPlfInfo::csv_folder_hasNamesWithOneGraphToo()
+{
+    QCOMPARE(Run({Text("--csv=vectors"), Text(".")}).output,
+             QByteArray("file,x1,y1,x2,y2,color,width,path\n./graph.plf,0,0,4095,3119,0,7,0\n"));
+}
+
+// A name that is longer as a field than what is written at once.
+void TestPlfInfo::csv_longName_isWhole()
+{
+    const QByteArray name = QByteArray("./").repeated(1000) + "graph.plf";
+    std::string lines;
+    for (int i = 0; i < 200; ++i)
+        lines += plf::Line(0, 0, 4095, 3119);
+    Write("graph.plf", QByteArray::fromStdString(plf::Start() + lines + plf::End()));
+    const Call call = Run({Text("--csv=vectors"), Text(name.constData()), Text("graph.plf")});
+    QCOMPARE(call.output.count('\n' + name + ",0,0,4095,3119,0,0,"), 200);
+    QCOMPARE(call.output.count("\ngraph.plf,0,0,4095,3119,0,0,"), 200);
+    QVERIFY(call.output.endsWith(",199\n"));
+}
+
+void TestPlfInfo::csv_samples_haveARowForEachVector()
+{
+    const QString samples = Text(PLOTVW_SAMPLES);
+    const QJsonArray graphs = Graphs(Run({Text("--json"), samples}).output);
+    const QByteArray rows = Run({Text("--csv=vectors"), samples}).output;
+    QVERIFY(graphs.size() >= 8);
+    for (const QJsonValue graph : graphs) {
+        const QByteArray name = graph[Text("file")].toString().toUtf8();
+        QCOMPARE(rows.count('\n' + name + ','), graph[Text("vectors")].toInt());
+    }
+}
+
+void TestPlfInfo::json_tenThousandGraphs_areAllInTheDocument()
+{
+    QStringList names;
+    for (int i = 0; i < 10000; ++i)
+        names += Text("graph.plf");
+    const Call call = Run(QStringList(Text("--json")) + names);
+    QCOMPARE(call.code, 0);
+    QCOMPARE(Graphs(call.output).size(), 10000);
 }
 
 QTEST_GUILESS_MAIN(TestPlfInfo)

@@ -6,30 +6,70 @@ namespace info {
 
 namespace {
 
+using tools::OptionValues;
+using tools::ReadFlag;
+
 tools::ToolHelp Help()
 {
     return {QStringLiteral("Prints what PLF graphs contain. Needs no display.\n\n") +
-                tools::ExitCodeHelp("every graph was read", "some were not, or output failed"),
-            {{"GRAPH...", "PLF files; - is the standard input."}}};
+                tools::ExitCodeHelp("every graph was read",
+                                    "some were not, or are damaged (with --check), or output "
+                                    "failed"),
+            {{"GRAPH...", "PLF files, and folders with PLF files; - is the standard input."}}};
+}
+
+// There is one table so far.
+QString ReadTable(const OptionValues& values, Options* options)
+{
+    if (values.Last() != u"vectors")
+        return values.Wrong(QStringLiteral("vectors"));
+    return values.Flag(&options->asVectors);
 }
 
 // The options, in the order of the help. Each is known from here alone.
 std::vector<tools::OptionRow<Options>> Rows()
 {
     return {
-        {"j json", nullptr, QStringLiteral("Print JSON."), tools::ReadFlag<&Options::asJson>},
+        {"c check", nullptr,
+         QStringLiteral("End with 1 if a graph is damaged. Without another kind of output, print a "
+                        "line for each damaged graph and nothing for the others."),
+         ReadFlag<&Options::isCheck>},
+        {"r recursive", nullptr, QStringLiteral("Search the folders in folders too."),
+         ReadFlag<&Options::isRecursive>},
+        {"j json", nullptr, QStringLiteral("Print JSON."), ReadFlag<&Options::asJson>},
+        {"json-lines", nullptr, QStringLiteral("Print JSON, one line for each graph."),
+         ReadFlag<&Options::asJsonLines>},
+        {"csv", "TABLE",
+         QStringLiteral("Print a table as CSV: vectors, with their ends, colors and widths."),
+         ReadTable},
         {"d dump", nullptr,
          QStringLiteral("List every command and vector, with the offsets of its first byte and "
                         "after its last."),
-         tools::ReadFlag<&Options::asDump>},
+         ReadFlag<&Options::asDump>},
     };
+}
+
+// The kinds of output that were asked for.
+QStringList Outputs(const Options& options)
+{
+    QStringList outputs;
+    const auto add = [&outputs](bool isSet, const QString& name) {
+        if (isSet)
+            outputs += name;
+    };
+    add(options.asJson, QStringLiteral("--json"));
+    add(options.asJsonLines, QStringLiteral("--json-lines"));
+    add(options.asVectors, QStringLiteral("--csv"));
+    add(options.asDump, QStringLiteral("--dump"));
+    return outputs;
 }
 
 QString Complete(const QStringList& arguments, Options* options)
 {
-    options->graphs = arguments;
-    if (options->asJson && options->asDump)
-        return QStringLiteral("--json and --dump cannot be combined");
+    options->names = arguments;
+    const QStringList outputs = Outputs(*options);
+    if (outputs.size() > 1)
+        return QStringLiteral("%1 and %2 cannot be combined").arg(outputs[0], outputs[1]);
     return arguments.isEmpty() ? QStringLiteral("no graph given") : QString();
 }
 

@@ -8,11 +8,15 @@
 
 namespace info {
 
-/// What a call asks for.
+/// What a call asks for. At most one of the kinds of output is set; none is the summary for people.
 struct Options {
     bool asJson = false;
+    bool asJsonLines = false;
     bool asDump = false;
-    QStringList graphs; // at least one
+    bool asVectors = false;   // rows of CSV
+    bool isCheck = false;     // damage counts as a failure
+    bool isRecursive = false; // folders in folders are searched too
+    QStringList names;        // graphs and folders, at least one
 };
 
 /// Reads the arguments, of which the first is the program's name. The application object exists.

@@ -3,17 +3,9 @@
 #include "tools/info/run.h"
 
 #include "tools/common/filename.h"
-#include "tools/common/json.h"
+#include "tools/common/graphsearch.h"
 #include "tools/common/source.h"
-#include "tools/info/dump.h"
-#include "tools/info/inspector.h"
-#include "tools/info/summaryjson.h"
-#include "tools/info/summarytext.h"
-
-#include <QJsonArray>
-#include <QJsonDocument>
-
-#include <cstdio>
+#include "tools/info/output.h"
 
 namespace info {
 
@@ -22,38 +14,57 @@ namespace {
 using tools::EncodeName;
 using tools::VisibleText;
 
-void Write(const QByteArray& text)
+// A folder counts as several graphs whatever it holds, so that the form of the output is known
+// before.
+bool IsForSeveral(const QStringList& names)
 {
-    fwrite(text.constData(), 1, static_cast<size_t>(text.size()), stdout);
+    return names.size() > 1 || tools::IsFolder(names.first());
 }
 
 // Goes through the graphs of one call.
 class Call
 {
 public:
-    explicit Call(const Options& callOptions) : options(callOptions) {}
+    explicit Call(const Options& callOptions)
+        : options(callOptions), output(MakeOutput(options, IsForSeveral(options.names)))
+    {
+    }
 
     /// Returns the exit code.
     int Run();
 
 private:
+    void PrintFolder(const QString& folder);
     void Print(const QString& graph);
     void PrintProblem(const QString& graph, const QString& problem);
-    void Dump(const QByteArray& name, const PlfBytes& graph) const;
 
     const Options& options;
-    QJsonArray objects;
+    std::unique_ptr<Output> output;
     bool hasFailed = false;
 };
 
 int Call::Run()
 {
-    for (const QString& graph : options.graphs)
-        Print(graph);
-    if (options.asJson)
-        Write(tools::VisibleJson(QJsonDocument(objects).toJson()));
+    output->Begin();
+    for (const QString& name : options.names) {
+        if (tools::IsFolder(name))
+            PrintFolder(name);
+        else
+            Print(name);
+    }
+    output->End();
     hasFailed |= !tools::FinishOutput();
     return hasFailed ? tools::kFailed : tools::kDone;
+}
+
+void Call::PrintFolder(const QString& folder)
+{
+    for (const tools::FoundGraph& graph : tools::GraphsIn(folder, options.isRecursive)) {
+        if (graph.problem.isEmpty())
+            Print(graph.name);
+        else
+            PrintProblem(graph.name, graph.problem);
+    }
 }
 
 void Call::Print(const QString& graph)
@@ -64,37 +75,15 @@ void Call::Print(const QString& graph)
         PrintProblem(graph, problem);
         return;
     }
-    const QByteArray name = VisibleText(graph);
-    if (options.asDump) {
-        Dump(name, loaded.Bytes());
-        return;
-    }
-    const Summary summary = Inspector().Inspect(loaded.Bytes());
-    if (!options.asJson) {
-        Write(SummaryText(name, summary));
-        return;
-    }
-    QJsonObject object = SummaryJson(summary);
-    tools::PutName("file", graph, &object);
-    objects += object;
+    const bool isDamaged = output->Graph(graph, loaded.Bytes());
+    hasFailed |= isDamaged && options.isCheck;
 }
 
 void Call::PrintProblem(const QString& graph, const QString& problem)
 {
     hasFailed = true;
     tools::PrintError(VisibleText(graph) + ": " + problem.toLocal8Bit());
-    if (!options.asJson)
-        return;
-    QJsonObject object = {{QStringLiteral("error"), problem}};
-    tools::PutName("file", graph, &object);
-    objects += object;
-}
-
-void Call::Dump(const QByteArray& name, const PlfBytes& graph) const
-{
-    if (options.graphs.size() > 1)
-        Write("# " + name + '\n');
-    Inspector([](const Item& item) { Write(DumpLine(item)); }).Inspect(graph);
+    output->Problem(graph, problem);
 }
 
 } // namespace
