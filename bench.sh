@@ -59,6 +59,8 @@ measure_all() {
   echo 'Measuring: whole processes ...'
   bench/compare-eps.sh "$build/tools/plfconvert" "$streams" "$runs" >"$out/process.txt"
   bench/cores.sh "$build/tools/plfconvert" "$streams" "$runs" >"$out/cores.txt"
+  echo 'Measuring: comparisons ...'
+  bench/diff.sh "$build/tools/plfdiff" "$streams" >"$out/diff.txt"
   echo 'Measuring: start ...'
   tests/e2e/with-xserver.sh "$build/bench/startup" "$runs" "$build/bench/empty" \
     "$build/app/plotvw $root/samples/tour.plf" "$build/app/plotvw $streams/huge.plf" >"$out/startup.txt" 2>"$out/startup.log"

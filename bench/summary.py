@@ -3,7 +3,8 @@
 # SPDX-FileCopyrightText: 2026 plotvw contributors
 """Make one table of what ../bench.sh measured: ratios of two things, each pair from one run.
 
-    summary.py DIR      DIR holds draw.json, fill.json, eps.json, drag.json, process.txt, cores.txt and startup.txt
+    summary.py DIR      DIR holds draw.json, fill.json, eps.json, drag.json, process.txt, cores.txt, startup.txt
+                    and diff.txt
 """
 import json
 import sys
@@ -181,6 +182,7 @@ def main():
     process(table, folder / "process.txt")
     startup(table, folder / "startup.txt")
     drag(table, load(folder / "drag.json"))
+    print((folder / "diff.txt").read_text(encoding="utf-8"), end="")
 
 
 if __name__ == "__main__":

@@ -64,7 +64,7 @@ exec 3<&-
 expect 'the thumbnail' image/png "$(file --brief --mime-type -- "$root/graphs/thumbnail")"
 [[ $(file --brief -- "$root/graphs/thumbnail") == *'256 x 195'* ]] || fail 'the thumbnail has another size'
 
-for program in plotvw plotvw-open plfconvert plfinfo krvhost; do
+for program in plotvw plotvw-open plfconvert plfinfo plfdiff krvhost; do
   [[ -x $prefix/bin/$program ]] || fail "$program is not installed"
   [[ -s $prefix/share/man/man1/$program.1 ]] || fail "$program has no manual page"
   for script in bash-completion/completions/"$program" zsh/site-functions/_"$program" \

@@ -13,7 +13,7 @@ trap 'rm -rf -- "$root"' EXIT
 prefix=$root/usr
 cmake --install "$build" --prefix "$prefix" >/dev/null
 
-"$top/tests/hardening.sh" "$prefix"/bin/{plotvw,plfconvert,plfinfo,krvhost}
+"$top/tests/hardening.sh" "$prefix"/bin/{plotvw,plfconvert,plfinfo,plfdiff,krvhost}
 
 # expect WHAT TYPE FILE: the file is there, and of a type.
 expect() {

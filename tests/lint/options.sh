@@ -64,7 +64,7 @@ in_fish() {
   done
 }
 
-for program in plfconvert plfinfo krvhost; do
+for program in plfconvert plfinfo plfdiff krvhost; do
   expected=$(in_help "$program" | sort)
   if (($(wc -l <<<"$expected") < 5)); then
     echo "$program: no options in its help" >&2

@@ -60,6 +60,7 @@ public:
         return {};
     }
     [[nodiscard]] const QString& Last() const { return values.last(); }
+    [[nodiscard]] const QStringList& All() const { return values; }
     /// The message about the last value.
     [[nodiscard]] QString Wrong(const QString& expected) const;
 

@@ -1,0 +1,15 @@
+# SPDX-License-Identifier: MIT
+# SPDX-FileCopyrightText: 2026 plotvw contributors
+complete -c plfdiff -f -a "(__fish_complete_suffix .plf)"
+complete -c plfdiff -s t -l tolerance -x -d "Distance that does not count"
+complete -c plfdiff -l page -x -d "Width of a graph on paper in mm"
+complete -c plfdiff -s i -l ignore -x -a "color width text order background dots" -d "What does not count"
+complete -c plfdiff -l ignore-area -x -d "Part of the graph that does not count"
+complete -c plfdiff -l max-changes -x -d "Number of changes that do not count"
+complete -c plfdiff -s o -l output -r -d "Draw the differences: png, svg or pdf"
+complete -c plfdiff -l side-by-side -d "Draw both graphs beside each other"
+complete -c plfdiff -l strict -d "Do not compare damaged graphs"
+complete -c plfdiff -s j -l json -d "Print JSON"
+complete -c plfdiff -s q -l quiet -d "Print only which graphs differ"
+complete -c plfdiff -s h -l help -d "Print a short help"
+complete -c plfdiff -s v -l version -d "Print the version"

@@ -1,0 +1,160 @@
+// SPDX-License-Identifier: MIT
+// SPDX-FileCopyrightText: 2026 plotvw contributors
+#include "tools/diff/pairs.h"
+
+#include "tools/diff/middlegrid.h"
+
+#include <algorithm>
+#include <array>
+
+namespace diff {
+
+namespace {
+
+// Rings of cells that are searched, and how many vectors at most: those of a dense graph have a
+// near one that fits.
+constexpr int kRings = 2;
+constexpr int kMostLooks = 64;
+constexpr double kTooFar = 2.0 * kUnits;
+// What a vector with another look in the same place is ahead of any that moved.
+constexpr double kSamePlace = -1;
+// How much farther the next vector in the order may be than the nearest one, and a distance that is
+// near in any case: units.
+constexpr double kFartherInOrder = 4;
+constexpr double kLeastMove = 8;
+
+class Pairing
+{
+public:
+    Pairing(const Rules& rules, Side* ours, Side* theirs, const Partners& found)
+        : tolerance(rules.tolerance), first(*ours), second(*theirs), partners(found),
+          alone(theirs->Alone()), grids{MiddleGrid(theirs->drawing.vectors, alone, 1),
+                                        MiddleGrid(theirs->drawing.vectors, alone, kFarthestMove)}
+    {
+    }
+
+    void Pair(uint32_t number)
+    {
+        best = kNoPartner;
+        least = kTooFar;
+        // Most have moved so little that their own cell has them.
+        for (MiddleGrid& grid : grids) {
+            for (const int rings : {0, kRings}) {
+                if (best == kNoPartner || least > grid.Side())
+                    Search(number, rings, &grid);
+            }
+        }
+        LookAtNext(number);
+        if (best != kNoPartner)
+            Take(number);
+        lastNumber = number;
+        lastOther = best;
+    }
+
+    [[nodiscard]] std::vector<double>& Moves() { return moves; }
+
+private:
+    void Search(uint32_t number, int rings, MiddleGrid* grid)
+    {
+        int looks = kMostLooks;
+        const auto isTaken = [this](uint32_t other) { return second.fates[other] != Fate::kAlone; };
+        grid->Visit(first[number], rings, isTaken, [&](uint32_t other) {
+            Look(number, other);
+            return --looks > 0;
+        });
+    }
+
+    // Looks at the vector after the one that the vector before has become. It counts even if
+    // another is somewhat nearer, as where a curve moved along itself.
+    void LookAtNext(uint32_t number)
+    {
+        const uint32_t before = number == 0 ? kNoPartner : PartnerOf(number - 1);
+        const uint32_t next = before + 1; // 0 after kNoPartner
+        if ((number > 0 && before == kNoPartner) || next >= second.Size() ||
+            second.fates[next] != Fate::kAlone)
+            return;
+        const double distance = DistanceOf(number, next);
+        if (distance <= kFarthestMove &&
+            distance <= kFartherInOrder * std::max(least, kLeastMove)) {
+            least = distance;
+            best = next;
+        }
+    }
+
+    [[nodiscard]] uint32_t PartnerOf(uint32_t number) const
+    {
+        return number == lastNumber ? lastOther : partners[number];
+    }
+
+    [[nodiscard]] double DistanceOf(uint32_t number, uint32_t other) const
+    {
+        const double distance = EndDistance(first[number], second[other]);
+        if (first.looks[number] == second.looks[other])
+            return distance;
+        return distance <= tolerance ? kSamePlace : kTooFar;
+    }
+
+    void Look(uint32_t number, uint32_t other)
+    {
+        const double distance = DistanceOf(number, other);
+        if (distance < least && distance <= kFarthestMove) {
+            least = distance;
+            best = other;
+        }
+    }
+
+    void Take(uint32_t number)
+    {
+        Fate fate = Fate::kMoved;
+        if (least == kSamePlace)
+            fate = first[number].color != second[best].color ? Fate::kRecolored : Fate::kRewidened;
+        else
+            moves.push_back(least);
+        first.fates[number] = second.fates[best] = fate;
+    }
+
+    double tolerance;
+    Side& first;
+    Side& second;
+    const Partners& partners; // of the vectors that were found
+    std::vector<uint32_t> alone;
+    std::array<MiddleGrid, 2> grids; // fine and coarse
+    std::vector<double> moves;
+    uint32_t best = kNoPartner;
+    double least = kTooFar;
+    uint32_t lastNumber = kNoPartner;
+    uint32_t lastOther = kNoPartner; // what it was paired with
+};
+
+size_t CountOf(const Side& side, Fate fate)
+{
+    return static_cast<size_t>(std::count(side.fates.begin(), side.fates.end(), fate));
+}
+
+double Median(std::vector<double>* values)
+{
+    const auto middle = values->begin() + static_cast<ptrdiff_t>(values->size() / 2);
+    std::nth_element(values->begin(), middle, values->end());
+    return *middle;
+}
+
+} // namespace
+
+void PairChanges(const Rules& rules, Side* first, Side* second, const Partners& partners,
+                 Comparison* result)
+{
+    Pairing pairing(rules, first, second, partners);
+    for (const uint32_t number : first->Alone())
+        pairing.Pair(number);
+    result->counts.gone = CountOf(*first, Fate::kAlone);
+    result->counts.come = CountOf(*second, Fate::kAlone);
+    result->counts.moved = CountOf(*first, Fate::kMoved);
+    result->counts.recolored = CountOf(*first, Fate::kRecolored);
+    result->counts.rewidened = CountOf(*first, Fate::kRewidened);
+    if (!pairing.Moves().empty()) {
+        result->farthest = *std::max_element(pairing.Moves().begin(), pairing.Moves().end());
+        result->medianMove = Median(&pairing.Moves());
+    }
+}
+
+} // namespace diff
