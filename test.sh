@@ -10,7 +10,7 @@
 #   ./test.sh lint [changed|quick]
 #                        formatters, validators and analyzers; clang-tidy checks all sources,
 #                        those that have changed since the last release, or none
-#   ./test.sh peers      pictures of plfconvert in a browser and a drawing program, which are large to install
+#   ./test.sh peers      graphs and pictures in programs of others, which are large to install
 #   ./test.sh release    a release and the benchmarks, with warnings as errors, installed into a folder and tried
 #   ./test.sh all        these six
 #   ./test.sh fuzz SECONDS [TARGET...]

@@ -150,6 +150,8 @@ QPen PainterSink::Visible(QPen thin) const
 // deliberate, graphs are designed for this.
 void PainterSink::Text(std::string_view text, int x, int y)
 {
+    if (!pass.drawsTexts)
+        return;
     lines.Flush();
     if (pass.watch != nullptr)
         pass.watch->Tick();

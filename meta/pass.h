@@ -60,6 +60,7 @@ struct PlfPass {
     Rect full = kWholeArea;          // the graph's area
     bool whiteBackground = true;     // otherwise the one that the graph names
     bool fillsBackground = true;     // otherwise it is transparent
+    bool drawsTexts = true;          // without an application object for windows Qt has no fonts
     double widthScale = 1.0;         // factor on line widths; infinite ones saturate
     double minPenWidth = 0.0;        // minimum pen width of a painter, drawing units
     LineColors colors;               // of painted lines

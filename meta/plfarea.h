@@ -15,3 +15,5 @@ constexpr Rect kWholeArea = {0, 0, kPlfWidth, kPlfHeight, kPlfWidth, kPlfHeight}
 /// Width of a picture in pixels on which lines have the widths that the file gives them; on others
 /// they are wider or narrower in proportion. That of the default window.
 constexpr int kUnscaledWidth = 640;
+/// Longest side of a picture in pixels: Qt paints no farther.
+constexpr int kMaxPictureSide = 32767;

@@ -35,11 +35,12 @@ contains() {
 }
 
 install_packages "${deb_packages[@]}" "${deb_test_packages[@]}"
-rm -f out/plotvw*_*
+readonly plugin=qt6-image-formats-plugin-plf
+rm -f out/plotvw*_* out/"$plugin"*_*
 packaging/make-deb.sh
 first=$(mktemp -d)
 trap 'rm -rf -- "$first"' EXIT
-mv out/plotvw*.deb out/plotvw*.tar.* "$first"
+mv out/plotvw*.deb out/"$plugin"*.deb out/plotvw*.tar.* "$first"
 # Whoever builds it again has another folder, umask and language.
 (umask 077 && PLOTVW_DEB_FOLDER=$root/build/deb-again LC_ALL=C packaging/make-deb.sh)
 for file in "$first"/*; do
@@ -55,7 +56,9 @@ field plotvw-tools Recommends | grep -q '^fonts-' || fail 'no font is recommende
 contains plotvw bin/plotvw bin/plotvw-open share/applications/plotvw.desktop share/mime/packages/plotvw.xml
 contains plotvw-tools bin/plfconvert bin/plfinfo bin/krvhost share/zsh/vendor-completions/_plfconvert
 contains plotvw-doc share/doc/plotvw/COOKBOOK.md share/doc/plotvw/examples/tour.plf
-for package in plotvw plotvw-tools; do
+contains "$plugin" 'lib/.*/qt6/plugins/imageformats/libqplf\.so'
+! field "$plugin" Depends | grep -q 'qt6widgets\|qt6printsupport' || fail 'the plug-in needs widgets'
+for package in plotvw plotvw-tools "$plugin"; do
   [[ -s $(echo out/"$package"-dbgsym_*.deb) ]] || fail "$package has no debugging symbols"
 done
 echo 'The packages are the same when they are built again, and lintian has nothing to say.'

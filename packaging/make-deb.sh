@@ -63,7 +63,7 @@ if ! dpkg-buildpackage --no-sign 2>&1 | tee "$folder/log" | tell_progress; then
 fi
 cd -- "$root"
 mkdir -p out
-for file in "$folder"/plotvw*_*; do
+for file in "$folder"/{plotvw,qt6-image-formats-plugin-plf}*_*; do
   mv -- "$file" out/
   echo "out/${file##*/}"
 done

@@ -5,15 +5,16 @@
 # The Debian 12 packages that the project needs, by purpose, and functions to install them. Sourced by scripts.
 
 # To build the program, and a font for texts.
-build_packages=(cmake fonts-dejavu-core g++ libgl-dev libqpdf-dev ninja-build qt6-base-dev zlib1g-dev)
+build_packages=(cmake fonts-dejavu-core g++ libgl-dev libqpdf-dev ninja-build qt6-base-dev qt6-svg-dev zlib1g-dev)
 # Additionally, for a desktop without an X server.
 wayland_packages=(qt6-wayland)
 # To build and run the tests: readers of PostScript, PDF and SVG, a print server, locales, an X server with a window manager
 # and simulated input, a Wayland compositor, and desktop tools for file types.
 test_packages=(binutils cups-client cups-daemon desktop-file-utils file ghostscript libglib2.0-bin locales openbox
-  librsvg2-bin poppler-utils python3-jsonschema qt6-svg-dev qt6-wayland shared-mime-info weston x11-utils xdotool xvfb)
-# To try the converter's pictures in large programs of others.
-peers_packages=(chromium inkscape)
+  librsvg2-bin poppler-utils python3-jsonschema qt6-wayland shared-mime-info weston x11-utils xdotool xvfb)
+# To try graphs and pictures in programs of others.
+peers_packages=(chromium inkscape qml-qt6 qml6-module-qtquick qml6-module-qtquick-window
+  qml6-module-qtqml-workerscript)
 # To build with sanitizers, with function names in their reports.
 sanitizer_packages=(clang libclang-rt-14-dev llvm)
 # To measure the program, on a screen, and another one for comparison.

@@ -26,7 +26,8 @@ fail() {
   exit 1
 }
 
-packages=("$top"/out/plotvw_*.deb "$top"/out/plotvw-tools_*.deb "$top"/out/plotvw-doc_*.deb)
+packages=("$top"/out/plotvw_*.deb "$top"/out/plotvw-tools_*.deb "$top"/out/plotvw-doc_*.deb
+  "$top"/out/qt6-image-formats-plugin-plf_*.deb)
 for package in "${packages[@]}"; do
   [[ -f $package ]] || fail "$package is missing: make the packages first, with make-deb.sh"
 done
@@ -84,7 +85,7 @@ grep -q 'application=plotvw\|image/x-korvel-plf=plotvw.desktop' "$system/usr/sha
 grep -q 'image/x-korvel-plf' "$system/usr/share/mime/globs2" || fail 'the file type is not known'
 
 step 'Remove'
-quietly inside apt-get -qq --yes purge plotvw plotvw-tools plotvw-doc
+quietly inside apt-get -qq --yes purge plotvw plotvw-tools plotvw-doc qt6-image-formats-plugin-plf
 files >"$system/tmp/after"
 ! diff -- "$system/tmp/before" "$system/tmp/after" | grep '^[<>]' || fail 'it left something, or took something along'
 ! grep -q 'x-korvel-plf' "$system/usr/share/mime/globs2" || fail 'the file type stays'

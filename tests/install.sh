@@ -72,6 +72,10 @@ for program in plotvw plotvw-open plfconvert plfinfo plfdiff krvhost; do
     [[ -s $prefix/share/$script ]] || fail "$script is not installed"
   done
 done
+plugins=("$prefix"/lib*/qt6/plugins "$prefix"/lib*/*/qt6/plugins)
+[[ -n $(find "${plugins[@]}" -path '*/imageformats/libqplf.so' 2>/dev/null) ]] || fail 'the image plug-in is not installed'
+symbols=$(find "$prefix" -name libqplf.so -exec nm --dynamic --defined-only --format=just-symbols {} + | sort | tr '\n' ' ')
+expect 'what the image plug-in exports' 'qt_plugin_instance qt_plugin_query_metadata_v2 ' "$symbols"
 for file in man/man5/plotvw.cfg.5 metainfo/org.plotvw.plotvw.metainfo.xml icons/hicolor/scalable/apps/plotvw.svg \
   icons/hicolor/48x48/apps/plotvw.png plotvw/plfinfo.schema.json; do
   [[ -s $prefix/share/$file ]] || fail "$file is not installed"

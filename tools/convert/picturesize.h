@@ -11,8 +11,8 @@ namespace convert {
 
 /// The width of a picture unless another one is asked for, pixels.
 constexpr int kDefaultWidth = kUnscaledWidth;
-/// Longest side of a picture in pixels: Qt paints no farther.
-constexpr int kMaxSide = 32767;
+/// Longest side of a picture in pixels.
+constexpr int kMaxSide = kMaxPictureSide;
 /// Most pixels of a picture; as an image they take 1 GB.
 constexpr int kMaxPixels = 1 << 28;
 /// The screen's resolution in pixels per inch, for which the application's font has its size.
