@@ -17,7 +17,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr const char* kGraphExtensions[] = {".plf"};
+constexpr const char* kGraphExtensions[] = {".plf", ".plf.gz"};
 
 bool HasGraphName(const QString& name)
 {

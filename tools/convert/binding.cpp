@@ -4,8 +4,8 @@
 
 #include "support/visible.h"
 #include "tools/common/filename.h"
+#include "tools/common/graphfile.h"
 #include "tools/convert/contactsheet.h"
-#include "tools/convert/graphfile.h"
 #include "tools/convert/mergedpdf.h"
 #include "tools/convert/output.h"
 
@@ -65,7 +65,7 @@ QString Document::Draw(int file, QIODevice* output) const
 
 QString Document::Write(int file, const QByteArray& token) const
 {
-    if (IsGraph(NameOf(file)))
+    if (tools::IsGraph(NameOf(file)))
         return QStringLiteral("is a graph; graphs are never overwritten");
     Output output(NameOf(file), token);
     QString problem = output.Open();

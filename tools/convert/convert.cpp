@@ -5,8 +5,8 @@
 #include "meta/plfgraph.h"
 #include "support/visible.h"
 #include "tools/common/filename.h"
+#include "tools/common/graphfile.h"
 #include "tools/common/source.h"
-#include "tools/convert/graphfile.h"
 #include "tools/convert/output.h"
 #include "tools/convert/picture.h"
 
@@ -53,7 +53,7 @@ QString OutputProblem(const Job& job)
         return {};
     if (job.input != tools::kStandardStream && IsSameFile(job.input, job.output))
         return QStringLiteral("input and output are the same file");
-    if (IsGraph(job.output))
+    if (tools::IsGraph(job.output))
         return QStringLiteral("output '%1' is a graph; graphs are never overwritten")
             .arg(QString::fromUtf8(VisibleName(job.output)));
     return {};

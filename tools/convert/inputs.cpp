@@ -4,118 +4,29 @@
 
 #include "support/files.h"
 #include "tools/common/filename.h"
-#include "tools/common/naturalorder.h"
-#include "tools/convert/graphfile.h"
+#include "tools/common/graphsearch.h"
 
-#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
-#include <filesystem>
 #include <iterator>
-#include <system_error>
 
 namespace convert {
 
 namespace {
-
-namespace fs = std::filesystem;
-
-constexpr const char* kGraphExtensions[] = {".plf", ".plf.gz"};
-
-bool HasGraphName(const QString& name)
-{
-    return std::any_of(std::begin(kGraphExtensions), std::end(kGraphExtensions),
-                       [&name](const char* extension) {
-                           return name.endsWith(QLatin1StringView(extension), Qt::CaseInsensitive);
-                       });
-}
-
-// A file without an extension is looked into.
-bool IsGraphFile(const fs::path& file)
-{
-    const QByteArray name = QByteArray::fromStdString(file.string());
-    if (HasGraphName(tools::DecodeName(name)))
-        return true;
-    return file.extension().empty() && IsGraph(name);
-}
-
-fs::path PathOf(const QString& name)
-{
-    return tools::EncodeName(name).toStdString();
-}
 
 Input Failed(const QString& name, const QString& problem)
 {
     return {name, problem, {}};
 }
 
-// The graphs of one folder that was named.
-class Folder
-{
-public:
-    Folder(QString folderName, bool isRecursive)
-        : name(std::move(folderName)), root(PathOf(name)), recursive(isRecursive)
-    {
-    }
-
-    std::vector<Input> Graphs()
-    {
-        Search(root);
-        std::sort(graphs.begin(), graphs.end(), [](const Input& a, const Input& b) {
-            return tools::IsNaturallyBefore(tools::EncodeName(a.name), tools::EncodeName(b.name));
-        });
-        if (graphs.empty())
-            graphs.push_back(Failed(name, QStringLiteral("contains no graph")));
-        return std::move(graphs);
-    }
-
-private:
-    // Links to files are followed, those to folders are not: they may lead in a circle. Pipes and
-    // devices are left out, as reading them may never end.
-    void Search(const fs::path& folder)
-    {
-        std::error_code error;
-        fs::directory_iterator entry(folder, error);
-        for (; !error && entry != fs::directory_iterator(); entry.increment(error)) {
-            std::error_code ignored; // of a file that vanished meanwhile
-            if (recursive && entry->symlink_status(ignored).type() == fs::file_type::directory)
-                Search(entry->path());
-            else if (entry->is_regular_file(ignored) && IsGraphFile(entry->path()))
-                Add(entry->path());
-        }
-        if (error)
-            graphs.push_back(Failed(Decoded(folder), QString::fromStdString(error.message())));
-    }
-
-    void Add(const fs::path& file)
-    {
-        const fs::path below = file.parent_path().lexically_relative(root / "").relative_path();
-        const QString subfolder = Decoded(below);
-        graphs.push_back({Decoded(file),
-                          {},
-                          subfolder.isEmpty() || subfolder == u"." ? QString() : subfolder + u'/'});
-    }
-
-    static QString Decoded(const fs::path& path)
-    {
-        return tools::DecodeName(QByteArray::fromStdString(path.string()));
-    }
-
-    QString name;
-    fs::path root;
-    bool recursive;
-    std::vector<Input> graphs;
-};
-
 void AddNamed(const QString& name, bool recursive, std::vector<Input>* inputs)
 {
-    std::error_code error;
-    if (!fs::is_directory(PathOf(name), error)) {
+    if (!tools::IsFolder(name)) {
         inputs->push_back({name, {}, {}});
         return;
     }
-    std::vector<Input> graphs = Folder(name, recursive).Graphs();
+    std::vector<Input> graphs = tools::GraphsIn(name, recursive);
     std::move(graphs.begin(), graphs.end(), std::back_inserter(*inputs));
 }
 

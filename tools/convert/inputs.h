@@ -4,20 +4,15 @@
 // Which graphs a call names: one by one, in folders, or in a list of names.
 #pragma once
 
+#include "tools/common/graphsearch.h"
 #include "tools/convert/options.h"
-
-#include <QString>
 
 #include <vector>
 
 namespace convert {
 
 /// A graph, or why there is none of that name.
-struct Input {
-    QString name;
-    QString problem;
-    QString subfolder; // below the folder that the call names, with '/' at its end; or empty
-};
+using Input = tools::FoundGraph;
 
 /// The graphs of a call. Those of a folder are in natural order.
 std::vector<Input> CollectInputs(const Options& options);

@@ -3,8 +3,8 @@
 #include "tools/convert/report.h"
 
 #include "tools/common/filename.h"
+#include "tools/common/graphfile.h"
 #include "tools/common/json.h"
-#include "tools/convert/graphfile.h"
 
 #include <QJsonDocument>
 
@@ -64,7 +64,7 @@ QString Report::Open(const QByteArray& name)
         stream = stdout;
         return {};
     }
-    if (IsGraph(name))
+    if (tools::IsGraph(name))
         return QStringLiteral("is a graph; graphs are never overwritten");
     file.reset(fopen(name.constData(), "we"));
     stream = file.get();
