@@ -22,6 +22,8 @@ struct VectorRecord {
     int32_t width = 0; // as the file says it
     uint32_t path = 0; // vectors that continue one another have the same number, from 0
     uint8_t color = 0; // palette index
+    // So that the same records are the same bytes.
+    uint8_t unused[3] = {};
 };
 static_assert(sizeof(VectorRecord) == 20, "readers of the block rely on the size");
 

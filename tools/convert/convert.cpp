@@ -46,6 +46,15 @@ bool IsNewer(const QByteArray& output, const QByteArray& input)
            S_ISREG(older.st_mode) && time(newer) > time(older);
 }
 
+} // namespace
+
+QString TitleOf(const QByteArray& input)
+{
+    if (input == tools::kStandardStream)
+        return QStringLiteral("KORVEL graph");
+    return QString::fromUtf8(VisibleName(input.sliced(input.lastIndexOf('/') + 1)));
+}
+
 // Whoever names a graph as the output has most likely left one out.
 QString OutputProblem(const Job& job)
 {
@@ -58,6 +67,8 @@ QString OutputProblem(const Job& job)
             .arg(QString::fromUtf8(VisibleName(job.output)));
     return {};
 }
+
+namespace {
 
 // Why there is nothing to do; empty when there is.
 QString SkipReason(const Job& job, const OutputRules& rules)
@@ -86,14 +97,6 @@ QString MakeFolder(const QByteArray& output)
 QString About(const Job& job, const QString& reason)
 {
     return QStringLiteral("%1: %2").arg(QString::fromUtf8(VisibleName(job.output)), reason);
-}
-
-// The graph's name, without its folder.
-QString TitleOf(const QByteArray& input)
-{
-    if (input == tools::kStandardStream)
-        return QStringLiteral("KORVEL graph");
-    return QString::fromUtf8(VisibleName(input.sliced(input.lastIndexOf('/') + 1)));
 }
 
 // The kinds that count, without those that whole graphs may have.

@@ -35,6 +35,14 @@ struct OutputRules {
     QByteArray token;          // makes the names of temporary files those of this call
 };
 
+/// What a picture of a graph is called inside it: the graph's name, without its folder.
+/// @param input  local name, or tools::kStandardStream for a graph without one
+QString TitleOf(const QByteArray& input);
+
+/// Why the output of a job is not to be written, a line; empty if it may be. The input may have no
+/// name.
+QString OutputProblem(const Job& job);
+
 /// Makes the picture of a job.
 /// @param number  of the job in the call, for the name of the temporary file
 Outcome Convert(const Job& job, int number, const PictureSettings& settings,

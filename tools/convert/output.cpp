@@ -39,7 +39,7 @@ Output::Output(const QByteArray& name, const QByteArray& token)
 
 QString Output::Open()
 {
-    const int error = isStandardOutput ? file.OpenCopyOf(STDOUT_FILENO) : file.Open();
+    error = isStandardOutput ? file.OpenCopyOf(STDOUT_FILENO) : file.Open();
     if (error == 0)
         open(QIODevice::WriteOnly);
     return Reason(error);
@@ -61,7 +61,8 @@ qint64 Output::writeData(const char* data, qint64 size)
 
 QString Output::Commit(bool keepExisting)
 {
-    return Reason(file.Commit(keepExisting));
+    error = file.Commit(keepExisting);
+    return Reason(error);
 }
 
 } // namespace convert

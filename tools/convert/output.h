@@ -31,6 +31,8 @@ public:
     /// @param keepExisting  replace no file
     /// @return empty, or why that failed; a write that failed before is reported here
     QString Commit(bool keepExisting);
+    /// The errno of the failure that Open or Commit reported; 0 without one.
+    [[nodiscard]] int Error() const { return error; }
     /// How many bytes were given so far.
     [[nodiscard]] qint64 WrittenBytes() const { return written; }
     [[nodiscard]] bool isSequential() const override { return true; }
@@ -41,6 +43,7 @@ protected:
 
 private:
     bool isStandardOutput;
+    int error = 0;
     WholeFile file;
     qint64 written = 0;
 };

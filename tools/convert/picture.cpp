@@ -144,15 +144,13 @@ using ImageWriter = QString(const QImage& image, const PictureSettings& settings
 QString DrawImage(const PlfBytes& graph, const PictureSettings& settings, QIODevice* output,
                   ImageWriter* write)
 {
-    const bool transparent = settings.background == Background::kTransparent;
-    const QSize size = PictureSize(settings);
-    QImage image(size, transparent ? QImage::Format_ARGB32_Premultiplied : QImage::Format_RGB32);
+    const QImage image = DrawnImage(graph, settings);
     if (image.isNull()) {
+        const QSize size = PictureSize(settings);
         return QStringLiteral("not enough memory for %1 x %2 pixels")
             .arg(size.width())
             .arg(size.height());
     }
-    PaintImage(graph, settings, &image);
     return write(image, settings, output);
 }
 
@@ -224,6 +222,16 @@ QString DrawEps(const PlfBytes& graph, const PictureSettings& settings, QIODevic
 }
 
 } // namespace
+
+QImage DrawnImage(const PlfBytes& graph, const PictureSettings& settings)
+{
+    const bool transparent = settings.background == Background::kTransparent;
+    QImage image(PictureSize(settings),
+                 transparent ? QImage::Format_ARGB32_Premultiplied : QImage::Format_RGB32);
+    if (!image.isNull())
+        PaintImage(graph, settings, &image);
+    return image;
+}
 
 QString DrawPicture(const PlfBytes& graph, Format format, const PictureSettings& settings,
                     const QString& title, QIODevice* output)

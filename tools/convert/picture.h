@@ -8,11 +8,16 @@
 #include "tools/convert/format.h"
 #include "tools/convert/picturesettings.h"
 
+#include <QImage>
 #include <QString>
 
 class QIODevice;
 
 namespace convert {
+
+/// Draws a graph into an image, RGB32, or premultiplied ARGB32 if the background is transparent.
+/// @return null if there is not enough memory
+QImage DrawnImage(const PlfBytes& graph, const PictureSettings& settings);
 
 /// Draws a graph into a device.
 /// @param title   names the graph where a format has room for that
