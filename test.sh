@@ -10,7 +10,7 @@
 #   ./test.sh lint [changed|quick]
 #                        formatters, validators and analyzers; clang-tidy checks all sources,
 #                        those that have changed since the last release, or none
-#   ./test.sh peers      graphs and pictures in programs of others, which are large to install
+#   ./test.sh peers      graphs, pictures and the Python package in programs of others, which are large to install
 #   ./test.sh release    a release and the benchmarks, with warnings as errors, installed into a folder and tried
 #   ./test.sh all        these six
 #   ./test.sh fuzz SECONDS [TARGET...]
@@ -28,7 +28,7 @@ cd -- "$root"
 selection=()
 build_and_test() {
   local preset=$1 tests=$2
-  install_packages "${build_packages[@]}" "${test_packages[@]}" "${@:3}"
+  install_packages "${build_packages[@]}" "${python_packages[@]}" "${test_packages[@]}" "${@:3}"
   echo "Building in build/$preset ..."
   quietly cmake --preset "$preset"
   quietly cmake --build --preset "$preset"
@@ -37,7 +37,7 @@ build_and_test() {
 
 # Separate from build/release, which is the user's.
 build_and_install() {
-  install_packages "${build_packages[@]}" "${test_packages[@]}" "${bench_packages[@]}"
+  install_packages "${build_packages[@]}" "${python_packages[@]}" "${test_packages[@]}" "${bench_packages[@]}"
   echo 'Building in build/installed ...'
   quietly cmake --preset bench -B build/installed -D PLOTVW_WERROR=ON
   quietly cmake --build build/installed
@@ -48,7 +48,7 @@ build_and_install() {
 
 # build_and_fuzz SECONDS [TARGET...]
 build_and_fuzz() {
-  install_packages "${build_packages[@]}" "${test_packages[@]}" "${sanitizer_packages[@]}"
+  install_packages "${build_packages[@]}" "${python_packages[@]}" "${test_packages[@]}" "${sanitizer_packages[@]}"
   echo 'Building in build/fuzz ...'
   quietly cmake --preset fuzz
   quietly cmake --build --preset fuzz --target fuzzers

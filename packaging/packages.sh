@@ -6,15 +6,18 @@
 
 # To build the program, and a font for texts.
 build_packages=(cmake fonts-dejavu-core g++ libgl-dev libqpdf-dev ninja-build qt6-base-dev qt6-svg-dev zlib1g-dev)
+# Additionally, for the Python package; without them the rest is built.
+python_packages=(pybind11-dev python3-dev python3-numpy)
 # Additionally, for a desktop without an X server.
 wayland_packages=(qt6-wayland)
 # To build and run the tests: readers of PostScript, PDF and SVG, a print server, locales, an X server with a window manager
-# and simulated input, a Wayland compositor, and desktop tools for file types.
+# and simulated input, a Wayland compositor, desktop tools for file types, and what tests Python.
 test_packages=(binutils cups-client cups-daemon desktop-file-utils file ghostscript libglib2.0-bin locales openbox
-  librsvg2-bin poppler-utils python3-jsonschema qt6-wayland shared-mime-info weston x11-utils xdotool xvfb)
-# To try graphs and pictures in programs of others.
-peers_packages=(chromium inkscape qml-qt6 qml6-module-qtquick qml6-module-qtquick-window
-  qml6-module-qtqml-workerscript)
+  librsvg2-bin mypy poppler-utils python3-hypothesis python3-jsonschema python3-pil python3-pytest qt6-wayland
+  shared-mime-info weston x11-utils xdotool xvfb)
+# To try graphs, pictures and the Python package in programs of others.
+peers_packages=(chromium inkscape python3-distributed python3-matplotlib python3-pandas python3-pyqt6 qml-qt6
+  qml6-module-qtquick qml6-module-qtquick-window qml6-module-qtqml-workerscript)
 # To build with sanitizers, with function names in their reports.
 sanitizer_packages=(clang libclang-rt-14-dev llvm)
 # To measure the program, on a screen, and another one for comparison.

@@ -86,3 +86,14 @@ sed -n 's/^\(Try\)\{0,1\}Exec=\([^ ]*\).*/\2/p' "$prefix"/share/applications/*.d
   grep -vx sh | while read -r program; do
     [[ -x $prefix/bin/$program ]] || fail "$program is started and is not there"
   done
+
+# The Python package, if it was built, finds its compiled part and nothing of the build.
+if [[ -d $build/python/plotvw ]]; then
+  packages=$(echo "$prefix"/lib/python3*/site-packages)
+  count=$(env --unset=PYTHONHOME PYTHONPATH="$packages" /usr/bin/python3 -B -c '
+import sys, plotvw
+assert plotvw.__file__.startswith(sys.argv[1]), plotvw.__file__
+print(len(plotvw.read(sys.argv[2]).vectors))' "$packages" "$root/graphs/graph.plf")
+  expect 'vectors in Python' 3436 "$count"
+  [[ -f $packages/plotvw/py.typed ]] || fail 'the Python package has no types'
+fi
