@@ -36,11 +36,11 @@ contains() {
 
 install_packages "${deb_packages[@]}" "${deb_test_packages[@]}"
 readonly plugin=qt6-image-formats-plugin-plf
-rm -f out/plotvw*_* out/"$plugin"*_*
+rm -f out/{,python3-}plotvw*_* out/"$plugin"*_*
 packaging/make-deb.sh
 first=$(mktemp -d)
 trap 'rm -rf -- "$first"' EXIT
-mv out/plotvw*.deb out/"$plugin"*.deb out/plotvw*.tar.* "$first"
+mv out/{,python3-}plotvw*.deb out/"$plugin"*.deb out/plotvw*.tar.* "$first"
 # Whoever builds it again has another folder, umask and language.
 (umask 077 && PLOTVW_DEB_FOLDER=$root/build/deb-again LC_ALL=C packaging/make-deb.sh)
 for file in "$first"/*; do
@@ -58,7 +58,9 @@ contains plotvw-tools bin/plfconvert bin/plfinfo bin/krvhost share/zsh/vendor-co
 contains plotvw-doc share/doc/plotvw/COOKBOOK.md share/doc/plotvw/examples/tour.plf
 contains "$plugin" 'lib/.*/qt6/plugins/imageformats/libqplf\.so'
 ! field "$plugin" Depends | grep -q 'qt6widgets\|qt6printsupport' || fail 'the plug-in needs widgets'
-for package in plotvw plotvw-tools "$plugin"; do
+contains python3-plotvw lib/python3/dist-packages/plotvw/__init__.py 'lib/python3/dist-packages/plotvw/_core\..*\.so'
+field python3-plotvw Depends | grep -q 'python3 (>= .*libqt6gui6' || fail 'the Python package depends on too little'
+for package in plotvw plotvw-tools "$plugin" python3-plotvw; do
   [[ -s $(echo out/"$package"-dbgsym_*.deb) ]] || fail "$package has no debugging symbols"
 done
 echo 'The packages are the same when they are built again, and lintian has nothing to say.'

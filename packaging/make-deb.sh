@@ -52,7 +52,7 @@ tell_progress() {
   done
 }
 
-install_packages "${build_packages[@]}" "${deb_packages[@]}"
+install_packages "${build_packages[@]}" "${python_packages[@]}" "${deb_packages[@]}"
 step 'Copying the sources'
 copy_sources
 cd -- "$source"
@@ -63,7 +63,7 @@ if ! dpkg-buildpackage --no-sign 2>&1 | tee "$folder/log" | tell_progress; then
 fi
 cd -- "$root"
 mkdir -p out
-for file in "$folder"/{plotvw,qt6-image-formats-plugin-plf}*_*; do
+for file in "$folder"/{plotvw,python3-plotvw,qt6-image-formats-plugin-plf}*_*; do
   mv -- "$file" out/
   echo "out/${file##*/}"
 done

@@ -27,7 +27,8 @@ fail() {
 }
 
 packages=("$top"/out/plotvw_*.deb "$top"/out/plotvw-tools_*.deb "$top"/out/plotvw-doc_*.deb
-  "$top"/out/qt6-image-formats-plugin-plf_*.deb)
+  "$top"/out/qt6-image-formats-plugin-plf_*.deb
+  "$top"/out/python3-plotvw_*.deb)
 for package in "${packages[@]}"; do
   [[ -f $package ]] || fail "$package is missing: make the packages first, with make-deb.sh"
 done
@@ -62,7 +63,7 @@ quietly inside apt-get -qq update
 # Dependencies are installed first, so that leftovers of the package itself can be recognized.
 step 'Dependencies'
 mapfile -t depends < <(for package in "${packages[@]}"; do dpkg-deb --field "$package" Depends; done |
-  tr ',' '\n' | sed -n 's/^ *\([^ ]*\).*/\1/p' | grep -v '^plotvw' | sort -u)
+  tr ',' '\n' | sed -n 's/^ *\([^ ]*\).*/\1/p' | grep -v 'plotvw' | sort -u)
 quietly inside apt-get -qq --yes install --no-install-recommends "${depends[@]}" shared-mime-info desktop-file-utils \
   file fonts-dejavu-core ghostscript poppler-utils
 files >"$system/tmp/before"
@@ -79,13 +80,14 @@ for program in "${programs[@]}"; do
 done
 examples=/usr/share/doc/plotvw/examples
 inside /tmp/tests/convert-samples "$examples" || fail 'the samples are not converted'
+inside /tmp/tests/read-samples "$examples" || fail 'Python does not read the samples'
 inside /tmp/tests/open-sample "$examples" || fail 'the viewer does not answer'
 grep -q 'application=plotvw\|image/x-korvel-plf=plotvw.desktop' "$system/usr/share/applications/mimeinfo.cache" ||
   fail 'the desktop does not know it'
 grep -q 'image/x-korvel-plf' "$system/usr/share/mime/globs2" || fail 'the file type is not known'
 
 step 'Remove'
-quietly inside apt-get -qq --yes purge plotvw plotvw-tools plotvw-doc qt6-image-formats-plugin-plf
+quietly inside apt-get -qq --yes purge plotvw plotvw-tools plotvw-doc qt6-image-formats-plugin-plf python3-plotvw
 files >"$system/tmp/after"
 ! diff -- "$system/tmp/before" "$system/tmp/after" | grep '^[<>]' || fail 'it left something, or took something along'
 ! grep -q 'x-korvel-plf' "$system/usr/share/mime/globs2" || fail 'the file type stays'
