@@ -5,6 +5,7 @@
 #include "meta/palette.h"
 #include "meta/plfarea.h"
 #include "meta/plftext.h"
+#include "python/comparing.h"
 #include "python/failure.h"
 #include "python/graph.h"
 #include "python/pictures.h"
@@ -223,6 +224,44 @@ void SaveNamed(const Graph& graph, const py::bytes& path, const Words& words)
     });
 }
 
+py::dict CountsDict(const diff::Counts& counts)
+{
+    using py::literals::operator""_a;
+    return py::dict("gone"_a = counts.gone, "new"_a = counts.come, "moved"_a = counts.moved,
+                    "recolored"_a = counts.recolored, "rewidened"_a = counts.rewidened,
+                    "texts"_a = counts.texts, "reordered"_a = counts.reordered);
+}
+
+py::array FateArray(const std::vector<diff::Fate>& fates)
+{
+    static_assert(sizeof(diff::Fate) == sizeof(uint8_t));
+    return py::array(py::dtype::of<uint8_t>(), {fates.size()}, {sizeof(uint8_t)}, fates.data());
+}
+
+// Areas as plfdiff has them: in drawing units.
+py::list AreaTuples(const std::vector<diff::ChangedArea>& areas)
+{
+    py::list list;
+    for (const diff::ChangedArea& each : areas)
+        list.append(py::make_tuple(each.area.left, kPlfHeight - each.area.top, each.area.right,
+                                   kPlfHeight - each.area.bottom));
+    return list;
+}
+
+// In the order of plotvw.Comparison.
+py::tuple CompareGraphs(const Graph& first, const Graph& second, const std::string& tolerance,
+                        const std::string& ignored, const Words& areas)
+{
+    const diff::Rules rules = ReadRules(tolerance, ignored, areas);
+    const diff::Comparison result = [&] {
+        const py::gil_scoped_release unlocked;
+        return Compare(first, second, rules);
+    }();
+    return py::make_tuple(result.Changes(), CountsDict(result.counts), result.farthest,
+                          result.medianMove, result.hasOtherBackground, FateArray(result.fates[0]),
+                          FateArray(result.fates[1]), AreaTuples(result.areas));
+}
+
 // Row kNoBackground is how a background without a color is drawn.
 py::array Palette()
 {
@@ -326,6 +365,7 @@ PYBIND11_MODULE(_core, module)
     python::DefineReadiness(module);
     module.def("read_file", &python::ReadNamed);
     module.def("read_bytes", &python::ReadHeld);
+    module.def("compare", &python::CompareGraphs);
     module.attr("PALETTE") = python::Palette();
     module.attr("WIDTH") = kPlfWidth;
     module.attr("HEIGHT") = kPlfHeight;

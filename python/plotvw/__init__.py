@@ -32,7 +32,7 @@ import numpy.typing as npt
 
 from plotvw import _core
 
-__all__ = ["HEIGHT", "PALETTE", "WIDTH", "Damage", "Graph", "PlfError", "Text", "keep_ready", "read"]
+__all__ = ["HEIGHT", "PALETTE", "FATES", "WIDTH", "Comparison", "Damage", "Graph", "PlfError", "Text", "diff", "keep_ready", "read"]
 __version__: str = _core.__version__
 
 #: Width of a graph in units.
@@ -42,6 +42,10 @@ HEIGHT: int = _core.HEIGHT
 #: The fixed colors: red, green and blue of each palette index, uint8, shape (17, 3). Row 16 is white, as which a
 #: background without a color is drawn.
 PALETTE: npt.NDArray[np.uint8] = _core.PALETTE
+
+#: What :func:`diff` says of a vector: only its graph has it; or the other one has it as it is, elsewhere, in another color,
+#: or in another width.
+FATES = ("alone", "found", "moved", "recolored", "rewidened")
 
 #: The name of a file; bytes are the contents of one.
 PathName = Union[str, "os.PathLike[str]", "os.PathLike[bytes]"]
@@ -318,6 +322,51 @@ def read(source: PathName | BinaryIO | bytes | bytearray | memoryview, *, strict
     if isinstance(content, str):
         raise TypeError("the file is open for texts; open it with mode 'rb'")
     return _graph(_core.read_bytes(content, strict))
+
+
+class Comparison(NamedTuple):
+    """How two graphs differ, as the program plfdiff says it."""
+
+    #: The number of changes; 0 for graphs that draw the same.
+    changes: int
+    #: How many vectors are gone, new, moved, recolored, rewidened; texts that changed; reordered units of area.
+    counts: dict[str, int]
+    #: The longest and the median move of a vector, in units.
+    farthest: float
+    median_move: float
+    other_background: bool
+    #: What became of each vector of the first and of the second graph: uint8, an index of ``FATES``.
+    first: npt.NDArray[np.uint8]
+    second: npt.NDArray[np.uint8]
+    #: Where the changes are: left, top, right, bottom in drawing units; those with the most changes first.
+    areas: list[tuple[int, int, int, int]]
+
+
+def diff(
+    first: Graph,
+    second: Graph,
+    *,
+    tolerance: float | str = 0,
+    ignore: Sequence[str] = (),
+    ignore_areas: Sequence[Sequence[int]] = (),
+) -> Comparison:
+    """Compare what two graphs draw: vectors, not pixels. Neither their direction counts nor how they are cut.
+
+    :param tolerance: how far a vector may be from its place, in units, or a text such as "1%"
+    :param ignore: what does not count: "color", "width", "text", "order", "background", "dots"
+    :param ignore_areas: what is inside does not count; each is left, top, right, bottom in drawing units
+    :raises ValueError: for a setting without a meaning, or graphs with too many vectors
+
+    >>> plotvw.diff(g, g).changes
+    0
+    >>> other = plotvw.diff(g, plotvw.read("samples/tour.plf"))
+    >>> other.changes > 0, len(g.vectors[other.first == plotvw.FATES.index("alone")]) == other.counts["gone"]
+    (True, True)
+    """
+    distance = tolerance if isinstance(tolerance, str) else repr(float(tolerance))
+    areas = [_join(area) or "" for area in ignore_areas]
+    names = [ignore] if isinstance(ignore, str) else ignore
+    return Comparison(*_core.compare(first._held, second._held, distance, ",".join(names), areas))
 
 
 @contextmanager

@@ -57,6 +57,7 @@ CALLS = {
     "render": lambda g, folder: g.render(),
     "draw": lambda g, folder: g._repr_png_(),
     "save": lambda g, folder: g.save(folder / "a.eps"),
+    "diff": lambda g, folder: plotvw.diff(g, g),
     "info": lambda g, folder: g.info(),
 }
 
