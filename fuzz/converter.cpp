@@ -55,12 +55,11 @@ void CheckPicture(const PictureSettings& picture)
 {
     using namespace convert;
     const QSize size = PictureSize(picture);
-    Require(IsPossible(size) && !size.isEmpty(), "a picture has a possible size");
-    Require(IsWithin(picture.width, 1, kMaxSide), "a width is in its range");
+    Require(!size.isEmpty() && size.width() <= kMaxLength, "a picture has a possible size");
     Require(IsWithin(picture.dpi, 1, kMaxDpi), "a resolution is in its range");
     Require(IsWithin(picture.minLineWidth, 0, kMaxLineWidth), "a line width is in its range");
     Require(IsWithin(picture.quality, 1, kMaxQuality), "a quality is in its range");
-    Require(picture.lineScale > 0 && picture.lineScale <= kMaxLineScale,
+    Require(!picture.lineScale || (*picture.lineScale > 0 && *picture.lineScale <= kMaxLineScale),
             "a line scale is in its range");
     const QRect whole(0, 0, kPlfWidth, kPlfHeight);
     Require(!picture.area || (!picture.area->isEmpty() && whole.contains(*picture.area)),
