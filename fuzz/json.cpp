@@ -145,7 +145,10 @@ void CheckLine(const QByteArray& line, const QJsonObject& graph)
 void CheckRows(const QByteArray& rows, const QJsonObject& graph)
 {
     const auto vectors = static_cast<qsizetype>(graph[QStringLiteral("vectors")].toDouble());
-    Require(rows.startsWith("x1,y1,x2,y2,color,width,path\n"), "the columns have their names");
+    // The name may be that of a folder, whose graphs have their names in the rows.
+    Require(rows.startsWith("x1,y1,x2,y2,color,width,path\n") ||
+                rows.startsWith("file,x1,y1,x2,y2,color,width,path\n"),
+            "the columns have their names");
     Require(rows.count('\n') == 1 + vectors, "a vector has a row");
 }
 

@@ -48,8 +48,8 @@ struct EpsOptions {
     bool allBlack = false;        // draws all lines black
     bool fillsBackground = false; // fills the background with backgroundIndex
     unsigned long backgroundIndex = 0;
-    bool isExact = false; // writes all digits of the scale, and a box that holds the area
-    bool dots = false;    // draws vectors of no length, which PostScript does not
+    bool isExact = false;  // writes all digits of the scale, and a box that holds the area
+    bool dots = false;     // draws vectors of no length, which PostScript does not
     bool areaOnly = false; // leaves out vectors that leave no trace in the part to draw
 };
 

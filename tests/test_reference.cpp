@@ -12,6 +12,8 @@
 #include "tests/reference/reference.h"
 #include "tests/reference/streams.h"
 
+#include <QFont>
+#include <QGuiApplication>
 #include <QPainter>
 #include <QPrinter>
 #include <QTest>
@@ -37,6 +39,14 @@ std::string WithoutTabs(std::string file)
 {
     std::replace(file.begin(), file.end(), '\t', '\f');
     return file;
+}
+
+// Qt draws what another font has to stand in for as a part of its own, if such a font is installed.
+void DrawTextsWhole()
+{
+    QFont font = QGuiApplication::font();
+    font.setStyleStrategy(QFont::NoFontMerging);
+    QGuiApplication::setFont(font);
 }
 
 // A painter's window that is set twice before anything is painted shows only the second time.
@@ -104,6 +114,7 @@ class TestReference : public QObject
     Q_OBJECT
 
 private slots:
+    void initTestCase() { DrawTextsWhole(); }
     void cleanupTestCase() { FreePlfBuffer(); }
 
     void everyStream_isDrawnAsTheReferenceDrawsIt()

@@ -20,8 +20,8 @@ struct FoundGraph {
 /// Whether a name is that of a folder, and not kStandardStream.
 bool IsFolder(const QString& name);
 
-/// Searches a folder for graphs: files with their extension, packed or not, in any case, and files without an
-/// extension that begin as graphs do. Links to files count, links to folders do not.
+/// Searches a folder for graphs: files with their extension, packed or not, in any case, and files
+/// without an extension that begin as graphs do. Links to files count, links to folders do not.
 /// @param isRecursive  whether the folders in it are searched too
 /// @return the graphs in natural order, and what could not be searched; never empty
 std::vector<FoundGraph> GraphsIn(const QString& folder, bool isRecursive);
