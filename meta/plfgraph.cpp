@@ -157,8 +157,8 @@ PlfGraph PlfGraph::FromReader(const Reader& read, size_t expected, const char** 
 
 PlfGraph PlfGraph::FromStream(int descriptor, const char** problem)
 {
-    const auto readStream = [descriptor](char* block, size_t size) {
-        return read(descriptor, block, size);
+    const auto readStream = [descriptor](char* bytes, size_t count) {
+        return read(descriptor, bytes, count);
     };
     const char* reason = nullptr;
     PlfGraph graph = FromReader(readStream, 0, &reason);

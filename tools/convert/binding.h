@@ -4,6 +4,7 @@
 // One document of many pictures, which are made one by one before.
 #pragma once
 
+#include "tools/convert/mergedpdf.h"
 #include "tools/convert/options.h"
 #include "tools/convert/workers.h"
 
@@ -13,12 +14,6 @@
 #include <vector>
 
 namespace convert {
-
-/// A picture that goes into a document.
-struct BoundPicture {
-    QByteArray file; // local name
-    QString title;   // printable
-};
 
 /// Makes the document, or the sheets, in worker processes, and prints what goes wrong.
 /// @param start  see WorkerTasks

@@ -4,8 +4,7 @@
 // Many PDF files as one.
 #pragma once
 
-#include "tools/convert/binding.h"
-
+#include <QByteArray>
 #include <QString>
 
 #include <vector>
@@ -13,6 +12,12 @@
 class QIODevice;
 
 namespace convert {
+
+/// A picture that goes into a document.
+struct BoundPicture {
+    QByteArray file; // local name
+    QString title;   // printable
+};
 
 /// Writes a document with the pages of the files in their order, and their titles in its outline.
 /// The same files make the same document if SOURCE_DATE_EPOCH has its date.
