@@ -34,7 +34,7 @@ void Clip(const QRect& clip, Layout* layout)
 {
     if (clip.isNull())
         return;
-    layout->graph.translate(-clip.left(), -clip.top());
+    layout->graph.translate(-static_cast<double>(clip.left()), -static_cast<double>(clip.top()));
     layout->size = clip.size();
 }
 

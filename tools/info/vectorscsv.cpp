@@ -55,6 +55,8 @@ bool VectorsCsv::Graph(const QString& name, const PlfBytes& graph)
 void VectorsCsv::Put(QByteArrayView bytes)
 {
     const auto size = static_cast<size_t>(bytes.size());
+    if (size == 0)
+        return;
     if (size > block.size() - filled)
         Flush();
     if (size > block.size()) {
