@@ -26,7 +26,7 @@ bench_packages=(libbenchmark-dev librsvg2-bin openbox plotutils poppler-utils py
 lint_packages=(appstream clang-format-14 clang-tidy-14 desktop-file-utils file fish libxml2-utils
   mandoc python3 shared-mime-info shellcheck zsh)
 # To make the Debian packages, and to try them in a bare system.
-deb_packages=(debhelper dpkg-dev fakeroot)
+deb_packages=(debhelper dh-python dpkg-dev fakeroot)
 deb_test_packages=(debootstrap lintian)
 
 # missing_packages NAME...: print the names of those that are not installed.
