@@ -9,11 +9,6 @@
 #include <QDir>
 #include <QTest>
 
-void Write(const QString& name, const QByteArray& bytes)
-{
-    QVERIFY(WriteFile(name, bytes));
-}
-
 QByteArray Sample(const QString& name)
 {
     return ReadFile(Text(PLOTVW_SAMPLES "/") + name);
@@ -26,11 +21,7 @@ QByteArray SmallGraph(int x)
 
 void ConverterTest::Begin()
 {
-    folder.emplace();
-    QVERIFY(folder->isValid());
-    environment = QProcessEnvironment::systemEnvironment();
-    for (const char* name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM", "XDG_RUNTIME_DIR"})
-        environment.remove(Text(name));
+    ToolTest::Begin();
     ResetEpsOptions();
 }
 
@@ -39,41 +30,9 @@ void ConverterTest::End()
     FreePlfBuffer();
 }
 
-void ConverterTest::Start(QProcess* process, const QStringList& arguments) const
-{
-    process->setWorkingDirectory(folder->path());
-    process->setProcessEnvironment(environment);
-    process->start(Text(PLFCONVERT_PROGRAM), arguments);
-    QVERIFY(process->waitForStarted());
-}
-
-Call ConverterTest::Finish(QProcess* process) const
-{
-    Call call;
-    if (process->waitForFinished(kTimeout) && process->exitStatus() == QProcess::NormalExit)
-        call.code = process->exitCode();
-    call.output = process->readAllStandardOutput();
-    call.errors = process->readAllStandardError();
-    return call;
-}
-
-Call ConverterTest::Convert(const QStringList& arguments, const QByteArray& input) const
-{
-    QProcess process;
-    Start(&process, arguments);
-    process.write(input);
-    process.closeWriteChannel();
-    return Finish(&process);
-}
-
-Call ConverterTest::Convert(const char* arguments, const QByteArray& input) const
-{
-    return Convert(Text(arguments).split(u' '), input);
-}
-
 void ConverterTest::ConvertWell(const char* arguments) const
 {
-    const Call call = Convert(arguments);
+    const Call call = Run(arguments);
     QCOMPARE(call.errors, QByteArray());
     QCOMPARE(call.code, 0);
 }

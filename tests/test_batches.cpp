@@ -128,7 +128,7 @@ void TestBatches::damagedGraph_hasAPictureAndAWarning()
 {
     Write(Path("a.plf"), CutGraph());
     Write(Path("b.plf"), SmallGraph());
-    const Call call = Convert("-d . a.plf b.plf");
+    const Call call = Run("-d . a.plf b.plf");
     QCOMPARE(call.errors, "plfconvert: a.plf: warning: damaged: unfinished address at byte " +
                               QByteArray::number(CutGraph().size() - 5) + ", no end mark at byte " +
                               QByteArray::number(CutGraph().size()) + "\n");
@@ -148,7 +148,7 @@ void TestBatches::strict_damagedGraph_hasNoPicture()
 {
     Write(Path("a.plf"), CutGraph());
     Write(Path("b.plf"), SmallGraph());
-    const Call call = Convert("--strict -d . a.plf b.plf");
+    const Call call = Run("--strict -d . a.plf b.plf");
     QVERIFY2(call.errors.startsWith("plfconvert: a.plf: damaged: "), call.errors.constData());
     QCOMPARE(call.output, QByteArray("2 files: 1 converted, 1 failed; 1 damaged\n"));
     QCOMPARE(call.code, 1);
@@ -182,12 +182,12 @@ void TestBatches::recursive_keepsTheFolders()
     const QStringList expected = {Text("a/b/x.png"), Text("a/x.png"), Text("c/x.png"),
                                   Text("x.png"), Text("y.png")};
     for (const char* in : {"in", "in/", "./in", "in//"}) {
-        const Call call = Convert({Text("-r"), Text("-d"), Text("out"), Text(in), Text("y.plf")});
+        const Call call = Run({Text("-r"), Text("-d"), Text("out"), Text(in), Text("y.plf")});
         QCOMPARE(call.output, QByteArray("5 files: 5 converted, 0 failed\n"));
         QCOMPARE(FilesBelow(Path("out")), expected);
         QVERIFY(QDir(Path("out")).removeRecursively());
     }
-    QCOMPARE(Convert("-d flat in").code, 0);
+    QCOMPARE(Run("-d flat in").code, 0);
     QCOMPARE(FilesBelow(Path("flat")), QStringList(Text("x.png")));
 }
 
@@ -206,7 +206,7 @@ void TestBatches::recursive_pattern_hasTheSubfolder()
     MakeFolders("in/a");
     Write(Path("in/a/x.plf"), SmallGraph());
     Write(Path("in/y.plf"), SmallGraph());
-    QCOMPARE(Convert("-r --pattern out/{sub}{number}.svg in").code, 0);
+    QCOMPARE(Run("-r --pattern out/{sub}{number}.svg in").code, 0);
     QCOMPARE(FilesBelow(Path("out")), QStringList({Text("2.svg"), Text("a/1.svg")}));
 }
 
@@ -215,7 +215,7 @@ void TestBatches::pictures_areNumberedInNaturalOrder()
     MakeFolders("in");
     for (const char* name : {"in/g10.plf", "in/g2.plf", "in/g1.plf"})
         Write(Path(name), SmallGraph());
-    QCOMPARE(Convert("--pattern out/{number}-{name}.svg in").code, 0);
+    QCOMPARE(Run("--pattern out/{number}-{name}.svg in").code, 0);
     QCOMPARE(FilesBelow(Path("out")),
              QStringList({Text("1-g1.svg"), Text("2-g2.svg"), Text("3-g10.svg")}));
 }
@@ -241,7 +241,7 @@ void TestBatches::list_ofNames_isRead()
     Write(Path("a.plf"), SmallGraph());
     Write(Path("two words.plf"), SmallGraph());
     Write(Path("list"), list);
-    const Call call = Convert((Text("-d out ") + options).split(u' '), list);
+    const Call call = Run((Text("-d out ") + options).split(u' '), list);
     QCOMPARE(call.errors, QByteArray());
     QCOMPARE(call.output, QByteArray("2 files: 2 converted, 0 failed\n"));
     QCOMPARE(FilesBelow(Path("out")), QStringList({Text("a.png"), Text("two words.png")}));
@@ -272,7 +272,7 @@ void TestBatches::list_problem_isToldSo()
     QFETCH(QString, arguments);
     Write(Path("zero"), QByteArray("a\0b", 3));
     Write(Path("missing"), "gone.plf\n");
-    const Call call = Convert(arguments.split(u' '));
+    const Call call = Run(arguments.split(u' '));
     QTEST(call.errors, "message");
     QTEST(call.code, "code");
 }
@@ -289,10 +289,10 @@ void TestBatches::update_convertsWhatChanged()
     SetTime(Path("newer.plf"), now.addSecs(1));
     SetTime(Path("same.plf"), now);
     SetTime(Path("older.plf"), now.addSecs(-1));
-    const Call call = Convert("--update -d . .");
+    const Call call = Run("--update -d . .");
     QCOMPARE(call.output, QByteArray("4 files: 3 converted, 1 skipped, 0 failed\n"));
     QCOMPARE(ReadFile(Path("older.png")), QByteArray("old"));
-    const Call again = Convert("--update --report json newer.plf newer.png");
+    const Call again = Run("--update --report json newer.plf newer.png");
     QVERIFY(again.output.contains("\"reason\":\"output is newer\"") ||
             again.output.contains("\"status\":\"converted\""));
 }
@@ -304,7 +304,7 @@ void TestBatches::report_hasALineForEachGraph()
     Write(Path("bad.plf"), "no graph at all");
     Write(Path("there.plf"), SmallGraph());
     Write(Path("there.png"), "old");
-    const Call call = Convert("-n -d . --report json .");
+    const Call call = Run("-n -d . --report json .");
     QVERIFY(call.errors.endsWith("4 files: 2 converted, 1 skipped, 1 failed; 1 damaged\n"));
     const auto lines = ReadReport(call.output);
     QCOMPARE(lines.size(), 4U);
@@ -336,20 +336,20 @@ void TestBatches::report_goesToItsFile()
     Write(Path("a.plf"), SmallGraph());
     Write(Path("b.plf"), SmallGraph());
     Write(Path("report"), "old and longer than what comes\n");
-    const Call call = Convert("-d . --report json --report-file report a.plf b.plf");
+    const Call call = Run("-d . --report json --report-file report a.plf b.plf");
     QCOMPARE(call.output, QByteArray("2 files: 2 converted, 0 failed\n"));
     QCOMPARE(ReadReport(ReadFile(Path("report"))).size(), 2U);
-    const Call wrong = Convert("-f png --report json a.plf -");
+    const Call wrong = Run("-f png --report json a.plf -");
     QCOMPARE(wrong.code, 2);
     QVERIFY(wrong.errors.contains("use --report-file"));
-    QCOMPARE(Convert("--report xml a.plf a.png").code, 2);
+    QCOMPARE(Run("--report xml a.plf a.png").code, 2);
 }
 
 void TestBatches::report_nameThatIsNoText_hasItsBytes()
 {
     const std::string name = folder->path().toStdString() + "/Kr\344fte.plf";
     QVERIFY(WriteFile(name, SmallGraph()));
-    const auto lines = ReadReport(Convert("-d out --report json .").output);
+    const auto lines = ReadReport(Run("-d out --report json .").output);
     QCOMPARE(lines.size(), 1U);
     const QByteArray bytes =
         QByteArray::fromBase64(lines.begin()->second[Text("inputBase64")].toString().toLatin1());
@@ -360,7 +360,7 @@ void TestBatches::report_neverReplacesAGraph()
 {
     Write(Path("a.plf"), SmallGraph());
     Write(Path("b.plf"), SmallGraph());
-    const Call call = Convert("-d out --report-file a.plf b.plf");
+    const Call call = Run("-d out --report-file a.plf b.plf");
     QCOMPARE(call.errors,
              QByteArray("plfconvert: a.plf: is a graph; graphs are never overwritten\n"));
     QCOMPARE(call.code, 1);
@@ -370,7 +370,7 @@ void TestBatches::report_neverReplacesAGraph()
 void TestBatches::report_onAFullDisk_isAFailure()
 {
     Write(Path("a.plf"), SmallGraph());
-    const Call call = Convert("--report-file /dev/full a.plf a.png");
+    const Call call = Run("--report-file /dev/full a.plf a.png");
     QVERIFY2(call.errors.startsWith("plfconvert: /dev/full: "), call.errors.constData());
     QCOMPARE(call.code, 1);
 }
@@ -387,7 +387,7 @@ void TestBatches::packedGraph_isRead()
         ConvertWell((QByteArray(name) + " out.png").constData());
         QCOMPARE(ReadFile(Path("out.png")), ReadFile(Path("plain.png")));
     }
-    QCOMPARE(Convert("- out2.png", Packed(graph)).code, 0);
+    QCOMPARE(Run("- out2.png", Packed(graph)).code, 0);
     QCOMPARE(ReadFile(Path("out2.png")), ReadFile(Path("plain.png")));
     ConvertWell("-d . a.plf.gz");
     QVERIFY(QFile::exists(Path("a.png")));
@@ -418,7 +418,7 @@ void TestBatches::packedGraph_thatIsDamaged_isToldSo()
     QFETCH(QByteArray, bytes);
     QFETCH(QByteArray, message);
     Write(Path("a.plf.gz"), bytes);
-    const Call call = Convert("a.plf.gz a.png");
+    const Call call = Run("a.plf.gz a.png");
     QCOMPARE(call.errors, "plfconvert: a.plf.gz: " + message + '\n');
     QCOMPARE(call.code, 1);
     QVERIFY(!QFile::exists(Path("a.png")));
@@ -436,11 +436,11 @@ void TestBatches::packedGraph_thatIsABomb_isRefused()
         Text("sh"),
         {Text("-c"), Text("{ cat a.plf; head -c 1100000000 /dev/zero; } | gzip -1 > b.gz")});
     QCOMPARE(Finish(&shell).code, 0);
-    const Call call = Convert("-d . --memory 4096 b.gz a.plf");
+    const Call call = Run("-d . --memory 4096 b.gz a.plf");
     QCOMPARE(call.errors,
              QByteArray("plfconvert: b.gz: unpacks to more than 1 GB; unpack it first\n"));
     QCOMPARE(call.output, QByteArray("2 files: 1 converted, 1 failed\n"));
-    const Call limited = Convert("-d . --memory 256 b.gz a.plf");
+    const Call limited = Run("-d . --memory 256 b.gz a.plf");
     QCOMPARE(limited.errors, QByteArray("plfconvert: b.gz: not enough memory\n"));
 }
 
@@ -468,7 +468,7 @@ void TestBatches::otherData_isRefusedAfterItsFirstBytes()
 {
     Write(Path("other"), "what this is nobody knows");
     QVERIFY(QFile::resize(Path("other"), qint64{1} << 40));
-    const Call call = Convert("other a.png");
+    const Call call = Run("other a.png");
     QCOMPARE(call.errors,
              QByteArray("plfconvert: other: File is not a recognized PLF graphic format.\n"));
 }
@@ -477,7 +477,7 @@ void TestBatches::graphLargerThanTheMemory_isToldSo()
 {
     Write(Path("a.plf"), SmallGraph());
     QVERIFY(QFile::resize(Path("a.plf"), qint64{1} << 40));
-    const Call call = Convert("a.plf a.png");
+    const Call call = Run("a.plf a.png");
     // The sanitizers tell of it first.
     QVERIFY2(call.errors.endsWith("plfconvert: a.plf: not enough memory\n"),
              call.errors.constData());

@@ -156,12 +156,12 @@ void TestBinding::merge_graphThatFails_hasNoPage()
 {
     WriteNumbered();
     Write(Path("in/g3.plf"), "no graph");
-    const Call call = Convert("--merge all.pdf --report-file report -r in");
+    const Call call = Run("--merge all.pdf --report-file report -r in");
     QCOMPARE(call.output, QByteArray("4 files: 3 converted, 1 failed\n"));
     QCOMPARE(call.code, 1);
     QCOMPARE(Titles("all.pdf").size(), 3);
     QCOMPARE(ReadFile(Path("report")).count("\"output\":\"all.pdf\""), 4);
-    const Call none = Convert("--merge none.pdf in/g3.plf");
+    const Call none = Run("--merge none.pdf in/g3.plf");
     QCOMPARE(none.code, 1);
     QVERIFY(!QFile::exists(Path("none.pdf")));
 }
@@ -184,11 +184,11 @@ void TestBinding::merge_outputs()
     QFETCH(QString, output);
     QFETCH(QByteArray, message);
     Write(Path("a.plf"), SmallGraph());
-    const Call call = Convert({Text("--merge"), output, Text("a.plf")});
+    const Call call = Run({Text("--merge"), output, Text("a.plf")});
     QCOMPARE(call.errors, "plfconvert: " + message + '\n');
     QCOMPARE(call.code, 1);
     QCOMPARE(ReadFile(Path("a.plf")), SmallGraph());
-    const Call stream = Convert("--merge - -q a.plf");
+    const Call stream = Run("--merge - -q a.plf");
     QCOMPARE(stream.code, 0);
     QVERIFY(stream.output.startsWith("%PDF-"));
 }
@@ -197,7 +197,7 @@ void TestBinding::merge_failure_keepsTheOldDocument()
 {
     Write(Path("all.pdf"), "old");
     Write(Path("a.plf"), "no graph");
-    QCOMPARE(Convert("--merge all.pdf a.plf").code, 1);
+    QCOMPARE(Run("--merge all.pdf a.plf").code, 1);
     QCOMPARE(ReadFile(Path("all.pdf")), QByteArray("old"));
 }
 
@@ -310,7 +310,7 @@ void TestBinding::binding_thatIsWrong_isToldWhy()
 {
     QFETCH(QString, arguments);
     QFETCH(QByteArray, reason);
-    const Call call = Convert(arguments.split(u' '));
+    const Call call = Run(arguments.split(u' '));
     QVERIFY2(call.errors.contains(reason), call.errors.constData());
     QCOMPARE(call.code, 2);
 }

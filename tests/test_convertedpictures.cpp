@@ -168,7 +168,7 @@ void TestConvertedPictures::png_isAPlainPaintingOfTheGraph()
     const QByteArray graph = Sample(sample);
     Write(Path("graph.plf"), graph);
     const QStringList words = options.split(u' ', Qt::SkipEmptyParts);
-    const Call call = Convert(words + QStringList{Text("graph.plf"), Text("graph.png")});
+    const Call call = Run(words + QStringList{Text("graph.plf"), Text("graph.png")});
     QCOMPARE(call.errors, QByteArray());
     QCOMPARE(call.code, 0);
 
@@ -185,7 +185,7 @@ void TestConvertedPictures::png_ofSeededStreams_isTheirPlainPainting()
     constexpr unsigned kStreams = 80;
     for (unsigned seed = 1; seed <= kStreams; ++seed)
         Write(Path(QString::number(seed) + Text(".plf")), SeededGraph(seed));
-    const Call call = Convert("--background file --output-dir out .");
+    const Call call = Run("--background file --output-dir out .");
     // Nearly all of them are damaged.
     QVERIFY2(call.output.startsWith("80 files: 80 converted, 0 failed; "), call.output.constData());
     QCOMPARE(call.code, 0);
@@ -319,7 +319,7 @@ void TestConvertedPictures::eps_ofSeededStreams_isTheViewers()
     for (unsigned seed = 1; seed <= kStreams; ++seed)
         Write(Path(QString::number(seed) + Text(".plf")),
               QByteArray::fromStdString(streams::Make(seed)));
-    QCOMPARE(Convert("--format eps --output-dir out .").code, 0);
+    QCOMPARE(Run("--format eps --output-dir out .").code, 0);
     for (unsigned seed = 1; seed <= kStreams; ++seed) {
         const std::string expected = reference::DrawEps(streams::Make(seed), ViewOf(true), {});
         QCOMPARE(ReadFile(Path(QStringLiteral("out/%1.eps").arg(seed))),

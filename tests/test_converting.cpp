@@ -121,8 +121,8 @@ void TestConverting::standardStreams_areReadAndWritten()
     const QByteArray graph = Sample(Text("tour.plf"));
     Write(Path("a.plf"), graph);
     const QString file = Text("a.") + format;
-    QCOMPARE(Convert({Text("a.plf"), file}).code, 0);
-    Call call = Convert({Text("-f"), format, Text("-"), Text("-")}, graph);
+    QCOMPARE(Run({Text("a.plf"), file}).code, 0);
+    Call call = Run({Text("-f"), format, Text("-"), Text("-")}, graph);
     call.output.replace("<title>KORVEL graph<", "<title>a.plf<"); // no other name is known
     QCOMPARE(call.errors, QByteArray());
     QCOMPARE(call.code, 0);
@@ -205,7 +205,7 @@ void TestConverting::error_namesFileAndReason()
     Write(Path("text.plf"), "This is no graph at all.\n");
     QVERIFY(QDir(folder->path()).mkdir(Text("folder.png")));
     const QStringList before = Entries();
-    const Call call = Convert(arguments.split(u' '));
+    const Call call = Run(arguments.split(u' '));
     QTEST(call.errors, "message");
     QCOMPARE(call.code, 1);
     QCOMPARE(Entries(), before);
@@ -214,7 +214,7 @@ void TestConverting::error_namesFileAndReason()
 void TestConverting::wrongUsage_isCode2()
 {
     Write(Path("a.plf"), SmallGraph());
-    const Call call = Convert("--size 0x0 a.plf a.png");
+    const Call call = Run("--size 0x0 a.plf a.png");
     QCOMPARE(call.code, 2);
     QVERIFY2(call.errors.contains("--size '0x0'"), call.errors.constData());
     QVERIFY(!QFile::exists(Path("a.png")));
@@ -253,10 +253,10 @@ void TestConverting::graphsThatNoWorkerBegins_haveFailed()
 
 void TestConverting::help_tellsTheExitCodes()
 {
-    const Call help = Convert("--help");
+    const Call help = Run("--help");
     QCOMPARE(help.code, 0);
     QVERIFY(help.output.contains("Exit codes: 0"));
-    const Call version = Convert("--version");
+    const Call version = Run("--version");
     QCOMPARE(version.code, 0);
     QVERIFY(
         QRegularExpression(Text("^plfconvert [0-9.]+\n$")).match(Text(version.output)).hasMatch());
@@ -283,7 +283,7 @@ void TestConverting::graph_isNeverOverwritten()
     QVERIFY(QFile::link(Path("a.plf"), Path("link")));
     QCOMPARE(link(Path("a.plf").toLocal8Bit().constData(), Path("hard").toLocal8Bit().constData()),
              0);
-    const Call call = Convert({Text("-f"), Text("png"), Text("a.plf"), output});
+    const Call call = Run({Text("-f"), Text("png"), Text("a.plf"), output});
     QCOMPARE(call.code, 1);
     QCOMPARE(call.errors, "plfconvert: " + reason);
     QCOMPARE(ReadFile(Path("a.plf")), SmallGraph());
@@ -294,7 +294,7 @@ void TestConverting::failure_keepsTheOldPicture()
 {
     Write(Path("a.plf"), "damaged");
     Write(Path("a.png"), "old");
-    QCOMPARE(Convert("a.plf a.png").code, 1);
+    QCOMPARE(Run("a.plf a.png").code, 1);
     QCOMPARE(ReadFile(Path("a.png")), QByteArray("old"));
 }
 
@@ -332,7 +332,7 @@ void TestConverting::folderWithoutPermission_isToldSo()
     Write(Path("a.plf"), SmallGraph());
     QVERIFY(QDir(folder->path()).mkdir(Text("closed")));
     QCOMPARE(chmod(Path("closed").toLocal8Bit().constData(), 0500), 0);
-    const Call call = Convert("a.plf closed/a.png");
+    const Call call = Run("a.plf closed/a.png");
     QCOMPARE(call.errors, QByteArray("plfconvert: a.plf: closed/a.png: Permission denied\n"));
     QCOMPARE(call.code, 1);
 }
@@ -343,7 +343,7 @@ void TestConverting::damagedFile_costsOnlyItself()
     constexpr int kDamaged = 321;
     for (int i = 1; i <= kFiles; ++i)
         Write(Path(QStringLiteral("g%1.plf").arg(i)), i == kDamaged ? "damaged" : SmallGraph(i));
-    const Call call = Convert("--size 32x24 --output-dir out .");
+    const Call call = Run("--size 32x24 --output-dir out .");
     QCOMPARE(call.output, QByteArray("500 files: 499 converted, 1 failed\n"));
     QCOMPARE(call.errors, QByteArray("plfconvert: ./g321.plf: File is not a recognized PLF "
                                      "graphic format.\n"));
@@ -358,7 +358,7 @@ void TestConverting::quiet_printsErrorsOnly()
 {
     Write(Path("a.plf"), SmallGraph());
     Write(Path("b.plf"), "damaged");
-    const Call call = Convert("--quiet --output-dir out a.plf b.plf");
+    const Call call = Run("--quiet --output-dir out a.plf b.plf");
     QCOMPARE(call.output, QByteArray());
     QCOMPARE(call.errors.count('\n'), 1);
     QCOMPARE(call.code, 1);
@@ -371,8 +371,7 @@ void TestConverting::folder_isConvertedWhole()
     Write(Path("in/B.PLF"), SmallGraph());
     Write(Path("in/notes.txt"), "no graph");
     Write(Path("in/deeper/c.plf"), SmallGraph());
-    const Call call =
-        Convert("--format svg --output-dir new/out --pattern {number}-{name}.{ext} in");
+    const Call call = Run("--format svg --output-dir new/out --pattern {number}-{name}.{ext} in");
     QCOMPARE(call.output, QByteArray("2 files: 2 converted, 0 failed\n"));
     QCOMPARE(QDir(Path("new/out")).entryList(kEverything, QDir::Name),
              QStringList({Text("1-B.svg"), Text("2-a.svg")}));
@@ -389,17 +388,16 @@ void TestConverting::strangeNames_areConverted()
     for (const QByteArray& name : names)
         QVERIFY(WriteFile(folder->path().toStdString() + "/" + name.toStdString() + ".plf",
                           SmallGraph().toStdString()));
-    const Call call = Convert("--size 8x8 --output-dir out .");
+    const Call call = Run("--size 8x8 --output-dir out .");
     QCOMPARE(call.errors, QByteArray());
     QCOMPARE(call.output, QByteArray("9 files: 9 converted, 0 failed\n"));
     for (const QByteArray& name : names)
         QCOMPARE(access((folder->path().toLocal8Bit() + "/out/" + name + ".png").constData(), F_OK),
                  0);
     QCOMPARE(
-        Convert({Text("--size"), Text("8x8"), Text("--"), Text("-dash.plf"), Text("--x.png")}).code,
-        0);
+        Run({Text("--size"), Text("8x8"), Text("--"), Text("-dash.plf"), Text("--x.png")}).code, 0);
     QVERIFY(QFile::exists(Path("--x.png")));
-    const Call missing = Convert({Text("--"), Text("no\nsuch\x1b.plf"), Text("a.png")});
+    const Call missing = Run({Text("--"), Text("no\nsuch\x1b.plf"), Text("a.png")});
     QCOMPARE(missing.errors,
              QByteArray("plfconvert: no\\x0asuch\\x1b.plf: No such file or directory\n"));
 }
@@ -410,11 +408,11 @@ void TestConverting::hostileNames_areNotObeyed()
     const QString name = Text("a\x1b[2J\xc2\x9b\xe2\x80\xae\\");
     const QByteArray visible = "a\\x1b[2J\\xc2\\x9b\\xe2\\x80\\xae\\\\";
     Write(Path("a.plf"), SmallGraph());
-    QCOMPARE(Convert({name, Text("a.png")}).errors,
+    QCOMPARE(Run({name, Text("a.png")}).errors,
              "plfconvert: " + visible + ": No such file or directory\n");
-    const QByteArray picture = Convert({Text("a.plf"), name + Text("/a.png")}).errors;
+    const QByteArray picture = Run({Text("a.plf"), name + Text("/a.png")}).errors;
     QCOMPARE(picture, "plfconvert: a.plf: " + visible + "/a.png: No such file or directory\n");
-    const QByteArray value = Convert({Text("--size"), name, Text("a.plf"), Text("a.png")}).errors;
+    const QByteArray value = Run({Text("--size"), name, Text("a.plf"), Text("a.png")}).errors;
     QVERIFY2(value.startsWith("plfconvert: --size '" + visible + "': "), value.constData());
 }
 
@@ -423,11 +421,11 @@ void TestConverting::existingPictures_areReplacedOrLeftAlone()
     Write(Path("a.plf"), SmallGraph());
     Write(Path("b.plf"), SmallGraph());
     Write(Path("a.png"), "old");
-    const Call kept = Convert("--no-clobber --output-dir . a.plf b.plf");
+    const Call kept = Run("--no-clobber --output-dir . a.plf b.plf");
     QCOMPARE(kept.output, QByteArray("2 files: 1 converted, 1 skipped, 0 failed\n"));
     QCOMPARE(kept.code, 0);
     QCOMPARE(ReadFile(Path("a.png")), QByteArray("old"));
-    const Call replaced = Convert("--output-dir . a.plf b.plf");
+    const Call replaced = Run("--output-dir . a.plf b.plf");
     QCOMPARE(replaced.output, QByteArray("2 files: 2 converted, 0 failed\n"));
     QVERIFY(ReadFile(Path("a.png")).startsWith("\x89PNG"));
 }
@@ -485,8 +483,8 @@ void TestConverting::fontsThatAreMissing_areToldWhereTextsAre()
     Write(Path("texts.plf"), QByteArray::fromStdString(plf::Start() + plf::Text(9, 9, "a") +
                                                        plf::Text(9, 99, "b") + plf::End()));
     for (const char* format : {"png", "pdf"}) {
-        const Call call = Convert({Text("-f"), Text(format), Text("-d"), Text("out"),
-                                   Text("lines.plf"), Text("texts.plf")});
+        const Call call = Run({Text("-f"), Text(format), Text("-d"), Text("out"), Text("lines.plf"),
+                               Text("texts.plf")});
         QCOMPARE(call.errors,
                  QByteArray("plfconvert: texts.plf: no fonts found; texts are drawn as "
                             "boxes\n"));
@@ -519,7 +517,7 @@ void TestConverting::timeout_graphThatTakesLong_leavesNothing()
     constexpr qsizetype kPairs = 5000000;
     Write(Path("a.plf"), QByteArray::fromStdString(plf::Start() + plf::Move(0, 0)) +
                              QByteArray("AB").repeated(kPairs));
-    const Call call = Convert("--timeout 1 a.plf a.svg");
+    const Call call = Run("--timeout 1 a.plf a.svg");
     QCOMPARE(call.errors, QByteArray("plfconvert: a.plf: took longer than 1 s\n"));
     QCOMPARE(call.code, 1);
     QCOMPARE(Entries(), QStringList(Text("a.plf")));
@@ -544,7 +542,7 @@ void TestConverting::memory_graphThatIsTooLarge_costsOnlyItself()
     Write(Path("a.plf"), SmallGraph());
     QFile::copy(Path("a.plf"), Path("large.plf"));
     QVERIFY(QFile::resize(Path("large.plf"), kSize));
-    const Call call = Convert("--memory 256 --output-dir out large.plf a.plf");
+    const Call call = Run("--memory 256 --output-dir out large.plf a.plf");
     QVERIFY2(call.errors.startsWith("plfconvert: large.plf: "), call.errors.constData());
     QCOMPARE(call.output, QByteArray("2 files: 1 converted, 1 failed\n"));
     QCOMPARE(QDir(Path("out")).entryList(kEverything), QStringList(Text("a.png")));
@@ -609,7 +607,7 @@ void TestConverting::terminal_showsAProgressBar()
     for (const QByteArray& line : call.output.split('\r'))
         QVERIFY2(line.indexOf("\033[K") < columns, line.constData());
     QVERIFY2(call.output.contains("20 files: 20 converted, 0 failed"), call.output.constData());
-    QVERIFY(!Convert("-d out .").errors.contains('#'));
+    QVERIFY(!Run("-d out .").errors.contains('#'));
 }
 
 QTEST_MAIN(TestConverting)

@@ -184,7 +184,7 @@ QImage TestImagePlugin::Converted(const QByteArray& graph, const QString& option
 {
     Write(Path("converted.plf"), graph);
     const Call call =
-        Convert(QStringList{Text("converted.plf"), Text("converted.png")} + options.split(u' '));
+        Run(QStringList{Text("converted.plf"), Text("converted.png")} + options.split(u' '));
     if (call.code != 0)
         qFatal("%s", call.errors.constData());
     return Stored(QImage(Path("converted.png")));

@@ -2,30 +2,19 @@
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 //
 // plfdiff as people and programs call it: how it ends, what it prints and draws, what it refuses.
-#include "tests/kit/files.h"
 #include "tests/kit/plf.h"
+#include "tests/kit/tooltest.h"
 
 #include <QDir>
 #include <QImage>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QProcess>
-#include <QTemporaryDir>
 #include <QtTest>
 
 #include <unistd.h>
 
 namespace {
-
-constexpr int kTimeout = 120000; // milliseconds; sanitizers on a busy machine are slow
-
-// How a call ended.
-struct Call {
-    int code = -1; // -1 when it did not end by itself
-    QByteArray output;
-    QByteArray errors;
-};
 
 std::string Graph(int y, const std::string& text = "Ohm")
 {
@@ -46,9 +35,12 @@ int CountPixels(const QImage& image, QRgb color)
 
 } // namespace
 
-class TestPlfDiff : public QObject
+class TestPlfDiff : public QObject, private ToolTest
 {
     Q_OBJECT
+
+public:
+    TestPlfDiff() : ToolTest(PLFDIFF_PROGRAM) {}
 
 private slots:
     void init();
@@ -74,48 +66,15 @@ private slots:
     void output_isNeverAGraph();
     void call_helpAndVersion_endWith0();
     void call_outputThatCannotBeWritten_endsWith2();
-
-private:
-    Call Run(const QByteArray& arguments, const QByteArray& input = {});
-    Call Run(const QStringList& arguments, const QByteArray& input = {});
-    [[nodiscard]] QString Path(const QString& name) const { return folder->filePath(name); }
-    void Write(const QString& name, const std::string& bytes) const
-    {
-        QVERIFY(WriteFile(Path(name).toStdString(), bytes));
-    }
-
-    std::unique_ptr<QTemporaryDir> folder;
 };
 
 void TestPlfDiff::init()
 {
-    folder = std::make_unique<QTemporaryDir>();
-    QVERIFY(folder->isValid());
-    Write(Text("a.plf"), Graph(500));
-    Write(Text("same.plf"), Graph(500));
-    Write(Text("moved.plf"), Graph(510));
-    Write(Text("text.plf"), Graph(500, "Volt"));
-}
-
-Call TestPlfDiff::Run(const QStringList& arguments, const QByteArray& input)
-{
-    QProcess process;
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    for (const char* variable : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"})
-        environment.remove(Text(variable));
-    process.setProcessEnvironment(environment);
-    process.setWorkingDirectory(folder->path());
-    process.start(Text(PLFDIFF_PROGRAM), arguments);
-    process.write(input);
-    process.closeWriteChannel();
-    if (!process.waitForFinished(kTimeout) || process.exitStatus() != QProcess::NormalExit)
-        return {-1, process.readAllStandardOutput(), process.readAllStandardError()};
-    return {process.exitCode(), process.readAllStandardOutput(), process.readAllStandardError()};
-}
-
-Call TestPlfDiff::Run(const QByteArray& arguments, const QByteArray& input)
-{
-    return Run(QString::fromUtf8(arguments).split(u' ', Qt::SkipEmptyParts), input);
+    Begin();
+    Write("a.plf", Graph(500));
+    Write("same.plf", Graph(500));
+    Write("moved.plf", Graph(510));
+    Write("text.plf", Graph(500, "Volt"));
 }
 
 void TestPlfDiff::equalGraphs_endWith0AndSayNothing()
@@ -198,7 +157,7 @@ void TestPlfDiff::ignored_doesNotCount()
 void TestPlfDiff::maxChanges_areAllowed()
 {
     QCOMPARE(Run("--max-changes 1 a.plf moved.plf").code, 0);
-    Write(Text("both.plf"), Graph(510, "Volt"));
+    Write("both.plf", Graph(510, "Volt"));
     QCOMPARE(Run("--max-changes 1 a.plf both.plf").code, 1);
     QCOMPARE(Run("--max-changes 2 a.plf both.plf").code, 0);
 }
@@ -229,9 +188,9 @@ void TestPlfDiff::folders_areComparedByName()
     QVERIFY(QDir(folder->path()).mkdir(Text("old")) && QDir(folder->path()).mkdir(Text("new")));
     for (const char* name :
          {"old/1.plf", "new/1.plf", "old/2.plf", "old/gone.plf", "old/notes.txt"})
-        Write(Text(name), Graph(500));
-    Write(Text("new/2.plf"), Graph(800));
-    Write(Text("new/come.PLF"), Graph(500));
+        Write(name, Graph(500));
+    Write("new/2.plf", Graph(800));
+    Write("new/come.PLF", Graph(500));
     const Call call = Run("old new");
     QCOMPARE(call.errors, QByteArray());
     QCOMPARE(call.code, 1);
@@ -242,7 +201,7 @@ void TestPlfDiff::folders_areComparedByName()
     QVERIFY(rows[3].startsWith("come.PLF  new"));
     QVERIFY(rows[4].startsWith("gone.plf  gone"));
     QCOMPARE(rows[5], QByteArray("1 equal, 3 different, 0 not compared"));
-    Write(Text("new/1.plf"), "no graph");
+    Write("new/1.plf", "no graph");
     QCOMPARE(Run("old new").code, 2);
     QCOMPARE(Run("old old").code, 0);
 }
@@ -252,7 +211,7 @@ void TestPlfDiff::standardInputAndFolder_areCompared()
     QCOMPARE(Run("a.plf -", QByteArray::fromStdString(Graph(500))).code, 0);
     QCOMPARE(Run("- a.plf", QByteArray::fromStdString(Graph(510))).code, 1);
     QVERIFY(QDir(folder->path()).mkdir(Text("old")));
-    Write(Text("old/a.plf"), Graph(510));
+    Write("old/a.plf", Graph(510));
     QCOMPARE(Run("a.plf old").code, 1);
     QCOMPARE(Run("old/ moved.plf").code, 2); // there is none of that name
     QCOMPARE(Run("/dev/null a.plf").code, 1);
@@ -293,7 +252,7 @@ void TestPlfDiff::report_hasAPageForEachPair()
 {
     QVERIFY(QDir(folder->path()).mkdir(Text("old")) && QDir(folder->path()).mkdir(Text("new")));
     for (const char* name : {"old/1.plf", "new/1.plf", "old/2.plf", "new/3.plf"})
-        Write(Text(name), Graph(500));
+        Write(name, Graph(500));
     QCOMPARE(Run("-o report.pdf old new").code, 1);
     QCOMPARE(ReadFile(Path(Text("report.pdf"))).count("/Type /Page\n"), 3);
     const Call call = Run("-o report.png old new");
@@ -305,7 +264,7 @@ void TestPlfDiff::damagedGraph_isWarnedOfAndRefusedWhenStrict()
 {
     std::string damaged = Graph(500);
     damaged.insert(damaged.size() - 1, plf::LineIndex(99));
-    Write(Text("damaged.plf"), damaged);
+    Write("damaged.plf", damaged);
     const Call call = Run("a.plf damaged.plf");
     QCOMPARE(call.errors, QByteArray("plfdiff: damaged.plf: damaged (index out of range: 1)\n"));
     QCOMPARE(call.code, 0);
@@ -376,7 +335,7 @@ void TestPlfDiff::call_trouble_endsWith2()
 
 void TestPlfDiff::output_isNeverAGraph()
 {
-    Write(Text("graph.png"), Graph(500));
+    Write("graph.png", Graph(500));
     const Call call = Run("-o graph.png a.plf moved.plf");
     QCOMPARE(call.code, 2);
     QVERIFY(call.errors.contains("graphs are never overwritten"));
@@ -391,12 +350,7 @@ void TestPlfDiff::call_helpAndVersion_endWith0()
 
 void TestPlfDiff::call_outputThatCannotBeWritten_endsWith2()
 {
-    QProcess process;
-    process.setWorkingDirectory(folder->path());
-    process.setStandardOutputFile(Text("/dev/full"));
-    process.start(Text(PLFDIFF_PROGRAM), {Text("a.plf"), Text("moved.plf")});
-    QVERIFY(process.waitForFinished(kTimeout));
-    QCOMPARE(process.exitCode(), 2);
+    QCOMPARE(RunWithFullOutput({Text("a.plf"), Text("moved.plf")}).code, 2);
 }
 
 QTEST_GUILESS_MAIN(TestPlfDiff)

@@ -2,30 +2,19 @@
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 //
 // plfinfo as people and programs call it: what it prints, how it ends, what it refuses.
-#include "tests/kit/files.h"
 #include "tests/kit/plf.h"
+#include "tests/kit/tooltest.h"
 
 #include <QDir>
 #include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QProcess>
-#include <QTemporaryDir>
 #include <QtTest>
 
 #include <unistd.h>
 
 namespace {
-
-constexpr int kTimeout = 120000; // milliseconds; sanitizers on a busy machine are slow
-
-// How a call ended.
-struct Call {
-    int code = -1; // -1 when it did not end by itself
-    QByteArray output;
-    QByteArray errors;
-};
 
 QByteArray SmallGraph()
 {
@@ -63,9 +52,12 @@ QByteArray GraphWithUnknownCommand()
 
 } // namespace
 
-class TestPlfInfo : public QObject
+class TestPlfInfo : public QObject, private ToolTest
 {
     Q_OBJECT
+
+public:
+    TestPlfInfo() : ToolTest(PLFINFO_PROGRAM) {}
 
 private slots:
     void init();
@@ -106,39 +98,12 @@ private slots:
     void csv_longName_isWhole();
     void csv_samples_haveARowForEachVector();
     void json_tenThousandGraphs_areAllInTheDocument();
-
-private:
-    Call Run(const QStringList& arguments, const QByteArray& input = {});
-    [[nodiscard]] QString Path(const char* name) const { return folder->filePath(Text(name)); }
-    void Write(const char* name, const QByteArray& bytes) const
-    {
-        QVERIFY(WriteFile(Path(name).toStdString(), bytes.toStdString()));
-    }
-
-    std::unique_ptr<QTemporaryDir> folder;
 };
 
 void TestPlfInfo::init()
 {
-    folder = std::make_unique<QTemporaryDir>();
-    QVERIFY(folder->isValid());
+    Begin();
     Write("graph.plf", SmallGraph());
-}
-
-Call TestPlfInfo::Run(const QStringList& arguments, const QByteArray& input)
-{
-    QProcess process;
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    for (const char* variable : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"})
-        environment.remove(Text(variable));
-    process.setProcessEnvironment(environment);
-    process.setWorkingDirectory(folder->path());
-    process.start(Text(PLFINFO_PROGRAM), arguments);
-    process.write(input);
-    process.closeWriteChannel();
-    if (!process.waitForFinished(kTimeout) || process.exitStatus() != QProcess::NormalExit)
-        return {-1, process.readAllStandardOutput(), process.readAllStandardError()};
-    return {process.exitCode(), process.readAllStandardOutput(), process.readAllStandardError()};
 }
 
 void TestPlfInfo::text_graph_hasARowForEachThing()
@@ -278,12 +243,7 @@ void TestPlfInfo::standardInput_isRead()
 void TestPlfInfo::packedGraph_isRead()
 {
     const QByteArray plain = Run({Text("graph.plf")}).output;
-    QProcess shell;
-    shell.setWorkingDirectory(folder->path());
-    shell.start(Text("bash"), {Text("-c"), Text("gzip graph.plf; \"$0\" <(cat graph.plf.gz)"),
-                               Text(PLFINFO_PROGRAM)});
-    QVERIFY(shell.waitForFinished(kTimeout));
-    const QByteArray piped = shell.readAllStandardOutput();
+    const QByteArray piped = RunLine(Text("gzip graph.plf; \"$0\" <(cat graph.plf.gz)")).output;
     QCOMPARE(piped.mid(piped.indexOf('\n')), plain.mid(plain.indexOf('\n')));
     const QByteArray packed = Run({Text("graph.plf.gz")}).output;
     QCOMPARE(packed.mid(packed.indexOf('\n')), plain.mid(plain.indexOf('\n')));
@@ -343,13 +303,9 @@ void TestPlfInfo::call_wrongUsage_endsWith2()
 
 void TestPlfInfo::call_outputThatCannotBeWritten_endsWith1()
 {
-    QProcess process;
-    process.setStandardOutputFile(Text("/dev/full"));
-    process.start(Text(PLFINFO_PROGRAM), {Path("graph.plf")});
-    QVERIFY(process.waitForFinished(kTimeout));
-    QCOMPARE(process.exitCode(), 1);
-    QCOMPARE(process.readAllStandardError(),
-             QByteArray("plfinfo: cannot write output: No space left on device\n"));
+    const Call call = RunWithFullOutput({Text("graph.plf")});
+    QCOMPARE(call.code, 1);
+    QCOMPARE(call.errors, QByteArray("plfinfo: cannot write output: No space left on device\n"));
 }
 
 void TestPlfInfo::call_helpAndVersion_endWith0()
@@ -366,13 +322,10 @@ void TestPlfInfo::call_nameThatIsNoText_isRead()
 {
     const std::string name = folder->path().toStdString() + "/caf\xe9.plf";
     QVERIFY(WriteFile(name, SmallGraph().toStdString()));
-    QProcess process;
-    process.setWorkingDirectory(folder->path());
-    process.start(Text("sh"), {Text("-c"), Text("exec '" PLFINFO_PROGRAM "' --json caf*")});
-    QVERIFY(process.waitForFinished(kTimeout));
+    const Call call = RunLine(Text("\"$0\" --json caf*"));
     QCOMPARE(unlink(name.c_str()), 0); // Qt cannot
-    QCOMPARE(process.exitCode(), 0);
-    const QJsonArray graphs = Graphs(process.readAllStandardOutput());
+    QCOMPARE(call.code, 0);
+    const QJsonArray graphs = Graphs(call.output);
     QCOMPARE(graphs[0][Text("file")].toString(), Text("caf\ufffd.plf"));
     QCOMPARE(QByteArray::fromBase64(graphs[0][Text("fileBase64")].toString().toLatin1()),
              QByteArray("caf\xe9.plf"));
@@ -380,17 +333,13 @@ void TestPlfInfo::call_nameThatIsNoText_isRead()
 
 void TestPlfInfo::json_nameThatIsNoTextAndCannotBeRead_hasItsBytes()
 {
-    QProcess process;
-    process.setWorkingDirectory(folder->path());
-    process.start(Text("bash"),
-                  {Text("-c"), Text("exec '" PLFINFO_PROGRAM "' --json none$'\\xe9' none")});
-    QVERIFY(process.waitForFinished(kTimeout));
-    const QJsonArray graphs = Graphs(process.readAllStandardOutput());
+    const Call call = RunLine(Text("\"$0\" --json none$'\\xe9' none"));
+    const QJsonArray graphs = Graphs(call.output);
     QCOMPARE(graphs[0].toObject().keys(),
              (QStringList{Text("error"), Text("file"), Text("fileBase64")}));
     QCOMPARE(graphs[0][Text("fileBase64")].toString(), Text("bm9uZek="));
     QCOMPARE(graphs[1].toObject().keys(), (QStringList{Text("error"), Text("file")}));
-    QVERIFY(process.readAllStandardError().startsWith("plfinfo: none\\xe9: "));
+    QVERIFY(call.errors.startsWith("plfinfo: none\\xe9: "));
 }
 
 // Whatever the output, and where the name is in it.
@@ -398,7 +347,7 @@ void TestPlfInfo::hostileName_isNotObeyed()
 {
     const QString name = Text("a\x1b[2J\xc2\x9b\xe2\x80\xae\\.plf");
     const QByteArray visible = "a\\x1b[2J\\xc2\\x9b\\xe2\\x80\\xae\\\\.plf";
-    Write(name.toUtf8().constData(),
+    Write(name,
           QByteArray::fromStdString(plf::Start() + plf::Text(1, 1, "\xe2\x80\xae") + plf::End()));
     const QByteArray text = Run({name}).output;
     QVERIFY(text.startsWith(visible + '\n'));
@@ -591,7 +540,7 @@ void TestPlfInfo::csv_manyGraphs_haveNames()
 {
     QFETCH(QString, name);
     QFETCH(QByteArray, field);
-    Write(name.toUtf8().constData(), SmallGraph());
+    Write(name, SmallGraph());
     const Call call = Run({Text("--csv=vectors"), Text("graph.plf"), name});
     QCOMPARE(call.output, "file,x1,y1,x2,y2,color,width,path\n"
                           "graph.plf,0,0,4095,3119,0,7,0\n" +

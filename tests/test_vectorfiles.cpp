@@ -202,11 +202,10 @@ void TestVectorFiles::seededStreams_lookLikeThePng()
     for (unsigned seed = 1; seed <= kStreams; ++seed)
         Write(Path(QString::number(seed) + Text(".plf")), SeededGraph(seed));
     for (const char* format : {"png", "svg", "pdf"})
-        QCOMPARE(
-            Convert({Text("--background"), Text("file"), Text("--min-line-width"), Text("14"),
-                     Text("--format"), Text(format), Text("--output-dir"), Text("."), Text(".")})
-                .code,
-            0);
+        QCOMPARE(Run({Text("--background"), Text("file"), Text("--min-line-width"), Text("14"),
+                      Text("--format"), Text(format), Text("--output-dir"), Text("."), Text(".")})
+                     .code,
+                 0);
     QStringList different;
     for (unsigned seed = 1; seed <= kStreams; ++seed) {
         const QString base = Path(QString::number(seed));
@@ -252,8 +251,8 @@ void TestVectorFiles::areas_lookLikeThePng()
     QFETCH(QString, options);
     Write(Path("a.plf"), Sample(Text("tour.plf")));
     for (const char* name : {"a.png", "a.svg", "a.pdf"})
-        QCOMPARE(Convert(options.split(u' ') +
-                         QStringList{Text("--background"), Text("file"), Text("a.plf"), Text(name)})
+        QCOMPARE(Run(options.split(u' ') +
+                     QStringList{Text("--background"), Text("file"), Text("a.plf"), Text(name)})
                      .code,
                  0);
     const QImage png = Loaded(Path("a.png"));
@@ -360,8 +359,8 @@ void TestVectorFiles::area_leavesOutWhatIsOutside()
     Write(Path("one/a.plf"), Bytes(plf::Start() + inside + plf::End()));
     environment.insert(Text("SOURCE_DATE_EPOCH"), Text("1"));
     for (const char* name : {"both", "one"}) {
-        const Call call = Convert({Text("--area"), Text("300,2300,900,2800"), Text("-f"), format,
-                                   Text(name) + Text("/a.plf"), Text(name) + Text("/a")});
+        const Call call = Run({Text("--area"), Text("300,2300,900,2800"), Text("-f"), format,
+                               Text(name) + Text("/a.plf"), Text(name) + Text("/a")});
         QCOMPARE(call.code, 0);
     }
     QCOMPARE(ReadFile(Path("both/a")), ReadFile(Path("one/a")));
@@ -418,18 +417,18 @@ void TestVectorFiles::texts_nameAFamilyThatReadersHave()
 void TestVectorFiles::title_isTheGraphsName()
 {
     Write(Path("Größe <1>.plf"), SmallGraph());
-    QCOMPARE(Convert({Path("Größe <1>.plf"), Text("a.svg")}).code, 0);
-    QCOMPARE(Convert({Path("Größe <1>.plf"), Text("a.pdf")}).code, 0);
+    QCOMPARE(Run({Path("Größe <1>.plf"), Text("a.svg")}).code, 0);
+    QCOMPARE(Run({Path("Größe <1>.plf"), Text("a.pdf")}).code, 0);
     QCOMPARE(ReadSvg(Path("a.svg")).title, Text("Größe <1>.plf"));
     QCOMPARE(PdfFact(Path("a.pdf"), "Title"), QByteArray("Größe <1>.plf"));
-    const Call call = Convert("-f svg - -", SmallGraph());
+    const Call call = Run("-f svg - -", SmallGraph());
     QVERIFY(call.output.contains("<title>KORVEL graph</title>"));
 }
 
 void TestVectorFiles::title_ofOddNames_isVisible()
 {
     QVERIFY(WriteFile(folder->path().toStdString() + "/\x1b\xff.plf", SmallGraph()));
-    const Call call = Convert("--output-dir out -f svg .");
+    const Call call = Run("--output-dir out -f svg .");
     QCOMPARE(call.code, 0);
     QProcess shell;
     shell.setWorkingDirectory(Path("out"));
@@ -461,9 +460,9 @@ void TestVectorFiles::sourceDate_makesEqualFiles()
     QFETCH(QString, format);
     Write(Path("a.plf"), Sample(Text("tour.plf")));
     environment.insert(Text("SOURCE_DATE_EPOCH"), Text("1000000000"));
-    QCOMPARE(Convert({Text("-f"), format, Text("a.plf"), Text("first")}).code, 0);
+    QCOMPARE(Run({Text("-f"), format, Text("a.plf"), Text("first")}).code, 0);
     environment.insert(Text("TZ"), Text("EST5"));
-    QCOMPARE(Convert({Text("-f"), format, Text("a.plf"), Text("second")}).code, 0);
+    QCOMPARE(Run({Text("-f"), format, Text("a.plf"), Text("second")}).code, 0);
     QCOMPARE(ReadFile(Path("second")), ReadFile(Path("first")));
 }
 
@@ -483,7 +482,7 @@ void TestVectorFiles::pdf_isExactlyAsLargeAsItsPixels()
     QFETCH(QString, options);
     QFETCH(QByteArray, size);
     Write(Path("a.plf"), SmallGraph());
-    QCOMPARE(Convert(options.split(u' ') + QStringList{Text("a.plf"), Text("a.pdf")}).code, 0);
+    QCOMPARE(Run(options.split(u' ') + QStringList{Text("a.plf"), Text("a.pdf")}).code, 0);
     QCOMPARE(PdfFact(Path("a.pdf"), "Page size"), size);
 }
 
