@@ -332,31 +332,26 @@ private slots:
                                      QStringLiteral("line 12 3120 16 3120 #7f0000 0")}));
     }
 
-    void text_empty_isDrawnAsNothing()
+    void text_withLineFeed_isDrawnWithoutTheLastOne_data()
     {
-        Recorder recorder;
-        QPainter painter(&recorder);
-        char name[] = "";
-        CPlfMeta meta(name, &painter, nullptr, 1.0, 0);
-        char empty[] = "";
-        meta.DrawTextKorvel(empty);
-        QCOMPARE(QByteArray(empty), QByteArray());
-        QCOMPARE(recorder.Operations(), QStringList());
+        QTest::addColumn<QByteArray>("text");
+        QTest::addColumn<QByteArray>("left");
+        QTest::addColumn<int>("operations");
+        QTest::newRow("nothing") << QByteArray("") << QByteArray("") << 0;
+        QTest::newRow("two line feeds") << QByteArray("two\n\n") << QByteArray("two\n") << 1;
+        QTest::newRow("only a line feed") << QByteArray("\n") << QByteArray("") << 0;
     }
 
-    void text_endingInALineFeed_isDrawnWithoutIt()
+    void text_withLineFeed_isDrawnWithoutTheLastOne()
     {
+        QFETCH(QByteArray, text);
         Recorder recorder;
         QPainter painter(&recorder);
         char name[] = "";
         CPlfMeta meta(name, &painter, nullptr, 1.0, 0);
-        char text[] = "two\n\n";
-        meta.DrawTextKorvel(text);
-        QCOMPARE(QByteArray(text), QByteArray("two\n"));
-        char lineFeed[] = "\n";
-        meta.DrawTextKorvel(lineFeed);
-        QCOMPARE(QByteArray(lineFeed), QByteArray(""));
-        QCOMPARE(recorder.Operations().size(), 1);
+        meta.DrawTextKorvel(text.data());
+        QTEST(QByteArray(text.constData()), "left");
+        QTEST(static_cast<int>(recorder.Operations().size()), "operations");
     }
 
     void textFont_isWhatTheFileAsksFor_data()
