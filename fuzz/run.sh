@@ -13,8 +13,9 @@ set -euo pipefail
 root=$(cd -- "$(dirname -- "${BASH_SOURCE[0]}")/.." && pwd)
 readonly build=$root/build/fuzz/fuzz corpus=$root/build/fuzz/corpus finds=$root/out/fuzz
 readonly jobs=2
-# Limits of an input: seconds and megabytes. Inputs of the lengths below take a few milliseconds.
-readonly longest_input_time=10 most_memory=1024
+# Limits of an input: seconds and megabytes. Inputs of the lengths below take a few milliseconds, but on a busy machine
+# fuzz targets, which run at the lowest priority, may have to wait for longer.
+readonly longest_input_time=${FUZZ_INPUT_SECONDS:-10} most_memory=1024
 
 # target | folders of inputs | dictionary | longest input | whether to look for leaks after each input or at the end:
 # Qt's windows keep so much memory that looking takes most of the time
