@@ -6,8 +6,10 @@
 #include "tools/common/filename.h"
 #include "tools/common/graphfile.h"
 #include "tools/convert/contactsheet.h"
+#include "tools/convert/environment.h"
 #include "tools/convert/mergedpdf.h"
 #include "tools/convert/output.h"
+#include "tools/convert/pdfhead.h"
 
 #include <unistd.h>
 
@@ -53,7 +55,8 @@ private:
 QString Document::Draw(int file, QIODevice* output) const
 {
     if (!options.grid)
-        return MergePdfs(pictures, output);
+        return MergePdfs(pictures, PdfDate(SourceDate().value_or(QDateTime::currentDateTimeUtc())),
+                         output);
     const size_t begin = static_cast<size_t>(file) * static_cast<size_t>(PerSheet());
     const size_t end = std::min(begin + static_cast<size_t>(PerSheet()), pictures.size());
     const auto at = [this](size_t index) {

@@ -2,7 +2,6 @@
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 #include "tools/convert/mergedpdf.h"
 
-#include <QDateTime>
 #include <QIODevice>
 
 #include <qpdf/ClosedFileInputSource.hh>
@@ -37,16 +36,6 @@ private:
     QIODevice* device;
 };
 
-// The date that a build is given, or now.
-std::string DateText()
-{
-    bool isGiven = false;
-    const qint64 epoch = qgetenv("SOURCE_DATE_EPOCH").toLongLong(&isGiven);
-    const QDateTime date =
-        isGiven ? QDateTime::fromSecsSinceEpoch(epoch, Qt::UTC) : QDateTime::currentDateTimeUtc();
-    return date.toString(QStringLiteral("'D:'yyyyMMddhhmmss'Z'")).toStdString();
-}
-
 // The pages of many files, whose data are read again when the document is written: a file is open
 // only while it is read, and memory holds no more than what describes the pages.
 class Document
@@ -64,10 +53,10 @@ public:
         titles.push_back(picture.title.toStdString());
     }
 
-    void Write(QIODevice* output)
+    void Write(const QByteArray& date, QIODevice* output)
     {
         AddOutline();
-        AddInformation();
+        AddInformation(date);
         DevicePipeline pipeline(output);
         QPDFWriter writer(document);
         writer.setOutputPipeline(&pipeline);
@@ -78,7 +67,7 @@ public:
 
 private:
     void AddOutline();
-    void AddInformation();
+    void AddInformation(const QByteArray& date);
 
     QPDF document;
     std::vector<std::unique_ptr<QPDF>> sources;
@@ -110,23 +99,23 @@ void Document::AddOutline()
     document.getRoot().replaceKey("/PageMode", Handle::newName("/UseOutlines"));
 }
 
-void Document::AddInformation()
+void Document::AddInformation(const QByteArray& date)
 {
     Handle information = Handle::newDictionary();
     information.replaceKey("/Creator", Handle::newString("plfconvert"));
-    information.replaceKey("/CreationDate", Handle::newString(DateText()));
+    information.replaceKey("/CreationDate", Handle::newString(date.toStdString()));
     document.getTrailer().replaceKey("/Info", document.makeIndirectObject(information));
 }
 
 } // namespace
 
-QString MergePdfs(const std::vector<BoundPicture>& files, QIODevice* output)
+QString MergePdfs(const std::vector<BoundPicture>& files, const QByteArray& date, QIODevice* output)
 {
     try {
         Document document;
         for (const BoundPicture& file : files)
             document.Add(file);
-        document.Write(output);
+        document.Write(date, output);
     } catch (const std::exception& failure) {
         return QString::fromLocal8Bit(failure.what());
     }

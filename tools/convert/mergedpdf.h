@@ -20,9 +20,11 @@ struct BoundPicture {
 };
 
 /// Writes a document with the pages of the files in their order, and their titles in its outline.
-/// The same files make the same document if SOURCE_DATE_EPOCH has its date.
+/// The same files and date make the same document.
+/// @param date    of its making, as PdfDate writes it
 /// @param output  open for writing; its own failures are its owner's to notice
 /// @return empty, or why there is no document
-QString MergePdfs(const std::vector<BoundPicture>& files, QIODevice* output);
+QString MergePdfs(const std::vector<BoundPicture>& files, const QByteArray& date,
+                  QIODevice* output);
 
 } // namespace convert

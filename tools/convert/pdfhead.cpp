@@ -31,6 +31,11 @@ QByteArray Box(const QSizeF& size)
 
 } // namespace
 
+QByteArray PdfDate(const QDateTime& date)
+{
+    return date.toString(QStringLiteral("'D:'yyyyMMddHHmmss'Z'")).toLatin1();
+}
+
 PdfHead::PdfHead(QIODevice* target, const QSizeF& page) : output(target), pageSize(page)
 {
     open(QIODevice::WriteOnly);
@@ -49,8 +54,7 @@ qint64 PdfHead::writeData(const char* data, qint64 size)
     isHeadDone = head.contains(kStreamStart);
     if (isHeadDone) {
         if (const auto time = SourceDate())
-            Replace(&head, "/CreationDate (", ')',
-                    time->toString(QStringLiteral("'D:'yyyyMMddHHmmss'Z'")).toLatin1());
+            Replace(&head, "/CreationDate (", ')', PdfDate(*time));
         Replace(&head, "/MediaBox [", ']', Box(pageSize));
         output->write(head);
         head.clear();

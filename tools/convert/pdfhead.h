@@ -5,10 +5,15 @@
 #pragma once
 
 #include <QByteArray>
+#include <QDateTime>
 #include <QIODevice>
 #include <QSizeF>
 
 namespace convert {
+
+/// A date as a PDF has it.
+/// @param date  UTC
+QByteArray PdfDate(const QDateTime& date);
 
 /// Hands on a PDF that Qt writes, of one page.
 class PdfHead final : public QIODevice
