@@ -23,7 +23,7 @@ sanitizer_packages=(clang libclang-rt-14-dev llvm)
 # To measure the program, on a screen, and another one for comparison.
 bench_packages=(libbenchmark-dev librsvg2-bin openbox plotutils poppler-utils python3 time xvfb)
 # To check the sources, the manual pages, the completions, the files for desktops and the package.
-lint_packages=(appstream clang-format-14 clang-tidy-14 desktop-file-utils file fish libxml2-utils
+lint_packages=(appstream clang-format-14 clang-tidy-14 desktop-file-utils file fish libxml2-utils man-db
   mandoc python3 shared-mime-info shellcheck zsh)
 # To make the Debian packages, and to try them in a bare system.
 deb_packages=(debhelper dh-python dpkg-dev fakeroot)
