@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 //
-// The programs as a caller starts them that has closed standard input, output or error.
+// The programs as a caller starts them that has closed standard input, output or error, or has no
+// room for what they print.
 #include "tests/kit/files.h"
 #include "tests/kit/plf.h"
 
@@ -47,6 +48,8 @@ private slots:
     void closedStreams_changeNoPicture_data();
     void closedStreams_changeNoPicture();
     void closedOutput_isAFailure();
+    void fullOutput_isAFailure_data();
+    void fullOutput_isAFailure();
 
 private:
     void Start(const QString& program, const QStringList& arguments, const QList<int>& closed);
@@ -182,6 +185,40 @@ void TestStreams::closedOutput_isAFailure()
     QCOMPARE(AwaitEnd(), 1);
     const QByteArray errors = process->readAllStandardError();
     QVERIFY2(errors.startsWith("plfinfo: cannot write output: "), errors.constData());
+}
+
+void TestStreams::fullOutput_isAFailure_data()
+{
+    QTest::addColumn<QString>("program");
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<QByteArray>("name");
+    QTest::addColumn<int>("code");
+    const auto row = [](const char* name, const char* program, const QStringList& arguments,
+                        int code = 1) {
+        QTest::addRow("%s %s", name, qPrintable(arguments.first()))
+            << Text(program) << arguments << QByteArray(name) << code;
+    };
+    for (const char* option : {"--help", "--version"}) {
+        row("plfconvert", PLFCONVERT_PROGRAM, {Text(option)});
+        row("plfinfo", PLFINFO_PROGRAM, {Text(option)});
+        row("krvhost", KRVHOST_PROGRAM, {Text(option)});
+        row("plfdiff", PLFDIFF_PROGRAM, {Text(option)}, 2); // whose 1 is a difference
+    }
+    row("plfinfo", PLFINFO_PROGRAM, {Text("graph.plf")});
+    row("krvhost", KRVHOST_PROGRAM, {Text("--viewer"), Text(PLOTVW_PROGRAM), Text("graph.plf")});
+}
+
+void TestStreams::fullOutput_isAFailure()
+{
+    QFETCH(QString, program);
+    QFETCH(QStringList, arguments);
+    QFETCH(QByteArray, name);
+    QFETCH(int, code);
+    process->setStandardOutputFile(Text("/dev/full"));
+    Start(program, arguments, {});
+    QCOMPARE(AwaitEnd(), code);
+    const QByteArray errors = process->readAllStandardError();
+    QVERIFY2(errors.contains(name + ": cannot write output: "), errors.constData());
 }
 
 QTEST_MAIN(TestStreams)
