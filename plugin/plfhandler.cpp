@@ -2,6 +2,7 @@
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 #include "plugin/plfhandler.h"
 
+#include "meta/packed/gunzip.h"
 #include "meta/pass.h"
 #include "meta/plfarea.h"
 #include "meta/plfgraph.h"
@@ -9,10 +10,12 @@
 #include <QGuiApplication>
 #include <QIODevice>
 #include <QImage>
+#include <QImageReader>
 #include <QPainter>
 #include <QTransform>
 #include <QVariant>
 
+#include <algorithm>
 #include <new>
 
 namespace imageformat {
@@ -87,12 +90,51 @@ void PaintLayout(const PlfBytes& graph, const Layout& layout, const QColor& back
         Paint(graph, place, image);
 }
 
+bool IsAtPackedGraph(QIODevice* device)
+{
+    const QByteArray start = device->peek(kPackedStartSize);
+    return IsPackedGraph({start.constData(), static_cast<size_t>(start.size())});
+}
+
+// A packed file says nothing of its size: what is unpacked has the limit that the program sets for
+// images.
+size_t MostUnpacked()
+{
+    constexpr size_t kMegabyte = size_t{1} << 20;
+    const auto limit = static_cast<size_t>(QImageReader::allocationLimit()) * kMegabyte;
+    return limit == 0 ? kMostUnpacked : std::min(limit, kMostUnpacked);
+}
+
+PlfGraph Load(QIODevice* device)
+{
+    // Qt's pipes say that they end as they say that they failed: what came before counts.
+    const auto read = [device](char* block, size_t size) -> ssize_t {
+        return std::max<qint64>(device->read(block, static_cast<qint64>(size)), 0);
+    };
+    PlfGraph graph;
+    if (IsAtPackedGraph(device)) {
+        LoadPacked(read, &graph, MostUnpacked());
+        return graph;
+    }
+    const qint64 expected = device->isSequential() ? 0 : device->size() - device->pos();
+    const char* problem = nullptr;
+    return PlfGraph::FromReader(read, static_cast<size_t>(std::max<qint64>(expected, 0)), &problem);
+}
+
 } // namespace
 
+// No exception reaches the program, which may not know any.
 bool PlfHandler::IsAtGraph(QIODevice* device)
 {
-    return device != nullptr &&
-           device->peek(kPlfHeaderSize) == QByteArrayView(gszPlfhdr, kPlfHeaderSize);
+    if (device == nullptr)
+        return false;
+    if (device->peek(kPlfHeaderSize) == QByteArrayView(gszPlfhdr, kPlfHeaderSize))
+        return true;
+    try {
+        return IsAtPackedGraph(device);
+    } catch (const std::bad_alloc&) {
+        return false;
+    }
 }
 
 bool PlfHandler::canRead() const
@@ -102,7 +144,6 @@ bool PlfHandler::canRead() const
     return isAtGraph;
 }
 
-// No exception reaches the program, which may not know any.
 bool PlfHandler::read(QImage* image)
 {
     try {
@@ -118,11 +159,11 @@ bool PlfHandler::Draw(QImage* image)
     QImage drawn;
     if (!layout || !allocateImage(layout->size, Format(), &drawn))
         return false;
+    const PlfGraph graph = Load(device());
+    if (!graph.IsLoaded())
+        return false;
     drawn.fill(background);
-    QByteArray bytes = device()->readAll();
-    const auto size = static_cast<size_t>(bytes.size());
-    bytes.append(kPlfTailSize, '\0');
-    PaintLayout({bytes.constData(), size}, *layout, background, &drawn);
+    PaintLayout(graph.Bytes(), *layout, background, &drawn);
     *image = drawn;
     return true;
 }

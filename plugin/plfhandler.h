@@ -17,13 +17,13 @@ namespace imageformat {
 class PlfHandler final : public QImageIOHandler
 {
 public:
-    /// Whether a device is at the header of a graph. Reads nothing.
+    /// Whether a device is at the header of a graph, which may be packed. Reads nothing.
     static bool IsAtGraph(QIODevice* device);
 
     [[nodiscard]] bool canRead() const override;
     /// Reads the device up to its end. Of a damaged graph it draws what can be drawn.
-    /// @return false if it is no graph, the picture is too large for Qt or QImageReader's limit, or
-    /// there is not enough
+    /// @return false if it is no graph, the picture, or what a packed graph unpacks to, is too
+    /// large for Qt or QImageReader's limit, or there is not enough
     ///         memory; image is unchanged
     bool read(QImage* image) override;
     [[nodiscard]] QVariant option(ImageOption option) const override;

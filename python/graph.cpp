@@ -2,10 +2,10 @@
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 #include "python/graph.h"
 
+#include "meta/packed/gunzip.h"
 #include "python/failure.h"
 #include "support/files.h"
 #include "tools/common/filename.h"
-#include "tools/common/gunzip.h"
 #include "tools/common/source.h"
 #include "tools/info/inspector.h"
 #include "tools/info/summaryjson.h"
@@ -86,6 +86,20 @@ void CheckFile(const std::string& path, struct stat* info)
         ThrowSystem(errno, path);
 }
 
+// What the loader says of a packed file or a pipe, where nobody knows the offset.
+void CheckLoaded(const QString& problem)
+{
+    if (problem == QLatin1StringView(kNotAGraph))
+        throw GraphFailure{kNoGraph, 0};
+    if (!problem.isEmpty())
+        throw GraphFailure{problem.toStdString(), 0};
+}
+
+bool IsPacked(std::string_view bytes)
+{
+    return bytes.size() >= kGzipMagicSize && IsGzip(bytes.data());
+}
+
 // Where a file differs from a graph, unless it is a packed one.
 void CheckStart(const std::string& path)
 {
@@ -94,7 +108,7 @@ void CheckStart(const std::string& path)
     if (file == nullptr)
         ThrowSystem(errno, path);
     const size_t size = fread(start, 1, sizeof start, file.get());
-    if (size < tools::kGzipMagicSize || !tools::IsGzip(start))
+    if (!IsPacked({start, size}))
         CheckHeader({start, size});
 }
 
@@ -103,6 +117,23 @@ QByteArray LocalName(const std::string& path)
 {
     const QByteArray local = QByteArray::fromStdString(path);
     return local == tools::kStandardStream ? "./" + local : local;
+}
+
+PlfGraph Copy(std::string_view bytes)
+{
+    CheckHeader(bytes);
+    const char* problem = nullptr;
+    PlfGraph source = PlfGraph::FromBytes(bytes, &problem);
+    if (problem != nullptr)
+        throw std::bad_alloc();
+    return source;
+}
+
+PlfGraph Unpack(std::string_view packed)
+{
+    PlfGraph source;
+    CheckLoaded(LoadPacked(packed, &source));
+    return source;
 }
 
 } // namespace
@@ -115,19 +146,13 @@ Graph ReadFile(const std::string& path, bool strict)
     const QString problem = tools::LoadGraph(LocalName(path), &source);
     if (!problem.isEmpty() && S_ISREG(info.st_mode))
         CheckStart(path);
-    if (!problem.isEmpty())
-        throw GraphFailure{problem.toStdString(), 0};
+    CheckLoaded(problem);
     return Read(path, std::move(source), strict);
 }
 
 Graph ReadBytes(std::string_view bytes, bool strict)
 {
-    CheckHeader(bytes);
-    const char* problem = nullptr;
-    PlfGraph source = PlfGraph::FromBytes(bytes, &problem);
-    if (problem != nullptr)
-        throw std::bad_alloc();
-    return Read(tools::kStandardStream, std::move(source), strict);
+    return Read(tools::kStandardStream, IsPacked(bytes) ? Unpack(bytes) : Copy(bytes), strict);
 }
 
 QByteArray Info(const Graph& graph)

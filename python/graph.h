@@ -29,7 +29,7 @@ struct Graph {
 /// @throws GraphFailure, SystemFailure
 Graph ReadFile(const std::string& path, bool strict);
 
-/// Reads bytes, of which it keeps a copy.
+/// Reads bytes, also packed ones, of which it keeps a copy.
 /// @throws GraphFailure
 Graph ReadBytes(std::string_view bytes, bool strict);
 

@@ -22,6 +22,7 @@
 #include <climits>
 #include <cstring>
 #include <functional>
+#include <random>
 #include <thread>
 #include <vector>
 
@@ -166,6 +167,13 @@ private slots:
     void garbage_isRefused_data();
     void garbage_isRefused();
     void otherImage_namedAsAGraph_isRead();
+    void packedGraphs_areReadAsGraphs_data() { SampleRows(); }
+    void packedGraphs_areReadAsGraphs();
+    void packedGraph_withALongName_isRead();
+    void otherPackedFiles_areNone_data();
+    void otherPackedFiles_areNone();
+    void packedGraph_thatIsCutOff_isRefused();
+    void packedGraph_unpacksToTheLimit();
     void cutOffGraphs_showWhatIsThere();
     void hostileFiles_areReadOrRefused();
     void pipe_isReadToItsEnd();
@@ -177,6 +185,7 @@ private slots:
 
 private:
     [[nodiscard]] QImage Converted(const QByteArray& graph, const QString& options) const;
+    [[nodiscard]] QByteArray PackedLarge() const;
     [[nodiscard]] QImage ReadByProgram(const QString& kind, const QByteArray& graph) const;
 };
 
@@ -188,6 +197,19 @@ QImage TestImagePlugin::Converted(const QByteArray& graph, const QString& option
     if (call.code != 0)
         qFatal("%s", call.errors.constData());
     return Stored(QImage(Path("converted.png")));
+}
+
+// A packed graph that stays large.
+QByteArray TestImagePlugin::PackedLarge() const
+{
+    std::string vectors;
+    std::minstd_rand random;
+    const auto below = [&random](unsigned long limit) {
+        return static_cast<int>(random() % limit);
+    };
+    for (int i = 0; i < 300000; ++i)
+        vectors += plf::Line(below(4096), below(3120), below(4096), below(3120));
+    return Packed(Graph(vectors));
 }
 
 void TestImagePlugin::format_isReadAndNotWritten()
@@ -209,17 +231,24 @@ void TestImagePlugin::samples_areAsConverted()
 
 void TestImagePlugin::question_readsTheHeaderOnly_data()
 {
+    QTest::addColumn<QByteArray>("contents");
     QTest::addColumn<bool>("pipe");
-    QTest::newRow("file") << false;
-    QTest::newRow("pipe") << true;
+    constexpr qsizetype kLarge = 10000000;
+    const QByteArray graph = Graph(plf::Line(0, 0, 9, 9)) + QByteArray(kLarge, '\n');
+    QTest::newRow("file") << graph << false;
+    QTest::newRow("pipe") << graph << true;
+    const QByteArray packed = PackedLarge();
+    QVERIFY(packed.size() > 1000000);
+    QTest::newRow("packed file") << packed << false;
+    QTest::newRow("packed pipe") << packed << true;
 }
 
 // Qt reads ahead by a few kilobytes.
 void TestImagePlugin::question_readsTheHeaderOnly()
 {
+    QFETCH(QByteArray, contents);
     QFETCH(bool, pipe);
-    constexpr qsizetype kLarge = 10000000;
-    CountingDevice device(Graph(plf::Line(0, 0, 9, 9)) + QByteArray(kLarge, '\n'), pipe);
+    CountingDevice device(contents, pipe);
     QImageReader reader(&device);
     QVERIFY(reader.canRead());
     QCOMPARE(reader.format(), "plf");
@@ -398,6 +427,72 @@ void TestImagePlugin::otherImage_namedAsAGraph_isRead()
     QImageReader reader(Path("graph.png"));
     reader.setDecideFormatFromContent(true);
     QCOMPARE(reader.read(), Read(SmallGraph()));
+}
+
+void TestImagePlugin::packedGraphs_areReadAsGraphs()
+{
+    QFETCH(QString, sample);
+    const QByteArray packed = Packed(Sample(sample));
+    const QImage expected = Read(Sample(sample));
+    QVERIFY(!expected.isNull());
+    Write(Path("graph.plf.gz"), packed);
+    QCOMPARE(QImage(Path("graph.plf.gz")), expected);
+    CountingDevice pipe(packed, true);
+    QCOMPARE(ReadFrom(&pipe), expected);
+}
+
+// gzip writes the name of the file before the data.
+void TestImagePlugin::packedGraph_withALongName_isRead()
+{
+    const QString name(NAME_MAX - 3, u'n'); // it appends .gz
+    Write(Path(name), Named("walk"));
+    QCOMPARE(QProcess::execute(Text("gzip"), {Path(name)}), 0);
+    const QByteArray packed = ReadFile(Path(name + Text(".gz")));
+    QVERIFY(packed.contains(name.toLatin1()));
+    QCOMPARE(Read(packed), Read(Named("walk")));
+}
+
+void TestImagePlugin::otherPackedFiles_areNone_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    const QByteArray header = QByteArray::fromStdString(plf::Header());
+    QTest::newRow("text") << Packed("no graph at all, but longer than a header");
+    QTest::newRow("nothing") << Packed({});
+    QTest::newRow("header cut short") << Packed(header.chopped(1));
+    QTest::newRow("packed twice") << Packed(Packed(SmallGraph()));
+    QTest::newRow("damaged") << Packed(SmallGraph()).replace(10, 5, QByteArray(5, '\xff'));
+    QTest::newRow("magic alone") << Packed(SmallGraph()).first(2);
+}
+
+// Other plug-ins may know what they are.
+void TestImagePlugin::otherPackedFiles_areNone()
+{
+    QFETCH(QByteArray, bytes);
+    QVERIFY(Read(bytes, {}, "plf").isNull());
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::ReadOnly);
+    QVERIFY(!QImageReader(&buffer, "plf").canRead());
+    QVERIFY(QImageReader::imageFormat(&buffer) != "plf");
+    QCOMPARE(buffer.pos(), 0);
+}
+
+void TestImagePlugin::packedGraph_thatIsCutOff_isRefused()
+{
+    const QByteArray packed = Packed(Named("plate"));
+    for (int i = 1; i < 20; ++i)
+        QVERIFY(Read(packed.first(packed.size() * i / 20), {}, "plf").isNull());
+}
+
+void TestImagePlugin::packedGraph_unpacksToTheLimit()
+{
+    const auto restore = qScopeGuard(
+        [limit = QImageReader::allocationLimit()] { QImageReader::setAllocationLimit(limit); });
+    constexpr qsizetype kSmaller = 3 << 19; // between one and two megabytes
+    const QByteArray packed = Packed(SmallGraph() + QByteArray(kSmaller, '\n'));
+    QImageReader::setAllocationLimit(1); // megabytes
+    QVERIFY(Read(packed, Scaled({160, 122}), "plf").isNull());
+    QImageReader::setAllocationLimit(2);
+    QVERIFY(!Read(packed, Scaled({160, 122}), "plf").isNull());
 }
 
 void TestImagePlugin::cutOffGraphs_showWhatIsThere()

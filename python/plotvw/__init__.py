@@ -108,7 +108,7 @@ class Damage(NamedTuple):
 class Graph:
     """A graph that :func:`read` has read.
 
-    It can be pickled, so that it may travel to another process or machine; ``bytes(g)`` are those of its file.
+    It can be pickled, so that it may travel to another process or machine; ``bytes(g)`` are those of its file, unpacked.
     """
 
     __slots__ = ("_held",)
@@ -304,7 +304,8 @@ class Graph:
 def read(source: PathName | BinaryIO | bytes | bytearray | memoryview, *, strict: bool = False) -> Graph:
     """Read a graph.
 
-    :param source: name of a file, which may be packed by gzip, or of a pipe; a binary file that is open for reading, or the bytes of a graph
+    :param source: name of a file or of a pipe, a binary file that is open for reading, or the bytes of a graph; each may be
+        packed with gzip
     :param strict: refuse a graph that lacks something, or shows something else than its writer meant. Without it, a damaged
         graph gives what can be read of it, and ``damage`` says what is wrong.
     :raises PlfError: for what is no graph

@@ -148,14 +148,31 @@ def test_files_that_cannot_be_read(tmp_path):
         plotvw.read(tmp_path)
 
 
+@pytest.mark.parametrize(
+    ("packed", "reason"),
+    [
+        (gzip.compress(TRIANGLE)[:-20], "is cut off, as gzip data"),
+        (gzip.compress(TRIANGLE)[:-8] + bytes(8), "is damaged, as gzip data"),
+        (gzip.compress(b"something else"), "not a PLF graph"),
+    ],
+)
+def test_what_is_no_packed_graph(packed, reason, tmp_path):
+    path = tmp_path / "file.gz"
+    path.write_bytes(packed)
+    for source in (packed, path, io.BytesIO(packed)):
+        with pytest.raises(plotvw.PlfError) as raised:
+            plotvw.read(source)
+        assert (raised.value.reason, raised.value.offset) == (reason, 0)
+
+
 def test_packed_graphs_and_pipes(tmp_path):
-    (tmp_path / "graph.plf.gz").write_bytes(gzip.compress(TRIANGLE))
-    assert bytes(plotvw.read(tmp_path / "graph.plf.gz")) == TRIANGLE
+    packed = gzip.compress(TRIANGLE)
+    (tmp_path / "graph.plf.gz").write_bytes(packed)
+    for source in (tmp_path / "graph.plf.gz", packed, io.BytesIO(packed), packed[:] + gzip.compress(b"more")):
+        assert bytes(plotvw.read(source)).startswith(TRIANGLE)
+    assert bytes(plotvw.read(packed)) == TRIANGLE
     with gzip.open(tmp_path / "graph.plf.gz") as file:
         assert bytes(plotvw.read(file)) == TRIANGLE
-    (tmp_path / "cut.plf.gz").write_bytes(gzip.compress(TRIANGLE)[:-20])
-    with pytest.raises(plotvw.PlfError):
-        plotvw.read(tmp_path / "cut.plf.gz")
     os.mkfifo(tmp_path / "pipe")
     writer = threading.Thread(target=(tmp_path / "pipe").write_bytes, args=(TRIANGLE,))
     writer.start()

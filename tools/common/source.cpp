@@ -2,9 +2,9 @@
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 #include "tools/common/source.h"
 
+#include "meta/packed/gunzip.h"
 #include "support/descriptor.h"
 #include "tools/common/filename.h"
-#include "tools/common/gunzip.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -59,17 +59,6 @@ private:
     size_t taken = 0; // and handed on
 };
 
-QString LoadPacked(Input* input, PlfGraph* graph)
-{
-    Gunzip gunzip([input](char* block, size_t size) { return input->Read(block, size); });
-    const char* reason = nullptr;
-    *graph = PlfGraph::FromReader(
-        [&gunzip](char* block, size_t size) { return gunzip.Read(block, size); }, 0, &reason);
-    if (graph->IsLoaded() || reason != nullptr)
-        return QString::fromLatin1(reason);
-    return gunzip.Problem().isEmpty() ? SystemReason() : gunzip.Problem();
-}
-
 QString LoadDescriptor(int descriptor, PlfGraph* graph)
 {
     struct stat info = {};
@@ -78,12 +67,12 @@ QString LoadDescriptor(int descriptor, PlfGraph* graph)
     if (S_ISDIR(info.st_mode))
         return QStringLiteral("is a directory");
     Input input(descriptor);
+    const auto read = [&input](char* block, size_t size) { return input.Read(block, size); };
     if (input.IsPacked())
-        return LoadPacked(&input, graph);
+        return LoadPacked(read, graph);
     const auto expected = S_ISREG(info.st_mode) ? static_cast<size_t>(info.st_size) : 0;
     const char* reason = nullptr;
-    *graph = PlfGraph::FromReader(
-        [&input](char* block, size_t size) { return input.Read(block, size); }, expected, &reason);
+    *graph = PlfGraph::FromReader(read, expected, &reason);
     return graph->IsLoaded() || reason != nullptr ? QString::fromLatin1(reason) : SystemReason();
 }
 

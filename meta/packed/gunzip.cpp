@@ -1,15 +1,15 @@
 // SPDX-License-Identifier: MIT
 // SPDX-FileCopyrightText: 2026 plotvw contributors
-#include "tools/common/gunzip.h"
+#include "meta/packed/gunzip.h"
 
 #include <zlib.h>
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
+#include <cstring>
 #include <limits>
 #include <utility>
-
-namespace tools {
 
 namespace {
 
@@ -17,6 +17,17 @@ constexpr char kMagic[] = {'\x1f', '\x8b'};
 static_assert(sizeof kMagic == kGzipMagicSize);
 // The largest window, and gzip's header before the data.
 constexpr int kWindow = MAX_WBITS + 16;
+constexpr size_t kMegabyte = size_t{1} << 20;
+
+// What reads bytes in memory, and shortens the view by what it has read.
+PlfGraph::Reader ReaderOf(std::string_view* rest)
+{
+    return [rest](char* block, size_t size) {
+        const size_t count = rest->copy(block, size);
+        rest->remove_prefix(count);
+        return static_cast<ssize_t>(count);
+    };
+}
 
 } // namespace
 
@@ -30,11 +41,11 @@ struct Gunzip::Stream {
     std::array<char, size_t{64}* 1024> packed = {};
 };
 
-Gunzip::Gunzip(PlfGraph::Reader packedReader)
-    : read(std::move(packedReader)), stream(std::make_unique<Stream>())
+Gunzip::Gunzip(PlfGraph::Reader packedReader, size_t mostUnpacked)
+    : read(std::move(packedReader)), most(mostUnpacked), stream(std::make_unique<Stream>())
 {
     if (inflateInit2(&stream->state, kWindow) != Z_OK)
-        Fail(kNoMemory);
+        Fail(QString::fromLatin1(kNoMemory));
 }
 
 Gunzip::~Gunzip()
@@ -42,9 +53,9 @@ Gunzip::~Gunzip()
     inflateEnd(&stream->state);
 }
 
-ssize_t Gunzip::Fail(const char* reason)
+ssize_t Gunzip::Fail(const QString& reason)
 {
-    problem = QString::fromLatin1(reason);
+    problem = reason;
     return -1;
 }
 
@@ -57,7 +68,7 @@ bool Gunzip::Refill()
     const ssize_t count = read(stream->packed.data(), stream->packed.size());
     if (count <= 0) {
         if (count == 0)
-            Fail("is cut off, as gzip data");
+            Fail(QStringLiteral("is cut off, as gzip data"));
         return false;
     }
     state.next_in = reinterpret_cast<Bytef*>(stream->packed.data());
@@ -87,15 +98,46 @@ ssize_t Gunzip::Read(char* block, size_t size)
         if (result == Z_STREAM_END)
             isDone = !BeginNext();
         else if (result != Z_OK)
-            return Fail(result == Z_MEM_ERROR ? kNoMemory : "is damaged, as gzip data");
+            return Fail(QString::fromLatin1(result == Z_MEM_ERROR ? kNoMemory
+                                                                  : "is damaged, as gzip data"));
     }
     const auto count = static_cast<size_t>(wanted - state.avail_out);
     unpacked += count;
     if (!problem.isEmpty())
         return -1;
-    if (unpacked > kMostUnpacked)
-        return Fail("unpacks to more than 1 GB; unpack it first");
+    if (unpacked > most)
+        return Fail(
+            QStringLiteral("unpacks to more than %1 MB; unpack it first").arg(most / kMegabyte));
     return static_cast<ssize_t>(count);
 }
 
-} // namespace tools
+bool IsPackedGraph(std::string_view start)
+{
+    if (start.size() < kGzipMagicSize || !IsGzip(start.data()))
+        return false;
+    Gunzip gunzip(ReaderOf(&start));
+    std::array<char, kPlfHeaderSize> header = {};
+    for (size_t filled = 0; filled < header.size();) {
+        const ssize_t count = gunzip.Read(header.data() + filled, header.size() - filled);
+        if (count <= 0)
+            return false;
+        filled += static_cast<size_t>(count);
+    }
+    return std::equal(header.begin(), header.end(), std::begin(gszPlfhdr));
+}
+
+QString LoadPacked(const PlfGraph::Reader& read, PlfGraph* graph, size_t most)
+{
+    Gunzip gunzip(read, most);
+    const char* reason = nullptr;
+    *graph = PlfGraph::FromReader(
+        [&gunzip](char* block, size_t size) { return gunzip.Read(block, size); }, 0, &reason);
+    if (graph->IsLoaded() || reason != nullptr)
+        return QString::fromLatin1(reason);
+    return gunzip.Problem().isEmpty() ? QString::fromLocal8Bit(strerror(errno)) : gunzip.Problem();
+}
+
+QString LoadPacked(std::string_view packed, PlfGraph* graph)
+{
+    return LoadPacked(ReaderOf(&packed), graph);
+}

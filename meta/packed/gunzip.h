@@ -9,8 +9,7 @@
 #include <QString>
 
 #include <memory>
-
-namespace tools {
+#include <string_view>
 
 /// Most bytes that are unpacked: a packed megabyte may hold a gigabyte of anything.
 constexpr size_t kMostUnpacked = size_t{1} << 30;
@@ -20,12 +19,29 @@ constexpr size_t kMostUnpacked = size_t{1} << 30;
 bool IsGzip(const char* start);
 constexpr size_t kGzipMagicSize = 2;
 
+/// How much of a packed file is enough to unpack the header of a graph: gzip's own header with a
+/// name of 255 bytes, the codes of the first block, and the header in them.
+constexpr size_t kPackedStartSize = 1024;
+/// Whether data begins as a packed graph does.
+/// @param start  kPackedStartSize bytes, or all that there are
+bool IsPackedGraph(std::string_view start);
+
+/// Loads a packed graph. What is no graph is refused after its first bytes.
+/// @param read   delivers the packed data
+/// @param graph  receives it
+/// @param most   bytes that are unpacked; more are a failure
+/// @return empty, or why it was not loaded
+QString LoadPacked(const PlfGraph::Reader& read, PlfGraph* graph, size_t most = kMostUnpacked);
+/// The same, of data in memory.
+QString LoadPacked(std::string_view packed, PlfGraph* graph);
+
 /// Unpacks a stream, piece by piece. Several packed files in a row are one; what follows them is
 /// ignored, as gzip does.
 class Gunzip
 {
 public:
-    explicit Gunzip(PlfGraph::Reader packedReader);
+    /// @param mostUnpacked  bytes; more are a failure
+    explicit Gunzip(PlfGraph::Reader packedReader, size_t mostUnpacked = kMostUnpacked);
     ~Gunzip();
     Gunzip(const Gunzip&) = delete;
     Gunzip& operator=(const Gunzip&) = delete;
@@ -40,13 +56,12 @@ private:
 
     bool Refill();
     bool BeginNext();
-    ssize_t Fail(const char* reason);
+    ssize_t Fail(const QString& reason);
 
     PlfGraph::Reader read;
+    size_t most;
     std::unique_ptr<Stream> stream;
     size_t unpacked = 0;
     bool isDone = false;
     QString problem;
 };
-
-} // namespace tools
