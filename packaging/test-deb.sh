@@ -6,7 +6,8 @@
 #
 #   packaging/test-deb.sh [MIRROR]
 #
-# They are those in out/, made by make-deb.sh.#
+# They are those in out/, made by make-deb.sh.
+#
 # Needs root; takes minutes and downloads several hundred megabytes. The system is created in a temporary folder.
 #
 # Missing Debian packages are installed first.
@@ -65,7 +66,7 @@ step 'Dependencies'
 mapfile -t depends < <(for package in "${packages[@]}"; do dpkg-deb --field "$package" Depends; done |
   tr ',' '\n' | sed -n 's/^ *\([^ ]*\).*/\1/p' | grep -v 'plotvw' | sort -u)
 quietly inside apt-get -qq --yes install --no-install-recommends "${depends[@]}" shared-mime-info desktop-file-utils \
-  file fonts-dejavu-core ghostscript poppler-utils
+  file fonts-dejavu-core ghostscript poppler-utils python3-pyqt6
 files >"$system/tmp/before"
 
 step 'Install'
@@ -81,6 +82,7 @@ done
 examples=/usr/share/doc/plotvw/examples
 inside /tmp/tests/convert-samples "$examples" || fail 'the samples are not converted'
 inside /tmp/tests/read-samples "$examples" || fail 'Python does not read the samples'
+inside /tmp/tests/open-images "$examples" || fail 'a Qt program does not read the samples as images'
 inside /tmp/tests/open-sample "$examples" || fail 'the viewer does not answer'
 grep -q 'application=plotvw\|image/x-korvel-plf=plotvw.desktop' "$system/usr/share/applications/mimeinfo.cache" ||
   fail 'the desktop does not know it'
