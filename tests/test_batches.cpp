@@ -4,6 +4,7 @@
 // Many graphs in one call: where they come from, what is said of each, and what a worker costs that
 // does not come to its end.
 #include "tests/converter.h"
+#include "tests/kit/gzip.h"
 #include "tests/kit/plf.h"
 #include "tests/kit/sanitized.h"
 

@@ -2,6 +2,7 @@
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 //
 // plfdiff as people and programs call it: how it ends, what it prints and draws, what it refuses.
+#include "tests/kit/gzip.h"
 #include "tests/kit/plf.h"
 #include "tests/kit/tooltest.h"
 
@@ -12,6 +13,8 @@
 #include <QJsonObject>
 #include <QtTest>
 
+#include <linux/capability.h>
+#include <sys/prctl.h>
 #include <unistd.h>
 
 namespace {
@@ -55,6 +58,9 @@ private slots:
     void maxChanges_areAllowed();
     void json_hasAVersionAndTheCounts();
     void folders_areComparedByName();
+    void folders_haveGraphsOfEveryKind();
+    void foldersInFolders_areComparedWhenAsked();
+    void folderThatCannotBeRead_isTrouble();
     void standardInputAndFolder_areCompared();
     void picture_hasTheColors_data();
     void picture_hasTheColors();
@@ -66,6 +72,13 @@ private slots:
     void output_isNeverAGraph();
     void call_helpAndVersion_endWith0();
     void call_outputThatCannotBeWritten_endsWith2();
+
+private:
+    void MakeFolders(const QByteArrayList& names) const
+    {
+        for (const QByteArray& name : names)
+            QVERIFY(QDir(folder->path()).mkpath(QString::fromLatin1(name)));
+    }
 };
 
 void TestPlfDiff::init()
@@ -185,7 +198,7 @@ void TestPlfDiff::json_hasAVersionAndTheCounts()
 
 void TestPlfDiff::folders_areComparedByName()
 {
-    QVERIFY(QDir(folder->path()).mkdir(Text("old")) && QDir(folder->path()).mkdir(Text("new")));
+    MakeFolders({"old", "new"});
     for (const char* name :
          {"old/1.plf", "new/1.plf", "old/2.plf", "old/gone.plf", "old/notes.txt"})
         Write(name, Graph(500));
@@ -206,11 +219,67 @@ void TestPlfDiff::folders_areComparedByName()
     QCOMPARE(Run("old old").code, 0);
 }
 
+void TestPlfDiff::folders_haveGraphsOfEveryKind()
+{
+    MakeFolders({"old", "new"});
+    for (const char* name : {"old/bare", "old/graph10.plf", "old/graph2.plf", "new/bare"})
+        Write(name, Graph(500));
+    Write("old/notes", "no graph");
+    for (const char* name : {"old/packed.plf.gz", "new/packed.plf.gz"})
+        Write(name, Packed(Graph(500)));
+    const Call call = Run("old new");
+    QCOMPARE(call.errors, QByteArray());
+    const QByteArrayList rows = call.output.split('\n');
+    QCOMPARE(rows.size(), 7);
+    QVERIFY(rows[1].startsWith("bare           equal"));
+    QVERIFY(rows[2].startsWith("graph2.plf     gone"));
+    QVERIFY(rows[3].startsWith("graph10.plf    gone"));
+    QVERIFY(rows[4].startsWith("packed.plf.gz  equal"));
+}
+
+void TestPlfDiff::foldersInFolders_areComparedWhenAsked()
+{
+    MakeFolders({"old/deep/er", "new/deep/er"});
+    for (const char* name : {"old/1.plf", "new/1.plf", "old/deep/1.plf", "old/deep/er/2.plf"})
+        Write(name, Graph(500));
+    Write("new/deep/1.plf", Graph(800));
+    Write("new/deep/er/2.plf", Graph(500));
+    QCOMPARE(Run("old new").code, 0);
+    const Call call = Run("-r old new/");
+    QCOMPARE(call.errors, QByteArray());
+    QCOMPARE(call.code, 1);
+    const QByteArrayList rows = call.output.split('\n');
+    QCOMPARE(rows.size(), 6);
+    QVERIFY(rows[1].startsWith("1.plf          equal"));
+    QVERIFY(rows[2].startsWith("deep/1.plf     different"));
+    QVERIFY(rows[3].startsWith("deep/er/2.plf  equal"));
+    QCOMPARE(Run("--recursive --quiet old new").output,
+             QByteArray("Graphs old/deep/1.plf and new/deep/1.plf differ\n"));
+}
+
+void TestPlfDiff::folderThatCannotBeRead_isTrouble()
+{
+    MakeFolders({"old/shut", "new"});
+    for (const char* name : {"old/1.plf", "new/1.plf"})
+        Write(name, Graph(500));
+    QVERIFY(QFile::setPermissions(Path("old/shut"), {}));
+    QProcess process;
+    process.setChildProcessModifier([] { // which makes root like everybody
+        for (const int right : {CAP_DAC_OVERRIDE, CAP_DAC_READ_SEARCH})
+            prctl(PR_CAPBSET_DROP, right, 0, 0, 0);
+    });
+    Start(&process, {Text("-r"), Text("old"), Text("new")});
+    const Call call = Finish(&process);
+    QCOMPARE(call.errors, QByteArray("plfdiff: old/shut: Permission denied\n"));
+    QCOMPARE(call.code, 2);
+    QVERIFY(call.output.contains("1.plf  equal"));
+}
+
 void TestPlfDiff::standardInputAndFolder_areCompared()
 {
     QCOMPARE(Run("a.plf -", QByteArray::fromStdString(Graph(500))).code, 0);
     QCOMPARE(Run("- a.plf", QByteArray::fromStdString(Graph(510))).code, 1);
-    QVERIFY(QDir(folder->path()).mkdir(Text("old")));
+    MakeFolders({"old"});
     Write("old/a.plf", Graph(510));
     QCOMPARE(Run("a.plf old").code, 1);
     QCOMPARE(Run("old/ moved.plf").code, 2); // there is none of that name
@@ -250,7 +319,7 @@ void TestPlfDiff::picture_hasTheColors()
 
 void TestPlfDiff::report_hasAPageForEachPair()
 {
-    QVERIFY(QDir(folder->path()).mkdir(Text("old")) && QDir(folder->path()).mkdir(Text("new")));
+    MakeFolders({"old", "new"});
     for (const char* name : {"old/1.plf", "new/1.plf", "old/2.plf", "new/3.plf"})
         Write(name, Graph(500));
     QCOMPARE(Run("-o report.pdf old new").code, 1);

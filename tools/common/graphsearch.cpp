@@ -101,9 +101,14 @@ bool IsFolder(const QString& name)
     return name != QLatin1StringView(kStandardStream) && fs::is_directory(PathOf(name), ignored);
 }
 
+std::vector<FoundGraph> FindGraphs(const QString& folder, bool isRecursive)
+{
+    return Search(folder, isRecursive).Sorted();
+}
+
 std::vector<FoundGraph> GraphsIn(const QString& folder, bool isRecursive)
 {
-    std::vector<FoundGraph> graphs = Search(folder, isRecursive).Sorted();
+    std::vector<FoundGraph> graphs = FindGraphs(folder, isRecursive);
     if (graphs.empty())
         graphs.push_back({folder, QStringLiteral("contains no graph"), {}});
     return graphs;

@@ -3,8 +3,11 @@
 #include "tools/diff/load.h"
 
 #include "tools/common/filename.h"
+#include "tools/common/graphsearch.h"
+#include "tools/common/naturalorder.h"
 #include "tools/common/source.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <system_error>
 
@@ -12,31 +15,21 @@ namespace diff {
 
 namespace {
 
-namespace fs = std::filesystem;
-
-fs::path PathOf(const QString& name)
+// The same bytes give the same name, whatever the folder is called.
+QString NameBelow(const tools::FoundGraph& graph)
 {
-    return tools::EncodeName(name).toStdString();
+    const QString file = graph.name.sliced(graph.name.lastIndexOf(u'/') + 1);
+    return tools::DecodeName(tools::EncodeName(graph.subfolder + file));
 }
 
-bool IsGraphName(const fs::path& name)
+void AddGraphs(const QString& folder, bool isRecursive, FolderGraphs* graphs)
 {
-    const QString extension = QString::fromStdString(name.extension().string());
-    return extension.compare(QLatin1StringView(".plf"), Qt::CaseInsensitive) == 0;
-}
-
-QString AddGraphs(const QString& folder, QStringList* names)
-{
-    std::error_code error;
-    fs::directory_iterator entry(PathOf(folder), error);
-    for (; !error && entry != fs::directory_iterator(); entry.increment(error)) {
-        const fs::path name = entry->path().filename();
-        std::error_code ignored; // of what is no longer there
-        if (IsGraphName(name) && !entry->is_directory(ignored))
-            *names += tools::DecodeName(QByteArray::fromStdString(name.string()));
+    for (const tools::FoundGraph& graph : tools::FindGraphs(folder, isRecursive)) {
+        if (graph.problem.isEmpty())
+            graphs->names += NameBelow(graph);
+        else
+            graphs->problems += QStringLiteral("%1: %2").arg(graph.name, graph.problem);
     }
-    return error ? QStringLiteral("%1: %2").arg(folder, QString::fromStdString(error.message()))
-                 : QString();
 }
 
 } // namespace
@@ -70,28 +63,23 @@ QString DamageText(const Input& input)
     return kinds.join(QStringLiteral(", "));
 }
 
-bool IsFolder(const QString& name)
-{
-    std::error_code error;
-    return fs::is_directory(PathOf(name), error);
-}
-
 bool IsThere(const QString& name)
 {
     std::error_code error;
-    return fs::symlink_status(PathOf(name), error).type() != fs::file_type::not_found;
+    const std::filesystem::path path = tools::EncodeName(name).toStdString();
+    return symlink_status(path, error).type() != std::filesystem::file_type::not_found;
 }
 
-QString GraphsInBoth(const QString& first, const QString& second, QStringList* names)
+FolderGraphs GraphsInBoth(const QString& first, const QString& second, bool isRecursive)
 {
-    QString problem = AddGraphs(first, names);
-    if (problem.isEmpty())
-        problem = AddGraphs(second, names);
-    if (problem.isEmpty() && names->isEmpty())
-        problem = QStringLiteral("neither directory contains a file whose name ends in .plf");
-    names->sort();
-    names->removeDuplicates();
-    return problem;
+    FolderGraphs graphs;
+    AddGraphs(first, isRecursive, &graphs);
+    AddGraphs(second, isRecursive, &graphs);
+    graphs.names.removeDuplicates();
+    std::sort(graphs.names.begin(), graphs.names.end(), [](const QString& a, const QString& b) {
+        return tools::IsNaturallyBefore(tools::EncodeName(a), tools::EncodeName(b));
+    });
+    return graphs;
 }
 
 } // namespace diff

@@ -23,14 +23,16 @@ QString Load(Input* input);
 /// What is lost by damage, for a message; empty if nothing is.
 QString DamageText(const Input& input);
 
-/// Whether there is a directory of that name.
-bool IsFolder(const QString& name);
-
 /// Whether there is anything of that name.
 bool IsThere(const QString& name);
 
-/// The names of the graphs in two directories, sorted.
-/// @return empty, or why they were not read
-QString GraphsInBoth(const QString& first, const QString& second, QStringList* names);
+/// The graphs in two directories, each by its name below them.
+struct FolderGraphs {
+    QStringList names;    // in natural order
+    QStringList problems; // lines about what could not be searched
+};
+
+/// @param isRecursive  whether the directories in them are searched too
+FolderGraphs GraphsInBoth(const QString& first, const QString& second, bool isRecursive);
 
 } // namespace diff

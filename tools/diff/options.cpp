@@ -99,6 +99,8 @@ std::vector<tools::OptionRow<Options>> Rows()
          tools::ReadFlag<&Options::sideBySide>},
         {"strict", nullptr, Text("Do not compare damaged graphs."),
          tools::ReadFlag<&Options::strict>},
+        {"r recursive", nullptr, Text("Compare the directories in directories too."),
+         tools::ReadFlag<&Options::isRecursive>},
         {"j json", nullptr, Text("Print JSON."), tools::ReadFlag<&Options::asJson>},
         {"q quiet", nullptr, Text("Print only which graphs differ."),
          tools::ReadFlag<&Options::quiet>},

@@ -24,7 +24,8 @@ struct Options {
     bool asJson = false;
     bool quiet = false;
     bool sideBySide = false;
-    bool strict = false; // damaged graphs are not compared
+    bool strict = false;      // damaged graphs are not compared
+    bool isRecursive = false; // directories in directories are compared too
 };
 
 /// Reads the arguments, of which the first is the program's name. The application object exists.

@@ -4,6 +4,7 @@
 
 #include "meta/plfgraph.h"
 #include "tools/common/filename.h"
+#include "tools/common/graphsearch.h"
 #include "tools/common/json.h"
 #include "tools/convert/environment.h"
 #include "tools/diff/compare.h"
@@ -94,14 +95,18 @@ int Call::Run()
 
 QString Call::FindPairs()
 {
-    isOfFolders = IsFolder(options.first) && IsFolder(options.second);
+    isOfFolders = tools::IsFolder(options.first) && tools::IsFolder(options.second);
     if (!isOfFolders)
         return {};
-    const QString problem = GraphsInBoth(options.first, options.second, &names);
+    FolderGraphs graphs = GraphsInBoth(options.first, options.second, options.isRecursive);
+    for (const QString& problem : graphs.problems)
+        tools::PrintError(VisibleText(problem));
+    hasTrouble |= !graphs.problems.isEmpty();
+    names = std::move(graphs.names);
     for (const QString& name : names)
         nameWidth = std::max(nameWidth, QString::fromUtf8(VisibleText(name)).size());
     nameWidth = std::max<qsizetype>(nameWidth, 5);
-    return problem;
+    return names.isEmpty() ? QStringLiteral("neither directory contains a graph") : QString();
 }
 
 QString Call::OpenPicture()
@@ -140,9 +145,9 @@ Pair Call::PairAt(qsizetype number) const
             const QString name = inFolder(input.name, pair.title);
             input.name = IsThere(name) ? name : QString();
         }
-    } else if (IsFolder(options.first)) {
+    } else if (tools::IsFolder(options.first)) {
         pair.inputs[0].name = inFolder(options.first, fileName(options.second));
-    } else if (IsFolder(options.second)) {
+    } else if (tools::IsFolder(options.second)) {
         pair.inputs[1].name = inFolder(options.second, fileName(options.first));
     }
     return pair;
