@@ -47,6 +47,18 @@ bool IsLoss(PlfDamage kind)
     return kind != PlfDamage::kUnknownCommand;
 }
 
+PlfDamageMap LossesOf(PlfDamageMap damage)
+{
+    std::erase_if(damage, [](const auto& noted) { return !IsLoss(noted.first); });
+    return damage;
+}
+
+bool HasLoss(const PlfDamageMap& damage)
+{
+    return std::any_of(damage.begin(), damage.end(),
+                       [](const auto& noted) { return IsLoss(noted.first); });
+}
+
 void DamageObserver::Begin(const PlfBytes& observed)
 {
     graph = observed;

@@ -44,6 +44,10 @@ struct PlfDamageCount {
 
 using PlfDamageMap = std::map<PlfDamage, PlfDamageCount>;
 
+/// What of it is a loss, see IsLoss.
+PlfDamageMap LossesOf(PlfDamageMap damage);
+bool HasLoss(const PlfDamageMap& damage);
+
 /// Notes the damage of a graph that it observes.
 class DamageObserver : public NoObserver
 {

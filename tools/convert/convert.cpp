@@ -46,30 +46,6 @@ bool IsNewer(const QByteArray& output, const QByteArray& input)
            S_ISREG(older.st_mode) && time(newer) > time(older);
 }
 
-} // namespace
-
-QString TitleOf(const QByteArray& input)
-{
-    if (input == tools::kStandardStream)
-        return QStringLiteral("KORVEL graph");
-    return QString::fromUtf8(VisibleName(input.sliced(input.lastIndexOf('/') + 1)));
-}
-
-// Whoever names a graph as the output has most likely left one out.
-QString OutputProblem(const Job& job)
-{
-    if (job.output == tools::kStandardStream)
-        return {};
-    if (job.input != tools::kStandardStream && IsSameFile(job.input, job.output))
-        return QStringLiteral("input and output are the same file");
-    if (tools::IsGraph(job.output))
-        return QStringLiteral("output '%1' is a graph; graphs are never overwritten")
-            .arg(QString::fromUtf8(VisibleName(job.output)));
-    return {};
-}
-
-namespace {
-
 // Why there is nothing to do; empty when there is.
 QString SkipReason(const Job& job, const OutputRules& rules)
 {
@@ -97,14 +73,6 @@ QString MakeFolder(const QByteArray& output)
 QString About(const Job& job, const QString& reason)
 {
     return QStringLiteral("%1: %2").arg(QString::fromUtf8(VisibleName(job.output)), reason);
-}
-
-// The kinds that count, without those that whole graphs may have.
-PlfDamageMap LossesOf(const PlfGraph& graph)
-{
-    PlfDamageMap losses = FindDamage(graph.Bytes());
-    std::erase_if(losses, [](const auto& noted) { return !IsLoss(noted.first); });
-    return losses;
 }
 
 // The conversion of one graph, step by step; each step returns what is wrong.
@@ -151,7 +119,7 @@ QString Conversion::Load()
     const QString problem = tools::LoadGraph(job.input, &graph);
     if (!problem.isEmpty())
         return problem;
-    damage = LossesOf(graph);
+    damage = LossesOf(FindDamage(graph.Bytes()));
     return rules.strict && !damage.empty() ? DamageText(damage) : QString();
 }
 
@@ -174,6 +142,26 @@ QString Conversion::Write()
 }
 
 } // namespace
+
+QString TitleOf(const QByteArray& input)
+{
+    if (input == tools::kStandardStream)
+        return QStringLiteral("KORVEL graph");
+    return QString::fromUtf8(VisibleName(input.sliced(input.lastIndexOf('/') + 1)));
+}
+
+// Whoever names a graph as the output has most likely left one out.
+QString OutputProblem(const Job& job)
+{
+    if (job.output == tools::kStandardStream)
+        return {};
+    if (job.input != tools::kStandardStream && IsSameFile(job.input, job.output))
+        return QStringLiteral("input and output are the same file");
+    if (tools::IsGraph(job.output))
+        return QStringLiteral("output '%1' is a graph; graphs are never overwritten")
+            .arg(QString::fromUtf8(VisibleName(job.output)));
+    return {};
+}
 
 QString DamageText(const PlfDamageMap& damage)
 {

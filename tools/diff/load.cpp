@@ -55,11 +55,8 @@ QString Load(Input* input)
 QString DamageText(const Input& input)
 {
     QStringList kinds;
-    for (const auto& [kind, noted] : input.damage) {
-        if (IsLoss(kind))
-            kinds +=
-                QStringLiteral("%1: %2").arg(QLatin1StringView(DamageWord(kind))).arg(noted.count);
-    }
+    for (const auto& [kind, noted] : LossesOf(input.damage))
+        kinds += QStringLiteral("%1: %2").arg(QLatin1StringView(DamageWord(kind))).arg(noted.count);
     return kinds.join(QStringLiteral(", "));
 }
 

@@ -2,6 +2,7 @@
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 #include "tools/diff/picturefile.h"
 
+#include "tools/convert/picturesize.h"
 #include "tools/diff/picture.h"
 
 #include <QImage>
@@ -12,9 +13,6 @@
 namespace diff {
 
 namespace {
-
-constexpr int kDpi = 96;
-constexpr double kPointsPerInch = 72.0;
 
 QByteArray Token()
 {
@@ -67,7 +65,7 @@ void PictureFile::AddDrawing(const Pair& pair)
     const QSize size = PictureSize(isSideBySide);
     QSvgGenerator generator;
     generator.setOutputDevice(&output);
-    generator.setResolution(kDpi);
+    generator.setResolution(convert::kScreenDpi);
     generator.setSize(size);
     generator.setViewBox(QRect(QPoint(), size));
     generator.setTitle(Title(pair));
@@ -82,8 +80,9 @@ QString PictureFile::AddPage(const Pair& pair)
         writer = std::make_unique<QPdfWriter>(&output);
         writer->setCreator(QStringLiteral("plfdiff"));
         writer->setTitle(Title(pair));
-        writer->setResolution(kDpi);
-        const QSizeF points = QSizeF(PictureSize(isSideBySide)) * (kPointsPerInch / kDpi);
+        writer->setResolution(convert::kScreenDpi);
+        const QSizeF points =
+            QSizeF(PictureSize(isSideBySide)) * (convert::kPointsPerInch / convert::kScreenDpi);
         writer->setPageSize(QPageSize(points, QPageSize::Point, QString(), QPageSize::ExactMatch));
         writer->setPageMargins(QMarginsF());
         if (!pages.begin(writer.get()))

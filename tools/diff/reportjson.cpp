@@ -23,12 +23,8 @@ QJsonValue InputJson(const Input& input)
         return QJsonValue::Null;
     QJsonObject object = {{QStringLiteral("vectors"), Number(input.drawing.vectors.size())},
                           {QStringLiteral("texts"), Number(input.drawing.texts.size())},
-                          {QStringLiteral("background"), input.drawing.background}};
-    QJsonArray damage;
-    for (const auto& [kind, noted] : input.damage)
-        damage += QJsonObject{{QStringLiteral("kind"), QLatin1StringView(DamageWord(kind))},
-                              {QStringLiteral("count"), Number(noted.count)}};
-    object[QStringLiteral("damage")] = damage;
+                          {QStringLiteral("background"), input.drawing.background},
+                          {QStringLiteral("damage"), tools::DamageArray(input.damage)}};
     tools::PutName("file", input.name, &object);
     return object;
 }

@@ -22,12 +22,10 @@ QByteArray Count(PlfDamage kind, uint64_t count)
 QByteArray DamageLine(const QByteArray& name, const PlfDamageMap& damage)
 {
     QByteArrayList kinds;
-    for (const auto& [kind, noted] : damage) {
-        if (IsLoss(kind))
-            kinds += DamageWord(kind) +
-                     (" at byte " + QByteArray::number(static_cast<qulonglong>(noted.offset))) +
-                     Count(kind, noted.count);
-    }
+    for (const auto& [kind, noted] : LossesOf(damage))
+        kinds += DamageWord(kind) +
+                 (" at byte " + QByteArray::number(static_cast<qulonglong>(noted.offset))) +
+                 Count(kind, noted.count);
     return name + ": " + kinds.join(", ") + '\n';
 }
 

@@ -10,7 +10,6 @@
 #include "tools/info/summarytext.h"
 #include "tools/info/vectorscsv.h"
 
-#include <algorithm>
 #include <cstdio>
 
 namespace info {
@@ -75,12 +74,6 @@ std::unique_ptr<Output> MakeOutput(const Options& options, bool hasNames)
     if (options.isCheck)
         return std::make_unique<CheckOutput>();
     return std::make_unique<TextOutput>();
-}
-
-bool HasLoss(const PlfDamageMap& damage)
-{
-    return std::any_of(damage.begin(), damage.end(),
-                       [](const auto& noted) { return IsLoss(noted.first); });
 }
 
 void Write(QByteArrayView bytes)

@@ -40,9 +40,6 @@ public:
 /// @param hasNames  whether the call may name several graphs, so that each needs its name
 std::unique_ptr<Output> MakeOutput(const Options& options, bool hasNames);
 
-/// Whether a graph lacks something, see IsLoss.
-bool HasLoss(const PlfDamageMap& damage);
-
 /// Prints bytes on the standard output. Failures show at its end.
 void Write(QByteArrayView bytes);
 
