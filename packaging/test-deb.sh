@@ -57,6 +57,7 @@ step() {
 step "A bare system in $system"
 quietly debootstrap --variant=minbase bookworm "$system" "$mirror"
 mount -t proc proc "$system/proc"
+echo force-unsafe-io >"$system/etc/dpkg/dpkg.cfg.d/temporary-system" # nothing of it must survive a power failure
 cp -- "${packages[@]}" "$system/tmp/"
 cp -r -- "$top/debian/tests" "$system/tmp/tests"
 quietly inside apt-get -qq update
