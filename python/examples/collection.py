@@ -1,7 +1,10 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
 # SPDX-FileCopyrightText: 2026 plotvw contributors
-"""Plot a graph with matplotlib, in its own colors.     collection.py GRAPH PICTURE"""
+"""Plot a graph with matplotlib, in its own colors.
+
+usage: collection.py GRAPH PICTURE
+"""
 import sys
 
 import matplotlib.pyplot as plt

@@ -1,7 +1,10 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
 # SPDX-FileCopyrightText: 2026 plotvw contributors
-"""Plot a histogram of the lengths of a graph's vectors.     lengths.py GRAPH PICTURE"""
+"""Plot a histogram of the lengths of a graph's vectors.
+
+usage: lengths.py GRAPH PICTURE
+"""
 import sys
 
 import matplotlib.pyplot as plt

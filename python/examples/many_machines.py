@@ -1,10 +1,12 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
 # SPDX-FileCopyrightText: 2026 plotvw contributors
-"""Measure and draw thousands of graphs on many machines with Dask.     many_machines.py SCHEDULER FOLDER PICTURES
+"""Measure and draw thousands of graphs on many machines with Dask.
+
+usage: many_machines.py SCHEDULER FOLDER PICTURES
 
 SCHEDULER is the address of a running scheduler, such as tcp://host:8786, or "local" for processes of this machine. The
-machines share both folders. A worker that dies costs nothing but time: what it was at is done by another one, and a
+machines share both folders; PICTURES is made when it is not there. A worker that dies costs nothing but time: what it was at is done by another one, and a
 picture is there as a whole or not at all.
 """
 import sys
@@ -44,6 +46,9 @@ def main():
     if len(sys.argv) != 4:
         sys.exit(__doc__)
     names = sorted(map(str, Path(sys.argv[2]).glob("*.plf")))
+    if not names:
+        sys.exit(f"there are no graphs in {sys.argv[2]}")
+    Path(sys.argv[3]).mkdir(parents=True, exist_ok=True)
     with Client(**({} if sys.argv[1] == "local" else {"address": sys.argv[1]})) as client:
         rows = convert_all(client, names, sys.argv[3])
     problems = [row for row in rows if row[2]]

@@ -1,7 +1,9 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
 # SPDX-FileCopyrightText: 2026 plotvw contributors
-"""Make a table of all graphs below a folder with pandas, and print the largest.     table.py FOLDER [TABLE.csv]
+"""Make a table of all graphs below a folder with pandas, and print the largest.
+
+usage: table.py FOLDER [TABLE.csv]
 
 Files are read by threads; what is no graph has a row that says so.
 """
@@ -44,8 +46,11 @@ def main():
     if len(sys.argv) not in (2, 3):
         sys.exit(__doc__)
     graphs = table(sys.argv[1])
+    if graphs.empty:
+        sys.exit(f"there are no graphs below {sys.argv[1]}")
     print(graphs.nlargest(10, "vectors").to_string(index=False))
     if len(sys.argv) == 3:
+        Path(sys.argv[2]).parent.mkdir(parents=True, exist_ok=True)
         graphs.to_csv(sys.argv[2], index=False)
 
 

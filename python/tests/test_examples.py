@@ -6,6 +6,7 @@ import os
 import signal
 import subprocess
 import sys
+from pathlib import Path
 
 import numpy as np
 import pytest
@@ -25,6 +26,39 @@ def run(name, *arguments):
     )
     assert result.returncode == 0, result.stderr
     return result.stdout
+
+
+def calls():
+    """The calls of examples that the page has."""
+    lines = (plf.TOP / "docs" / "PYTHON.md").read_text(encoding="utf-8").splitlines()
+    return [line.split("#")[0].split() for line in lines if line.startswith("    python3 python/examples/")]
+
+
+@pytest.mark.parametrize("call", calls(), ids=lambda call: Path(call[1]).stem)
+def test_the_calls_of_the_page(call, tmp_path):
+    for name in ("python", "samples"):
+        (tmp_path / name).symlink_to(plf.TOP / name)
+    environment = plf.environment(MPLBACKEND="Agg", HOME=str(tmp_path))
+    subprocess.run([sys.executable, *call[1:]], env=environment, cwd=tmp_path, check=True, capture_output=True)
+    made = tmp_path / call[-1]
+    assert len(list(made.glob("*.png"))) == len(plf.SAMPLES) if made.is_dir() else made.stat().st_size > 100
+
+
+def test_every_example_has_a_call():
+    assert sorted(Path(call[1]).name for call in calls()) == sorted(path.name for path in FOLDER.glob("*.py"))
+
+
+@pytest.mark.parametrize("name", ["table.py", "many_machines.py"])
+def test_usage(name, tmp_path):
+    def said(*arguments):
+        command = [sys.executable, FOLDER / name, *arguments]
+        result = subprocess.run(command, env=plf.environment(), capture_output=True, text=True, check=False)
+        assert result.returncode == 1
+        return result.stderr
+
+    assert f"usage: {name} " in said()
+    arguments = {"table.py": [tmp_path], "many_machines.py": ["local", tmp_path, tmp_path / "pictures"]}
+    assert said(*arguments[name]).startswith("there are no graphs ")
 
 
 def load(name):
