@@ -16,8 +16,8 @@ test_packages=(binutils cups-client cups-daemon desktop-file-utils file ghostscr
   librsvg2-bin mypy poppler-utils python3-hypothesis python3-jsonschema python3-pil python3-pytest qt6-wayland
   shared-mime-info weston x11-utils xdotool xvfb)
 # To try graphs, pictures and the Python package in programs of others.
-peers_packages=(chromium inkscape python3-distributed python3-matplotlib python3-pandas python3-pyqt6 qml-qt6
-  qml6-module-qtquick qml6-module-qtquick-window qml6-module-qtqml-workerscript)
+peers_packages=(chromium inkscape python3-distributed python3-matplotlib python3-pandas python3-pyqt6 python3-venv
+  qml-qt6 qml6-module-qtquick qml6-module-qtquick-window qml6-module-qtqml-workerscript)
 # To build with sanitizers, with function names in their reports.
 sanitizer_packages=(clang libclang-rt-14-dev llvm)
 # To measure the program, on a screen, and another one for comparison.
