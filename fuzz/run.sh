@@ -59,7 +59,7 @@ fuzz() {
     LSAN_OPTIONS=print_suppressions=0 \
     UBSAN_OPTIONS=print_stacktrace=1 \
     nice -n 19 "$build/fuzz_$target" "${options[@]}" "-max_len=${length// /}" "-max_total_time=$seconds" \
-    -timeout=$longest_input_time -rss_limit_mb=$most_memory -print_final_stats=1 \
+    "-timeout=$longest_input_time" -rss_limit_mb=$most_memory -print_final_stats=1 \
     "-artifact_prefix=$finds/$target/" "$corpus/$target" "${inputs[@]}" >"$finds/$target/log" 2>&1
 }
 
