@@ -3,7 +3,7 @@
 #include "meta/damage.h"
 
 #include "meta/colormap.h"
-#include "meta/pass.h"
+#include "meta/passrun.h"
 #include "meta/reader.h"
 #include "meta/state.h"
 
@@ -179,6 +179,7 @@ PlfDamageMap FindDamage(const PlfBytes& graph)
     observer.Begin(graph);
     PlfPass pass;
     pass.graph = graph;
-    FollowGraph(pass, observer);
+    NoSink sink;
+    PassRun(pass).Skim(sink, observer); // it needs only addresses with something wrong
     return observer.Damage();
 }

@@ -276,4 +276,5 @@ template class Decoder<EpsAreaSink, NoReport>;
 template class Decoder<BothSinks<PainterSink, EpsSink>, NoReport>;
 template class Decoder<NoSink, ObserverReport>;
 template class Decoder<PainterSink, ObserverReport>;
+template class Decoder<NoSink, SkimReport>;
 template class Decoder<DrawingSink, SkimReport>;
