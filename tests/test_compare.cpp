@@ -197,6 +197,8 @@ private slots:
     void texts_withinTolerance_areFound();
     void background_countsUnlessIgnored();
     void areas_areAroundTheChanges();
+    void areas_holdChangedTexts_data();
+    void areas_holdChangedTexts();
     void areas_areFew();
     void damagedGraphs_areComparedTheSameBothWays();
 };
@@ -452,6 +454,35 @@ void TestCompare::areas_areAroundTheChanges()
     QCOMPARE(result.areas[0].area.top, 1300);
     QCOMPARE(result.areas[1].area.left, 3000);
     QCOMPARE(result.areas[1].counts.come, size_t{1});
+}
+
+void TestCompare::areas_holdChangedTexts_data()
+{
+    QTest::addColumn<std::string>("before");
+    QTest::addColumn<std::string>("after");
+    QTest::addColumn<QRect>("area"); // left, bottom, and how far it reaches
+    const std::string text = plf::Text(1000, 2000, "Ohm");
+    QTest::newRow("gone") << text << std::string() << QRect(1000, 2000, 84, 48);
+    QTest::newRow("new") << std::string() << text << QRect(1000, 2000, 84, 48);
+    QTest::newRow("longer") << text << plf::Text(1000, 2000, "Volt") << QRect(1000, 2000, 112, 48);
+    QTest::newRow("moved") << text << plf::Text(1010, 2020, "Ohm") << QRect(1000, 2000, 94, 68);
+    QTest::newRow("at the top") << std::string() << plf::Text(500, 3110, "A")
+                                << QRect(500, 3110, 28, 10);
+    QTest::newRow("at the right") << std::string() << plf::Text(4090, 5, "Ohm")
+                                  << QRect(4090, 5, 5, 48);
+}
+
+void TestCompare::areas_holdChangedTexts()
+{
+    QFETCH(std::string, before);
+    QFETCH(std::string, after);
+    QFETCH(QRect, area);
+    const Comparison result = ComparedTexts(before, after);
+    QCOMPARE(result.areas.size(), size_t{1});
+    const diff::Area& around = result.areas[0].area;
+    QCOMPARE(
+        QRect(around.left, around.bottom, around.right - around.left, around.top - around.bottom),
+        area);
 }
 
 void TestCompare::areas_areFew()

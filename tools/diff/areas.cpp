@@ -14,16 +14,14 @@ namespace {
 // Cells are 64 units wide at first, and larger where there are too many areas.
 constexpr int kFirstShift = 6;
 
-int16_t Unit(int value)
-{
-    return static_cast<int16_t>(std::clamp(value, 0, kUnits - 1));
-}
+// As in a picture of 1024 pixels, such as the program's own.
+constexpr int kUnitsInPixel = 4;
 
-VectorRecord PointAt(int x, int y)
+VectorRecord PointAt(int16_t x, int16_t y)
 {
     VectorRecord point;
-    point.x1 = point.x2 = Unit(x);
-    point.y1 = point.y2 = Unit(y);
+    point.x1 = point.x2 = x;
+    point.y1 = point.y2 = y;
     return point;
 }
 
@@ -77,11 +75,11 @@ private:
         const bool isNew = change.kind == TextChange::kNew;
         if (!isNew) {
             const TextRecord& text = first.drawing.texts[change.first];
-            function(PointAt(text.x, text.y), &Counts::texts);
+            function(TextBox(text, kUnitsInPixel), &Counts::texts);
         }
         if (change.kind != TextChange::kGone) {
             const TextRecord& text = second.drawing.texts[change.second];
-            function(PointAt(text.x, text.y), isNew ? &Counts::texts : nullptr);
+            function(TextBox(text, kUnitsInPixel), isNew ? &Counts::texts : nullptr);
         }
     }
 

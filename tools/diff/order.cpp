@@ -14,9 +14,8 @@ namespace diff {
 
 namespace {
 
-// A text as a box, with a font about as large as on a screen: units.
-constexpr int kLetterWidth = 7;
-constexpr int kLetterHeight = 12;
+// Texts are as in a picture with a pixel for each unit, where they are smallest.
+constexpr int kUnitsInPixel = 1;
 constexpr int kWidthsInUnit = 2; // a pen is half as wide as the file says
 
 // What is painted on larger squares if it would be more squares than this, and so many for each
@@ -36,22 +35,9 @@ struct Stroke {
     }
 };
 
-int16_t Unit(int value)
-{
-    return static_cast<int16_t>(std::clamp(value, 0, kUnits - 1));
-}
-
 Stroke StrokeOf(const TextRecord& text)
 {
-    const auto length = static_cast<int>(std::min<size_t>(text.text.size(), kUnits));
-    const int x = Unit(text.x);
-    const int y = Unit(text.y);
-    Stroke stroke;
-    stroke.isText = true;
-    stroke.place.x1 = Unit(x);
-    stroke.place.y1 = Unit(y);
-    stroke.place.x2 = Unit(x + length * kLetterWidth);
-    stroke.place.y2 = Unit(y + kLetterHeight);
+    Stroke stroke = {TextBox(text, kUnitsInPixel), true};
     stroke.place.color = static_cast<uint8_t>(text.lineColor);
     return stroke;
 }
@@ -210,7 +196,9 @@ int ShiftFor(const Pieces& pieces)
     for (const Stroke& stroke : pieces.strokes) {
         const int along = std::max(std::abs(stroke.place.x2 - stroke.place.x1),
                                    std::abs(stroke.place.y2 - stroke.place.y1));
-        squares += (along + 1) * (stroke.isText ? kLetterHeight : stroke.Thickness());
+        const double across =
+            stroke.isText ? stroke.place.y2 - stroke.place.y1 + 1 : stroke.Thickness();
+        squares += (along + 1) * across;
     }
     const double most = kSquares + kSquaresForEach * static_cast<double>(pieces.strokes.size());
     int shift = 0;

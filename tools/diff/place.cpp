@@ -2,9 +2,14 @@
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 #include "tools/diff/place.h"
 
+#include "meta/plfarea.h"
+
 namespace diff {
 
 namespace {
+
+constexpr int kLetterWidth = 7; // pixels
+constexpr int kLetterHeight = 12;
 
 // What rounding may leave open.
 constexpr double kRounding = 1e-7;
@@ -24,6 +29,18 @@ void Clip(int start, int step, int least, int most, Stretch* range)
 }
 
 } // namespace
+
+VectorRecord TextBox(const TextRecord& text, int unitsInPixel)
+{
+    const auto length = static_cast<int>(std::min<size_t>(text.text.size(), kUnits));
+    VectorRecord box;
+    box.x1 = Unit(text.x);
+    box.y1 = Unit(text.y);
+    box.x2 = Unit(box.x1 + length * kLetterWidth * unitsInPixel);
+    box.y2 = Unit(std::min(box.y1 + kLetterHeight * unitsInPixel,
+                           std::max<int>(box.y1, kPlfHeight))); // where it can be seen
+    return box;
+}
 
 bool Cover(std::vector<Stretch>* stretches, double from, double to)
 {

@@ -23,6 +23,17 @@ struct Stretch {
     double from = 0, to = 0;
 };
 
+/// A coordinate, or the nearest one that there is.
+inline int16_t Unit(int value)
+{
+    return static_cast<int16_t>(std::clamp(value, 0, kUnits - 1));
+}
+
+/// The diagonal of a box about as large as a text, from where it begins to the right and up:
+/// letters of 7 by 12 pixels, as of a font on a screen.
+/// @param unitsInPixel  of the picture that shows the text
+VectorRecord TextBox(const TextRecord& text, int unitsInPixel);
+
 inline bool IsDot(const VectorRecord& vector)
 {
     return vector.x1 == vector.x2 && vector.y1 == vector.y2;
