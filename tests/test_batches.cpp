@@ -254,14 +254,14 @@ void TestBatches::list_problem_isToldSo_data()
                                  << "plfconvert: " + QByteArray(message) + '\n';
     };
     row("-d . --files-from none", 1, "none: No such file or directory");
-    row("-d . --files-from zero", 1, "zero: contains a name with a zero byte; use --null");
+    row("-d . --files-from zero", 1, "zero: the names end with zero bytes; add -0");
     row("-d . --files-from missing", 1, "gone.plf: No such file or directory");
 }
 
 void TestBatches::list_problem_isToldSo()
 {
     QFETCH(QString, arguments);
-    Write(Path("zero"), QByteArray("a\0b", 3));
+    Write(Path("zero"), QByteArray("a\0b\nc\0", 6));
     Write(Path("missing"), "gone.plf\n");
     const Call call = Run(arguments.split(u' '));
     QTEST(call.errors, "message");

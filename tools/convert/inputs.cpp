@@ -54,13 +54,15 @@ void AddListed(const Options& options, std::vector<Input>* inputs)
         inputs->push_back(Failed(options.listFile, QString::fromLocal8Bit(strerror(errno))));
         return;
     }
+    // No name has a zero byte: each "line" would be many names.
+    if (!options.nullSeparated && list.contains('\0')) {
+        inputs->push_back(
+            Failed(options.listFile, QStringLiteral("the names end with zero bytes; add -0")));
+        return;
+    }
     for (const QByteArray& name : list.split(options.nullSeparated ? '\0' : '\n')) {
-        const QString decoded = tools::DecodeName(name);
-        if (name.contains('\0'))
-            inputs->push_back(Failed(options.listFile, QStringLiteral("contains a name with a zero "
-                                                                      "byte; use --null")));
-        else if (!name.isEmpty())
-            AddNamed(decoded, options.recursive, inputs);
+        if (!name.isEmpty())
+            AddNamed(tools::DecodeName(name), options.recursive, inputs);
     }
 }
 
