@@ -2,147 +2,36 @@
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 #include "meta/bands.h"
 
-#include "meta/fill/coveredtiles.h"
+#include "meta/bandqueue.h"
+#include "meta/bandtarget.h"
 #include "meta/fill/paintcheck.h"
 #include "meta/imagepainter.h"
 #include "meta/lookahead.h"
 #include "meta/paintersink.h"
 #include "meta/passrun.h"
-#include "meta/passwatch.h"
-#include "meta/surveysink.h"
 #include "meta/tape.h"
 
-#include <QFont>
 #include <QImage>
 #include <QPainter>
-#include <QRunnable>
 #include <QScopeGuard>
-#include <QThreadPool>
 
 #include <algorithm>
-#include <atomic>
-#include <chrono>
-#include <condition_variable>
 #include <memory>
-#include <mutex>
 #include <new>
-#include <numeric>
 #include <optional>
-#include <string>
 #include <utility>
 
 #include <sched.h>
 
 namespace {
 
-// A graph up to twice that long is looked at whole.
-constexpr size_t kSampleSize = size_t{128} * 1024;
-// Fewer would miss what comes and goes, more would each consist of too much that is misread.
-constexpr size_t kSamplePieces = 256;
-constexpr char kGs = 29;
-
-// A graph that is drawn at once by anybody: a look at it would take as long.
-constexpr size_t kSmallGraph = size_t{16} * 1024;
 // More would each decode the whole graph to draw a few rows of it.
 constexpr int kMostThreads = 64;
-
-// Work that is worth another thread, nanoseconds: it takes up to a tenth of that to begin.
-constexpr double kWorthAThread = 1e6;
-
-// How long the caller waits before the watch gets a look at the clock.
-constexpr std::chrono::milliseconds kLook{10};
 
 int Processors()
 {
     cpu_set_t mine;
     return sched_getaffinity(0, sizeof mine, &mine) == 0 ? CPU_COUNT(&mine) : 1;
-}
-
-// Some of a graph as a graph of its own: pieces from all over it. What a piece begins in the middle
-// of is read as something else, of which there is little.
-class Sample
-{
-public:
-    explicit Sample(const PlfBytes& graph);
-    [[nodiscard]] PlfBytes Bytes() const { return {bytes.data(), bytes.size() - kPlfTailSize}; }
-
-private:
-    std::string bytes; // and their tail
-};
-
-Sample::Sample(const PlfBytes& graph)
-{
-    const size_t pieces = graph.size <= 2 * kSampleSize ? 1 : kSamplePieces;
-    const size_t length = pieces == 1 ? graph.size : kSampleSize / kSamplePieces;
-    for (size_t i = 0; i < pieces; ++i) {
-        bytes += kGs;
-        bytes.append(graph.data + graph.size / pieces * i, length);
-    }
-    bytes.append(kPlfTailSize, '\0');
-}
-
-// Lets a graph, or some of it, pass through the sink.
-void Survey(const PlfPass& pass, const PlfBytes& bytes, SurveySink& sink)
-{
-    PlfPass survey = pass;
-    survey.graph = bytes;
-    PassRun(survey).Into(sink);
-}
-
-// The work of each row in nanoseconds.
-struct RowWork {
-    std::vector<double> rows;
-    int top;
-
-    [[nodiscard]] double Sum() const { return std::accumulate(rows.begin(), rows.end(), 0.0); }
-    [[nodiscard]] RowCuts Cut(int parts) const;
-};
-
-RowCuts RowWork::Cut(int parts) const
-{
-    RowCuts cuts;
-    if (parts < 2)
-        return cuts;
-    const double all = Sum();
-    double sum = 0;
-    for (size_t row = 0; row < rows.size(); ++row) {
-        const auto before = static_cast<double>(cuts.size() + 1);
-        if (before < parts && sum >= all / parts * before)
-            cuts.push_back(top + static_cast<int>(row));
-        sum += rows[row];
-    }
-    return cuts;
-}
-
-// What the painter of each band has in common with the caller's.
-struct PainterState {
-    explicit PainterState(const QPainter& painter);
-    void ApplyTo(QPainter& painter) const;
-
-    QFont font;
-    QPainter::RenderHints hints;
-    QRect window, viewport;
-    QTransform world;
-    bool isViewed, isMapped;
-};
-
-PainterState::PainterState(const QPainter& painter)
-    : font(painter.font()), hints(painter.renderHints()), window(painter.window()),
-      viewport(painter.viewport()), world(painter.worldTransform()),
-      isViewed(painter.viewTransformEnabled()), isMapped(painter.worldMatrixEnabled())
-{
-}
-
-void PainterState::ApplyTo(QPainter& painter) const
-{
-    painter.setRenderHints(painter.renderHints(), false);
-    painter.setRenderHints(hints);
-    painter.setFont(font);
-    painter.setWindow(window);
-    painter.setViewport(viewport);
-    painter.setViewTransformEnabled(isViewed);
-    painter.setWorldTransform(world);
-    painter.setWorldMatrixEnabled(isMapped);
 }
 
 // A pass that was recorded, and what it left.
@@ -166,19 +55,13 @@ Recording::Recording(const PlfPass& pass, const QRect& pixels, const QTransform&
     background = run.background;
 }
 
-// Where a pass can be cut into bands.
-struct Target {
-    QImage* image;
-    QRect pixels; // that may be changed
-};
-
 // The bands of one picture, drawn by whoever takes the next.
 class Bands
 {
 public:
     /// @return null when there is no memory for all that threads need
     static std::unique_ptr<Bands> Make(const PlfPass& pass, const QPainter& callers,
-                                       const Target& target, const RowCuts& cuts,
+                                       const BandTarget& target, const RowCuts& cuts,
                                        const PassValues& begin);
 
     PlfResult Paint();
@@ -195,55 +78,10 @@ private:
         bool isDone = false;
     };
 
-    // The turn of each band. It may outlive the bands: a thread may come when all is done.
-    class Queue
-    {
-    public:
-        explicit Queue(Bands& queued) : bands(queued), count(queued.bands.size()) {}
-
-        /// Draws bands until there are none left.
-        void Work(PassWatch* watch);
-        /// Waits for the last one.
-        void Wait(PassWatch* watch);
-        /// Lets nobody begin another one, and waits for those that have begun.
-        void Close();
-
-    private:
-        // Counts a band as finished, however it ended.
-        class Turn;
-
-        Bands& bands; // while there is one to be drawn
-        const size_t count;
-        std::atomic<size_t> next = 0;
-        std::mutex mutex;
-        std::condition_variable changed;
-        size_t finished = 0;
-    };
-
-    // What a thread of the pool runs.
-    class Helper final : public QRunnable
-    {
-    public:
-        explicit Helper(std::shared_ptr<Queue> joined) : queue(std::move(joined))
-        {
-            isReady.store(true, std::memory_order_release);
-        }
-        void run() override
-        {
-            if (isReady.load(std::memory_order_acquire))
-                queue->Work(nullptr);
-        }
-
-    private:
-        std::shared_ptr<Queue> queue;
-        std::atomic<bool> isReady = false; // how Qt hands it to the thread, no sanitizer can see
-    };
-
-    Bands(const PlfPass& drawnPass, const QPainter& callers, const Target& target,
+    Bands(const PlfPass& drawnPass, const QPainter& callers, const BandTarget& target,
           const RowCuts& cuts, const PassValues& start);
     [[nodiscard]] bool HasImages() const;
     void Record(const QTransform& toDevice, const QRect& pixels);
-    void CallThreads() const;
     void Try(Band& band, PassWatch* watch) const;
     void PaintBand(Band& band, PassWatch* watch) const;
     [[nodiscard]] std::vector<bool> Hidden(const Band& band, const QTransform& toDevice) const;
@@ -255,11 +93,11 @@ private:
     PainterState state;
     std::unique_ptr<const Recording> recording; // null: each band decodes the graph
     std::vector<Band> bands;
-    std::shared_ptr<Queue> queue;
+    std::shared_ptr<BandQueue> queue;
 };
 
 std::unique_ptr<Bands> Bands::Make(const PlfPass& pass, const QPainter& callers,
-                                   const Target& target, const RowCuts& cuts,
+                                   const BandTarget& target, const RowCuts& cuts,
                                    const PassValues& begin)
 {
     try {
@@ -273,7 +111,7 @@ std::unique_ptr<Bands> Bands::Make(const PlfPass& pass, const QPainter& callers,
     }
 }
 
-Bands::Bands(const PlfPass& drawnPass, const QPainter& callers, const Target& target,
+Bands::Bands(const PlfPass& drawnPass, const QPainter& callers, const BandTarget& target,
              const RowCuts& cuts, const PassValues& start)
     : pass(drawnPass), begin(start), state(callers)
 {
@@ -290,7 +128,8 @@ Bands::Bands(const PlfPass& drawnPass, const QPainter& callers, const Target& ta
             {rows, SharedPixels(*target.image), target.image->copy(rows), {}, {}, false});
         top = end;
     }
-    queue = std::make_shared<Queue>(*this);
+    queue = std::make_shared<BandQueue>(
+        bands.size(), [this](size_t band, PassWatch* watch) { Try(bands[band], watch); });
 }
 
 bool Bands::HasImages() const
@@ -318,7 +157,8 @@ PlfResult Bands::Paint()
 {
     // Whatever the watch does, threads that draw need what they draw with.
     const auto close = qScopeGuard([this] { queue->Close(); });
-    CallThreads();
+    const int helpers = std::min(pass.threads, static_cast<int>(bands.size())) - 1;
+    BandQueue::CallThreads(queue, helpers);
     queue->Work(pass.watch);
     queue->Wait(pass.watch);
     for (Band& band : bands) {
@@ -335,66 +175,6 @@ PassValues Bands::Values() const
     PassValues values = recording->values;
     values.pen = bands.front().values.pen;
     return values;
-}
-
-// Qt says nothing of a thread that does not start, and would wait for it at the program's end; so
-// the pool is never destroyed.
-void Bands::CallThreads() const
-{
-    const int helpers = std::min(pass.threads, static_cast<int>(bands.size())) - 1;
-    try {
-        static auto* const pool = new QThreadPool;
-        pool->setMaxThreadCount(std::max(helpers, pool->maxThreadCount()));
-        for (int i = 0; i < helpers; ++i) {
-            auto helper = std::make_unique<Helper>(queue);
-            if (!pool->tryStart(helper.get()))
-                return;
-            static_cast<void>(helper.release()); // the pool deletes it
-        }
-    } catch (const std::bad_alloc&) {
-        return; // the caller draws what they would have drawn
-    }
-}
-
-class Bands::Queue::Turn
-{
-public:
-    explicit Turn(Queue& turning) : queue(turning) {}
-    ~Turn()
-    {
-        const std::lock_guard lock(queue.mutex);
-        ++queue.finished;
-        queue.changed.notify_one();
-    }
-    Turn(const Turn&) = delete;
-    Turn& operator=(const Turn&) = delete;
-
-private:
-    Queue& queue;
-};
-
-void Bands::Queue::Work(PassWatch* watch)
-{
-    for (size_t mine = next++; mine < count; mine = next++) {
-        const Turn turn(*this);
-        bands.Try(bands.bands[mine], watch);
-    }
-}
-
-void Bands::Queue::Close()
-{
-    const size_t begun = std::min(next.exchange(count), count);
-    std::unique_lock lock(mutex);
-    changed.wait(lock, [&] { return finished >= begun; });
-}
-
-void Bands::Queue::Wait(PassWatch* watch)
-{
-    std::unique_lock lock(mutex);
-    do {
-        if (watch != nullptr)
-            watch->Tick();
-    } while (!changed.wait_for(lock, kLook, [this] { return finished == count; }));
 }
 
 void Bands::Try(Band& band, PassWatch* watch) const
@@ -463,63 +243,6 @@ PlfResult PaintWhole(const PlfPass& pass, QPainter& painter, PassValues& values)
     return result;
 }
 
-void Map(const PlfPass& pass, QPainter& painter)
-{
-    QPen pen;
-    PainterSink(painter, pass, pass.Background(), pen).MapWindow();
-}
-
-std::optional<Target> FindTarget(const PlfPass& pass, QPainter& painter)
-{
-    constexpr int kDepth = 32;
-    if (pass.page || !IsRaster(painter) || !PaintsPlainly(painter))
-        return std::nullopt;
-    QImage* image = ImageOf(painter);
-    if (image == nullptr || image->depth() != kDepth)
-        return std::nullopt;
-    const std::optional<QRect> clip = PixelClip(painter, *image);
-    Map(pass, painter);
-    const QTransform toDevice = painter.deviceTransform();
-    if (!clip || toDevice.type() > QTransform::TxScale || !toDevice.isInvertible())
-        return std::nullopt;
-    const QRect pixels = *clip & image->rect();
-    if (pixels.isEmpty())
-        return std::nullopt;
-    return Target{image, pixels};
-}
-
-SurveySink MakeSurvey(const PlfPass& pass, const QPainter& painter, const QRect& pixels)
-{
-    return {pixels, painter.deviceTransform(), pass.minPenWidth};
-}
-
-// Whether the pixels of each line are the same in every clip.
-bool IsExact(const PlfPass& pass, const QPainter& painter, const QRect& pixels)
-{
-    if (!HasSameScales(painter.deviceTransform()))
-        return true;
-    SurveySink survey = MakeSurvey(pass, painter, pixels);
-    Survey(pass, pass.graph, survey);
-    return !survey.HasWidth();
-}
-
-RowCuts CutsIn(const QRect& pixels, const PlfPass& pass, const QPainter& painter)
-{
-    SurveySink survey = MakeSurvey(pass, painter, pixels);
-    const Sample sample(pass.graph);
-    Survey(pass, sample.Bytes(), survey);
-    if (survey.HasWidth() && HasSameScales(painter.deviceTransform()))
-        return {};
-    const RowWork work = {survey.Rows(), pixels.y()};
-    const double all = work.Sum() * static_cast<double>(pass.graph.size) /
-                       static_cast<double>(sample.Bytes().size);
-    RowCuts cuts = work.Cut(static_cast<int>(std::min<double>(pass.threads, all / kWorthAThread)));
-    const bool hidesMuch = CoveredTiles::CanCover(survey.WidestPen(), painter.deviceTransform());
-    if (cuts.empty() && hidesMuch && all > kWorthAThread)
-        cuts.push_back(pixels.y() + pixels.height());
-    return cuts;
-}
-
 } // namespace
 
 int ThreadLimit()
@@ -529,20 +252,6 @@ int ThreadLimit()
     return std::clamp(isNumber ? asked : Processors(), 1, kMostThreads);
 }
 
-RowCuts FindCuts(const PlfPass& pass, QPainter& painter)
-{
-    if (pass.graph.size < kSmallGraph)
-        return {};
-    const std::optional<Target> target = FindTarget(pass, painter);
-    if (!target)
-        return {};
-    try {
-        return CutsIn(target->pixels, pass, painter);
-    } catch (const std::bad_alloc&) {
-        return {}; // one band needs less
-    }
-}
-
 PlfResult PaintInBands(const PlfPass& pass, QPainter& painter, const RowCuts& cuts,
                        PassValues* values)
 {
@@ -550,8 +259,8 @@ PlfResult PaintInBands(const PlfPass& pass, QPainter& painter, const RowCuts& cu
     PassValues& state = values != nullptr ? *values : unasked;
     if (cuts.empty())
         return PaintWhole(pass, painter, state);
-    const std::optional<Target> target = FindTarget(pass, painter);
-    const auto bands = target && IsExact(pass, painter, target->pixels)
+    const std::optional<BandTarget> target = FindBandTarget(pass, painter);
+    const auto bands = target && IsExactInBands(pass, painter, target->pixels)
                            ? Bands::Make(pass, painter, *target, cuts, state)
                            : nullptr;
     if (bands == nullptr)

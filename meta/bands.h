@@ -7,23 +7,13 @@
 #pragma once
 
 #include "meta/pass.h"
-
-#include <vector>
+#include "meta/rowcuts.h"
 
 struct PassValues;
-
-/// The rows of an image, in pixels, at which one band ends and the next begins: ascending. None =
-/// one band.
-using RowCuts = std::vector<int>;
 
 /// Threads that may draw a picture at once: one for each processor that this process may use, or as
 /// many as PLOTVW_THREADS in the environment says.
 int ThreadLimit();
-
-/// Where to cut a picture so that its bands take about as long. None where that would take longer;
-/// only its end where a single band is worth while, because many lines are hidden by later ones.
-/// @param painter  as PaintInBands takes it; gets mapped to the area
-RowCuts FindCuts(const PlfPass& pass, QPainter& painter);
 
 /// As PaintGraph(), in bands where they give the same pixels: on an image, with a clip that is a
 /// rectangle, for lines that Qt paints alike with any such clip.
