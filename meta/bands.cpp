@@ -10,6 +10,7 @@
 #include "meta/paintersink.h"
 #include "meta/passrun.h"
 #include "meta/tape.h"
+#include "meta/taperecorder.h"
 
 #include <QImage>
 #include <QPainter>
@@ -32,27 +33,6 @@ int Processors()
 {
     cpu_set_t mine;
     return sched_getaffinity(0, sizeof mine, &mine) == 0 ? CPU_COUNT(&mine) : 1;
-}
-
-// A pass that was recorded, and what it left.
-struct Recording {
-    Recording(const PlfPass& pass, const QRect& pixels, const QTransform& toDevice,
-              const PassValues& begin);
-
-    Tape tape;
-    PlfResult result;
-    PassValues values;
-    int background;
-};
-
-Recording::Recording(const PlfPass& pass, const QRect& pixels, const QTransform& toDevice,
-                     const PassValues& begin)
-    : tape(pass, pixels, toDevice, begin.pen.widthF())
-{
-    PassRun run(pass, begin);
-    result = run.Into(tape);
-    values = run.values;
-    background = run.background;
 }
 
 // The bands of one picture, drawn by whoever takes the next.
@@ -78,20 +58,32 @@ private:
         bool isDone = false;
     };
 
+    // What a pass left that was recorded whole.
+    struct Recorded {
+        PlfResult result;
+        PassValues values;
+    };
+
     Bands(const PlfPass& drawnPass, const QPainter& callers, const BandTarget& target,
           const RowCuts& cuts, const PassValues& start);
     [[nodiscard]] bool HasImages() const;
-    void Record(const QTransform& toDevice, const QRect& pixels);
+    void Record();
+    void RecordWhole();
     void Try(Band& band, PassWatch* watch) const;
     void PaintBand(Band& band, PassWatch* watch) const;
-    [[nodiscard]] std::vector<bool> Hidden(const Band& band, const QTransform& toDevice) const;
-    void PlayInto(Band& band, const PlfPass& own, QPainter& painter) const;
-    void PaintAgain(Band& band) const;
+    void Play(Band& band, const PlfPass& own) const;
+    void PlayBlocks(const Band& band, PainterSink& sink) const;
+    void Decode(Band& band, const PlfPass& own) const;
+    static void Restore(Band& band);
 
     const PlfPass& pass;
     const PassValues& begin;
+    const int background;
     PainterState state;
-    std::unique_ptr<const Recording> recording; // null: each band decodes the graph
+    QTransform toDevice;
+    QRect pixels;
+    Tape tape;
+    std::optional<Recorded> recorded; // if not, each band decodes the graph
     std::vector<Band> bands;
     std::shared_ptr<BandQueue> queue;
 };
@@ -102,10 +94,7 @@ std::unique_ptr<Bands> Bands::Make(const PlfPass& pass, const QPainter& callers,
 {
     try {
         std::unique_ptr<Bands> made(new Bands(pass, callers, target, cuts, begin));
-        if (!made->HasImages())
-            return nullptr;
-        made->Record(callers.deviceTransform(), target.pixels);
-        return made;
+        return made->HasImages() ? std::move(made) : nullptr;
     } catch (const std::bad_alloc&) {
         return nullptr;
     }
@@ -113,9 +102,9 @@ std::unique_ptr<Bands> Bands::Make(const PlfPass& pass, const QPainter& callers,
 
 Bands::Bands(const PlfPass& drawnPass, const QPainter& callers, const BandTarget& target,
              const RowCuts& cuts, const PassValues& start)
-    : pass(drawnPass), begin(start), state(callers)
+    : pass(drawnPass), begin(start), background(pass.Background()), state(callers),
+      toDevice(callers.deviceTransform()), pixels(target.pixels)
 {
-    const QRect& pixels = target.pixels;
     RowCuts ends = cuts;
     ends.push_back(pixels.y() + pixels.height());
     int top = pixels.y();
@@ -139,40 +128,51 @@ bool Bands::HasImages() const
     });
 }
 
-// A graph that is too large for it is decoded by each band.
-void Bands::Record(const QTransform& toDevice, const QRect& pixels)
-{
-    if (pass.graph.size > Tape::kMostBytes)
-        return;
-    try {
-        auto recorded = std::make_unique<const Recording>(pass, pixels, toDevice, begin);
-        if (recorded->tape.IsComplete())
-            recording = std::move(recorded);
-    } catch (const std::bad_alloc&) {
-        return; // decoding needs next to none
-    }
-}
-
 PlfResult Bands::Paint()
 {
     // Whatever the watch does, threads that draw need what they draw with.
     const auto close = qScopeGuard([this] { queue->Close(); });
     const int helpers = std::min(pass.threads, static_cast<int>(bands.size())) - 1;
     BandQueue::CallThreads(queue, helpers);
+    Record();
     queue->Work(pass.watch);
     queue->Wait(pass.watch);
     for (Band& band : bands) {
-        if (!band.isDone)
-            PaintAgain(band);
+        if (band.isDone)
+            continue;
+        Restore(band);
+        PaintBand(band, pass.watch);
     }
-    return recording != nullptr ? recording->result : bands.front().result;
+    return recorded ? recorded->result : bands.front().result;
+}
+
+// Others draw meanwhile. A graph that is too large is decoded by each band.
+void Bands::Record()
+{
+    Tape::End how = Tape::End::kAbandoned; // unless what follows says otherwise
+    const auto finish = qScopeGuard([&] { tape.Finish(how); });
+    try {
+        if (pass.graph.size <= Tape::kMostBytes)
+            RecordWhole();
+        how = recorded ? Tape::End::kWhole : Tape::End::kTooLong;
+    } catch (const std::bad_alloc&) {
+        how = Tape::End::kTooLong; // decoding needs next to none
+    }
+}
+
+void Bands::RecordWhole()
+{
+    PassRun run(pass, begin);
+    TapeRecorder recorder(tape, pass, pixels, toDevice, begin.pen.widthF());
+    const PlfResult result = run.Into(recorder);
+    recorded = {result, run.values};
 }
 
 PassValues Bands::Values() const
 {
-    if (recording == nullptr)
+    if (!recorded)
         return bands.front().values;
-    PassValues values = recording->values;
+    PassValues values = recorded->values;
     values.pen = bands.front().values.pen;
     return values;
 }
@@ -191,37 +191,60 @@ void Bands::PaintBand(Band& band, PassWatch* watch) const
 {
     PlfPass own = pass;
     own.watch = watch;
+    if (tape.HowItEnded() != Tape::End::kTooLong)
+        Play(band, own);
+    if (tape.HowItEnded() == Tape::End::kTooLong) {
+        Restore(band);
+        Decode(band, own);
+    }
+}
+
+// Draws what is recorded and what is being recorded.
+void Bands::Play(Band& band, const PlfPass& own) const
+{
     QPainter painter(&band.image);
     state.ApplyTo(painter);
-    if (recording != nullptr) {
-        PlayInto(band, own, painter);
-        return;
+    band.values.pen = begin.pen;
+    PainterSink sink(painter, own, background, band.values.pen);
+    sink.LimitTo(band.pixels);
+    sink.Begin();
+    PlayBlocks(band, sink);
+    sink.Finish();
+}
+
+// From the first pen on that hides much, it pays to look ahead.
+void Bands::PlayBlocks(const Band& band, PainterSink& sink) const
+{
+    // Only where lines are known to fill what is within them.
+    bool mayLook = !HasSameScales(toDevice);
+    int penWidth = begin.pen.width();
+    std::vector<Tape::Hidden> hidden;
+    size_t first = 0; // whose vectors may be hidden
+    size_t number = 0;
+    for (; const Tape::Block* block = tape.Await(number); ++number) {
+        if (mayLook && MayHide(*block, penWidth, toDevice, pass.minPenWidth)) {
+            mayLook = false;
+            first = number;
+            if (FillsLikePainter())
+                hidden = FindHidden(tape, first, penWidth, band.pixels, toDevice, pass.minPenWidth);
+        }
+        block->Play(sink, number - first < hidden.size() ? hidden[number - first] : Tape::Hidden());
+        penWidth = WidthAfter(*block, penWidth);
     }
+}
+
+void Bands::Decode(Band& band, const PlfPass& own) const
+{
+    QPainter painter(&band.image);
+    state.ApplyTo(painter);
     PassRun run(own, begin);
-    PainterSink sink(painter, own, run.background, run.values.pen);
+    PainterSink sink(painter, own, background, run.values.pen);
     sink.LimitTo(band.pixels);
     band.result = run.Into(sink);
     band.values = run.values;
 }
 
-// Only where lines are known to fill what is within them.
-std::vector<bool> Bands::Hidden(const Band& band, const QTransform& toDevice) const
-{
-    if (HasSameScales(toDevice) || !FillsLikePainter())
-        return {};
-    return FindHidden(recording->tape, band.pixels, toDevice, begin.pen.width(), pass.minPenWidth);
-}
-
-void Bands::PlayInto(Band& band, const PlfPass& own, QPainter& painter) const
-{
-    band.values.pen = begin.pen;
-    PainterSink sink(painter, own, recording->background, band.values.pen);
-    sink.LimitTo(band.pixels);
-    sink.MapWindow();
-    recording->tape.Play(sink, Hidden(band, painter.deviceTransform()));
-}
-
-void Bands::PaintAgain(Band& band) const
+void Bands::Restore(Band& band)
 {
     QPainter painter(&band.image);
     painter.setCompositionMode(QPainter::CompositionMode_Source);
@@ -230,8 +253,6 @@ void Bands::PaintAgain(Band& band) const
     const double ratio = band.image.devicePixelRatio();
     painter.scale(1 / ratio, 1 / ratio);
     painter.drawImage(band.pixels, band.before);
-    painter.end();
-    PaintBand(band, pass.watch);
 }
 
 PlfResult PaintWhole(const PlfPass& pass, QPainter& painter, PassValues& values)

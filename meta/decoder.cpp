@@ -11,7 +11,7 @@
 #include "meta/passwatch.h"
 #include "meta/polylinesink.h"
 #include "meta/surveysink.h"
-#include "meta/tape.h"
+#include "meta/taperecorder.h"
 
 #include <algorithm>
 #include <cstring>
@@ -270,7 +270,7 @@ template class Decoder<NoSink, NoReport>;
 template class Decoder<PainterSink, NoReport>;
 template class Decoder<PolylineSink, NoReport>;
 template class Decoder<SurveySink, NoReport>;
-template class Decoder<Tape, NoReport>;
+template class Decoder<TapeRecorder, NoReport>;
 template class Decoder<EpsSink, NoReport>;
 template class Decoder<EpsAreaSink, NoReport>;
 template class Decoder<BothSinks<PainterSink, EpsSink>, NoReport>;

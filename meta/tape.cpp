@@ -3,104 +3,45 @@
 #include "meta/tape.h"
 
 #include "meta/paintersink.h"
-#include "meta/passwatch.h"
-#include "support/numbers.h"
 
 #include <algorithm>
-#include <cmath>
+#include <cstring>
+#include <utility>
 
 namespace {
 
-// Device pixels that a line may extend beyond its pen, and one for what is rounded here.
-constexpr double kReach = 4.0;
+// Two vectors, the coordinates of which are compared at a time.
+using Lanes = int16_t __attribute__((vector_size(2 * sizeof(Tape::Line))));
 
-bool IsShort(int value)
+Lanes Two(const Tape::Line& one, const Tape::Line& other)
 {
-    return static_cast<int16_t>(value) == value;
+    Lanes lanes;
+    memcpy(&lanes, &one, sizeof(one));
+    memcpy(reinterpret_cast<char*>(&lanes) + sizeof(one), &other, sizeof(other));
+    return lanes;
 }
 
 } // namespace
 
-void Tape::Box::Add(const Line& line)
+void Tape::Block::AddBox(size_t count)
 {
-    left = std::min({left, line.x1, line.x2});
-    top = std::min({top, line.y1, line.y2});
-    right = std::max({right, line.x1, line.x2});
-    bottom = std::max({bottom, line.y1, line.y2});
-}
-
-Tape::Tape(const PlfPass& recorded, const QRect& pixels, const QTransform& toDevice,
-           double penWidth)
-    : pass(recorded), shown(toDevice.inverted().mapRect(QRectF(pixels))),
-      beyondX(kReach / std::abs(toDevice.m11())), beyondY(kReach / std::abs(toDevice.m22())),
-      widest(std::max(penWidth, pass.minPenWidth))
-{
-    Widen(0);
-}
-
-// A width that no pen can have leaves the pen as it was, so that the widest one counts.
-void Tape::Widen(int width)
-{
-    widest = std::max<double>(widest, PenWidthOf(width, 0));
-    visible = {TruncToInt(std::floor(shown.left() - beyondX - widest)),
-               TruncToInt(std::floor(shown.top() - beyondY - widest)),
-               TruncToInt(std::ceil(shown.right() + beyondX + widest)),
-               TruncToInt(std::ceil(shown.bottom() + beyondY + widest))};
-}
-
-void Tape::SetPen(int width, int color)
-{
-    Widen(width);
-    Note(Event::Kind::kPen, width, color);
-}
-
-void Tape::Text(std::string_view text, int x, int y)
-{
-    if (!HasSpace(sizeof(Label) + text.size()))
-        return;
-    Note(Event::Kind::kText, static_cast<int>(texts.size()), 0);
-    texts.push_back({std::string(text), x, y});
-}
-
-void Tape::Add(int x1, int y1, int x2, int y2)
-{
-    if (!IsShort(x1) || !IsShort(y1) || !IsShort(x2) || !IsShort(y2)) {
-        if (!HasSpace(sizeof(Place)))
-            return;
-        Note(Event::Kind::kFarVector, static_cast<int>(farVectors.size()), 0);
-        farVectors.push_back({x1, y1, x2, y2});
-        return;
+    const Line* const end = lines.data() + lines.size();
+    const Line* line = end - count;
+    Lanes low = Two(*line, *(end - 1));
+    Lanes high = low;
+    for (; line + 1 < end; line += 2) {
+        const Lanes two = Two(line[0], line[1]);
+        low = two < low ? two : low;
+        high = two > high ? two : high;
     }
-    if (lines.size() % kGroup == 0) {
-        if (!HasSpace(kGroup * sizeof(Line) + sizeof(Box)))
-            return;
-        boxes.emplace_back();
-        if (pass.watch != nullptr)
-            pass.watch->Tick();
-    }
-    lines.push_back({static_cast<int16_t>(x1), static_cast<int16_t>(y1), static_cast<int16_t>(x2),
-                     static_cast<int16_t>(y2)});
-    boxes.back().Add(lines.back());
+    boxes.push_back({std::min({low[0], low[2], low[4], low[6]}),
+                     std::min({low[1], low[3], low[5], low[7]}),
+                     std::max({high[0], high[2], high[4], high[6]}),
+                     std::max({high[1], high[3], high[5], high[7]})});
 }
 
-void Tape::Note(Event::Kind kind, int first, int second)
+void Tape::Block::Play(PainterSink& sink, const Hidden& hidden) const
 {
-    if (HasSpace(sizeof(Event)))
-        events.push_back({static_cast<uint32_t>(lines.size()), kind, first, second});
-}
-
-// Once full, it stays so: what is incomplete is of no use.
-bool Tape::HasSpace(size_t bytes)
-{
-    isFull = isFull || used + bytes > kMostBytes;
-    if (!isFull)
-        used += bytes;
-    return !isFull;
-}
-
-void Tape::Play(PainterSink& sink, const std::vector<bool>& hidden) const
-{
-    sink.Begin();
     size_t at = 0;
     for (const Event& event : events) {
         PlayLines(sink, at, event.at, hidden);
@@ -108,11 +49,9 @@ void Tape::Play(PainterSink& sink, const std::vector<bool>& hidden) const
         at = event.at;
     }
     PlayLines(sink, at, lines.size(), hidden);
-    sink.Finish();
 }
 
-void Tape::PlayLines(PainterSink& sink, size_t begin, size_t end,
-                     const std::vector<bool>& hidden) const
+void Tape::Block::PlayLines(PainterSink& sink, size_t begin, size_t end, const Hidden& hidden) const
 {
     while (begin < end) {
         const Box& box = boxes[begin / kGroup];
@@ -127,7 +66,7 @@ void Tape::PlayLines(PainterSink& sink, size_t begin, size_t end,
     }
 }
 
-void Tape::PlayEvent(PainterSink& sink, const Event& event) const
+void Tape::Block::PlayEvent(PainterSink& sink, const Event& event) const
 {
     const auto number = static_cast<size_t>(event.first);
     switch (event.kind) {
@@ -143,4 +82,39 @@ void Tape::PlayEvent(PainterSink& sink, const Event& event) const
         break;
     }
     }
+}
+
+void Tape::Add(std::unique_ptr<const Block> block)
+{
+    const std::lock_guard lock(mutex);
+    blocks.push_back(std::move(block));
+    changed.notify_all();
+}
+
+void Tape::Finish(End how)
+{
+    const std::lock_guard lock(mutex);
+    end = how;
+    changed.notify_all();
+}
+
+Tape::End Tape::HowItEnded() const
+{
+    const std::lock_guard lock(mutex);
+    return end;
+}
+
+const Tape::Block* Tape::Await(size_t number) const
+{
+    std::unique_lock lock(mutex);
+    changed.wait(lock, [&] { return number < blocks.size() || end != End::kNone; });
+    const bool isThere = number < blocks.size() && (end == End::kNone || end == End::kWhole);
+    return isThere ? blocks[number].get() : nullptr;
+}
+
+size_t Tape::AwaitEnd() const
+{
+    std::unique_lock lock(mutex);
+    changed.wait(lock, [this] { return end != End::kNone; });
+    return blocks.size();
 }

@@ -2,26 +2,20 @@
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 //
 // What a pass draws, decoded once, so that it can be drawn by several painters and looked at from
-// its end.
+// its end. One thread records it, in blocks, and others play the blocks that there are already.
 #pragma once
 
-#include "meta/pass.h"
-#include "meta/unitbounds.h"
-
-#include <QRect>
-#include <QTransform>
-
+#include <array>
+#include <condition_variable>
 #include <cstddef>
 #include <cstdint>
-#include <limits>
+#include <memory>
+#include <mutex>
 #include <string>
-#include <string_view>
 #include <vector>
 
 class PainterSink;
 
-/// Takes the place of PainterSink and keeps what would be drawn, but for vectors that no pixel of
-/// the picture shows.
 class Tape
 {
 public:
@@ -36,38 +30,10 @@ public:
     struct Event {
         enum class Kind : uint32_t { kPen, kText, kFarVector };
 
-        uint32_t at; // before this vector
+        uint32_t at; // before this vector of the block
         Kind kind;
         int first, second; // width and color, or the number of the text or far vector
     };
-
-    /// @param pass      must outlive the recording
-    /// @param pixels    the part of the picture that is drawn
-    /// @param toDevice  from drawing units to its pixels: scales and shifts, no more
-    /// @param penWidth  of the pen before the pass, drawing units
-    Tape(const PlfPass& pass, const QRect& pixels, const QTransform& toDevice, double penWidth);
-
-    void Begin() {}
-    void SetWidth(int width, int color) { SetPen(width, color); }
-    void SetColor(int color, int width) { SetPen(width, color); }
-    void Vector(bool /*continues*/, int x1, int y1, int x2, int y2)
-    {
-        if (!visible.Misses(x1, y1, x2, y2))
-            Add(x1, y1, x2, y2);
-    }
-    void Text(std::string_view text, int x, int y);
-    void Finish() {}
-
-    /// Whether there was space for all.
-    [[nodiscard]] bool IsComplete() const { return !isFull; }
-    [[nodiscard]] const std::vector<Line>& Lines() const { return lines; }
-    [[nodiscard]] const std::vector<Event>& Events() const { return events; }
-
-    /// Draws what was recorded.
-    /// @param hidden  vectors that need not be drawn, by number; empty = none
-    void Play(PainterSink& sink, const std::vector<bool>& hidden) const;
-
-private:
     struct Place {
         int x1, y1, x2, y2;
     };
@@ -75,38 +41,58 @@ private:
         std::string text;
         int x, y;
     };
-    // What a group of vectors reaches.
+    /// What a group of vectors reaches.
     struct Box {
-        int16_t left = std::numeric_limits<int16_t>::max();
-        int16_t top = std::numeric_limits<int16_t>::max();
-        int16_t right = std::numeric_limits<int16_t>::min();
-        int16_t bottom = std::numeric_limits<int16_t>::min();
-
-        void Add(const Line& line);
+        int16_t left, top, right, bottom;
     };
-
-    // Few enough to lie close together, and enough to make the look at their box negligible.
+    /// Vectors of a group: few enough to lie close together, and enough to make the look at their
+    /// box negligible.
     static constexpr size_t kGroup = 64;
 
-    void SetPen(int width, int color);
-    void Add(int x1, int y1, int x2, int y2);
-    void Note(Event::Kind kind, int first, int second);
-    void Widen(int width);
-    [[nodiscard]] bool HasSpace(size_t bytes);
-    void PlayLines(PainterSink& sink, size_t begin, size_t end,
-                   const std::vector<bool>& hidden) const;
-    void PlayEvent(PainterSink& sink, const Event& event) const;
+    /// Which vectors of a block need not be drawn; empty = none.
+    using Hidden = std::vector<bool>;
 
-    const PlfPass& pass;
-    QRectF shown;            // drawing units
-    double beyondX, beyondY; // how far from a line's middle its pixels may be, but for the pen
-    double widest;           // pen so far
-    UnitBounds visible;
-    std::vector<Line> lines;
-    std::vector<Box> boxes;
-    std::vector<Event> events;
-    std::vector<Place> farVectors;
-    std::vector<Label> texts;
-    size_t used = 0; // bytes
-    bool isFull = false;
+    /// Some of what is drawn.
+    struct Block {
+        std::vector<Line> lines;
+        std::vector<Box> boxes; // one for each group, the last of which may be smaller
+        std::vector<Event> events;
+        std::vector<Place> farVectors;
+        std::vector<Label> texts;
+
+        /// Adds the box of the last group, of so many vectors.
+        void AddBox(size_t count);
+        /// Draws it.
+        void Play(PainterSink& sink, const Hidden& hidden) const;
+
+    private:
+        void PlayLines(PainterSink& sink, size_t begin, size_t end, const Hidden& hidden) const;
+        void PlayEvent(PainterSink& sink, const Event& event) const;
+    };
+
+    /// How a tape ends.
+    enum class End {
+        kNone,      // there may be more
+        kWhole,     // all is there
+        kTooLong,   // it was given up, so that the graph has to be decoded
+        kAbandoned, // nobody needs it any more
+    };
+
+    /// For the thread that records.
+    void Add(std::unique_ptr<const Block> block);
+    void Finish(End how);
+
+    [[nodiscard]] End HowItEnded() const;
+    /// Waits until there is a block of that number, or none will come.
+    /// @return null when none will come
+    [[nodiscard]] const Block* Await(size_t number) const;
+    /// Waits for the end.
+    /// @return the number of blocks
+    [[nodiscard]] size_t AwaitEnd() const;
+
+private:
+    mutable std::mutex mutex;
+    mutable std::condition_variable changed;
+    std::vector<std::unique_ptr<const Block>> blocks;
+    End end = End::kNone;
 };

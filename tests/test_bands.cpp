@@ -33,7 +33,9 @@
 #include <algorithm>
 #include <atomic>
 #include <cerrno>
+#include <chrono>
 #include <cstdlib>
+#include <cstring>
 #include <functional>
 #include <iterator>
 #include <new>
@@ -49,20 +51,30 @@ namespace {
 
 std::atomic<bool> noThreads = false;
 
-// So many allocations fail.
+// So many allocations of that size fail, after so many that do not.
+std::atomic<size_t> failing = 0;
+std::atomic<int> successes = 0;
 std::atomic<int> failures = 0;
+// Called before one fails.
+std::function<void()> beforeFailing;
+
+bool Fails(size_t size)
+{
+    if (size != failing || failures <= 0 || successes-- > 0 || failures-- <= 0)
+        return false;
+    if (beforeFailing)
+        beforeFailing();
+    return true;
+}
 
 } // namespace
 
 // Sanitizers have allocations and threads of their own.
 #ifndef PLOTVW_SANITIZED
 
-// What a filler needs is the size of those that fail.
-constexpr size_t kFailing = 4096 * sizeof(int);
-
 void* operator new(size_t size)
 {
-    void* memory = size == kFailing && failures > 0 && failures-- > 0 ? nullptr : malloc(size);
+    void* memory = Fails(size) ? nullptr : malloc(size);
     if (memory == nullptr)
         throw std::bad_alloc();
     return memory;
@@ -149,7 +161,10 @@ private slots:
     void watchThatThrows_leavesNoThreadBehind();
     void result_isThatOfOneBand();
     void interpreter_isLeftAsByOneBand();
+    void longGraphs_equalOneBand_data();
+    void longGraphs_equalOneBand();
     void bandThatFindsNoMemory_isDrawnAgain();
+    void recordingThatFindsNoMemory_isDrawnFromItsBytes();
     void withoutThreads_theCallerDraws(); // the last one: Qt counts those threads for ever
 
 private:
@@ -405,18 +420,56 @@ void TestBands::watch_isToldByTheCallerAlone()
     }
 }
 
+// Sees from elsewhere when somebody paints on an image.
+class Onlooker
+{
+public:
+    explicit Onlooker(const QImage& watched)
+        : bits(watched.constBits()), ground(watched.copy()), size(watched.sizeInBytes())
+    {
+    }
+
+    /// Waits for it. With a sanitizer not: it would call that a race.
+    bool Await() const
+    {
+        constexpr std::chrono::seconds kLongest{30};
+        const QDeadlineTimer patience(kLongest);
+        while (!kSanitized && memcmp(bits, ground.constBits(), static_cast<size_t>(size)) == 0) {
+            if (patience.hasExpired())
+                return false;
+            QThread::yieldCurrentThread();
+        }
+        return true;
+    }
+
+private:
+    const uchar* bits; // which are somebody else's
+    QImage ground;
+    qsizetype size;
+};
+
+// Another thread waits for what the caller decodes when the watch is told.
 void TestBands::watchThatThrows_leavesNoThreadBehind()
 {
     const Look look = {{160, 112}};
     const PlfGraph graph = GraphOf(SeededGraph(1, 16, false, 20000));
     PlfPass pass = PassOf(graph, look);
     const QImage one = PaintBands(pass, look, 1);
-    PassWatch watch([] { throw std::runtime_error("told"); });
+    QImage image = AnyGround(look);
+    const Onlooker onlooker(image);
+    QPainter painter(&image);
+    SetUp(painter, look);
+    bool isPainted = false;
+    PassWatch watch([&] {
+        isPainted = onlooker.Await();
+        throw std::runtime_error("told");
+    });
     const QDeadlineTimer patience(PassWatch::kPatience);
     while (!patience.hasExpired())
         QThread::yieldCurrentThread();
     pass.watch = &watch;
-    QVERIFY_THROWS_EXCEPTION(std::runtime_error, PaintBands(pass, look, 8));
+    QVERIFY_THROWS_EXCEPTION(std::runtime_error, PaintInBands(pass, painter, EvenCuts(look, 8)));
+    QVERIFY(isPainted);
     pass.watch = nullptr;
     QVERIFY(PaintBands(pass, look, 8) == one);
 }
@@ -480,6 +533,39 @@ void TestBands::interpreter_isLeftAsByOneBand()
     FreePlfBuffer();
 }
 
+void TestBands::longGraphs_equalOneBand_data()
+{
+    QTest::addColumn<int>("width");
+    QTest::addColumn<int>("lateWidth");
+    QTest::newRow("thin") << 0 << 0;
+    QTest::newRow("narrow") << 4 << 4;
+    QTest::newRow("wide") << 800 << 800;
+    QTest::newRow("wide late") << 0 << 800;
+    QTest::newRow("narrow late") << 800 << 4;
+}
+
+// Which are recorded in several pieces.
+void TestBands::longGraphs_equalOneBand()
+{
+    QFETCH(int, width);
+    QFETCH(int, lateWidth);
+    constexpr int kLines = kSanitized ? 6000 : 15000;
+    std::string bytes = SeededGraph(1, width, true, kLines);
+    bytes.resize(bytes.size() - plf::End().size());
+    const std::string late = SeededGraph(2, lateWidth, true, kLines);
+    const PlfGraph graph = GraphOf(bytes + late.substr(SeededStart().size()));
+    for (const Rect& zoom : {Rect(), MakeRect(1000, 900, 2365, 1940)}) {
+        const Look look = {{160, 112}, zoom};
+        const PlfPass pass = PassOf(graph, look);
+        const QImage one = PaintBands(pass, look, 1);
+        for (const int bands : {2, 3, 8})
+            QVERIFY2(PaintBands(pass, look, bands) == one, qPrintable(QString::number(bands)));
+    }
+}
+
+// What a filler needs.
+constexpr size_t kFiller = 4096 * sizeof(int);
+
 void TestBands::bandThatFindsNoMemory_isDrawnAgain()
 {
     if (kSanitized)
@@ -489,11 +575,38 @@ void TestBands::bandThatFindsNoMemory_isDrawnAgain()
         const Look look = {{160, 112}, {}, 1.0, ratio, {}, false};
         const PlfPass pass = PassOf(graph, look);
         const QImage one = PaintBands(pass, look, 1);
+        failing = kFiller;
         failures = 2;
         const QImage many = PaintBands(pass, look, 4);
         QCOMPARE(failures.load(), 0);
         QVERIFY(many == one);
     }
+}
+
+// Threads have drawn some of it then.
+void TestBands::recordingThatFindsNoMemory_isDrawnFromItsBytes()
+{
+    if (kSanitized)
+        QSKIP("the sanitizer has its own allocations and threads");
+    constexpr size_t kPiece = 4096 * sizeof(Tape::Line);
+    const PlfGraph graph = GraphOf(SeededGraph(1, 16, true, 20000));
+    const Look look = {{160, 112}, {}, 1.0, 1.0, {}, false};
+    const PlfPass pass = PassOf(graph, look);
+    const QImage one = PaintBands(pass, look, 1);
+    QImage image = AnyGround(look);
+    const Onlooker onlooker(image);
+    QPainter painter(&image);
+    SetUp(painter, look);
+    bool isPainted = false;
+    beforeFailing = [&] { isPainted = onlooker.Await(); };
+    failing = kPiece;
+    successes = 3;
+    failures = 1;
+    PaintInBands(pass, painter, EvenCuts(look, 4));
+    beforeFailing = nullptr;
+    QCOMPARE(failures.load(), 0);
+    QVERIFY(isPainted);
+    QVERIFY(image == one);
 }
 
 void TestBands::withoutThreads_theCallerDraws()
