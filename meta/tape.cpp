@@ -25,11 +25,11 @@ Lanes Two(const Tape::Line& one, const Tape::Line& other)
 
 void Tape::Block::AddBox(size_t count)
 {
-    const Line* const end = lines.data() + lines.size();
-    const Line* line = end - count;
-    Lanes low = Two(*line, *(end - 1));
+    const Line* const after = lines.data() + lines.size();
+    const Line* line = after - count;
+    Lanes low = Two(*line, *(after - 1));
     Lanes high = low;
-    for (; line + 1 < end; line += 2) {
+    for (; line + 1 < after; line += 2) {
         const Lanes two = Two(line[0], line[1]);
         low = two < low ? two : low;
         high = two > high ? two : high;
@@ -51,14 +51,15 @@ void Tape::Block::Play(PainterSink& sink, const Hidden& hidden) const
     PlayLines(sink, at, lines.size(), hidden);
 }
 
-void Tape::Block::PlayLines(PainterSink& sink, size_t begin, size_t end, const Hidden& hidden) const
+void Tape::Block::PlayLines(PainterSink& sink, size_t begin, size_t stop,
+                            const Hidden& hidden) const
 {
-    while (begin < end) {
+    while (begin < stop) {
         const Box& box = boxes[begin / kGroup];
-        const size_t stop = std::min(end, (begin / kGroup + 1) * kGroup);
+        const size_t groupStop = std::min(stop, (begin / kGroup + 1) * kGroup);
         if (sink.Misses(box.left, box.top, box.right, box.bottom))
-            begin = stop;
-        for (; begin < stop; ++begin) {
+            begin = groupStop;
+        for (; begin < groupStop; ++begin) {
             const Line line = lines[begin];
             if (hidden.empty() || !hidden[begin])
                 sink.Vector(false, line.x1, line.y1, line.x2, line.y2);

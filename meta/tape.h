@@ -66,7 +66,7 @@ public:
         void Play(PainterSink& sink, const Hidden& hidden) const;
 
     private:
-        void PlayLines(PainterSink& sink, size_t begin, size_t end, const Hidden& hidden) const;
+        void PlayLines(PainterSink& sink, size_t begin, size_t stop, const Hidden& hidden) const;
         void PlayEvent(PainterSink& sink, const Event& event) const;
     };
 
