@@ -18,12 +18,16 @@
 
 #include <algorithm>
 #include <cmath>
+#include <numbers>
 
 namespace {
 
 // Device pixels that a line may extend beyond its pen: half of the thinnest pen, what antialiasing
 // spreads, and the rounding of its ends.
-constexpr double kReach = 3.0;
+constexpr double kReach = 2.0;
+
+// The corner of a square cap is so many times a pen's width from the line's end.
+constexpr double kCorner = std::numbers::sqrt2 / 2;
 
 // The visible part of the device, in its pixels: the exposed part, if there is one. The device may
 // report its size in larger units.
@@ -137,10 +141,8 @@ void LinePainter::FindVisible(const QPen& pen)
     const QTransform toDevice = painter->deviceTransform();
     if (toDevice.type() > QTransform::TxScale || !toDevice.isInvertible())
         return;
-    // The corner of a square cap is farther from the line's end than half the width, but not than
-    // the whole width.
-    const double reachX = pen.widthF() + kReach / std::abs(toDevice.m11());
-    const double reachY = pen.widthF() + kReach / std::abs(toDevice.m22());
+    const double reachX = pen.widthF() * kCorner + kReach / std::abs(toDevice.m11());
+    const double reachY = pen.widthF() * kCorner + kReach / std::abs(toDevice.m22());
     const auto touching = [&, fromDevice = toDevice.inverted()](const QRect& pixels) {
         QRectF units = fromDevice.mapRect(QRectF(pixels));
         if (!clip && painter->hasClipping())
