@@ -15,6 +15,7 @@
 #include <numeric>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace {
 
@@ -60,26 +61,43 @@ void Survey(const PlfPass& pass, const PlfBytes& bytes, SurveySink& sink)
     PassRun(survey).Into(sink);
 }
 
+// The work of each band, for so many threads that take one after the other: more bands than
+// threads, as nobody knows which lines will be hidden, and the last ones small, so that all end at
+// about the same time. The caller comes later than the others, when it has decoded the graph.
+std::vector<double> Shares(int threads)
+{
+    constexpr double kHelpers = 0.45;
+    std::vector<double> shares(static_cast<size_t>(threads - 1), kHelpers);
+    shares.insert(shares.end(), {0.3, 0.15, 0.1});
+    const double all = std::accumulate(shares.begin(), shares.end(), 0.0);
+    for (double& share : shares)
+        share /= all;
+    return shares;
+}
+
 // The work of each row in nanoseconds.
 struct RowWork {
     std::vector<double> rows;
     int top;
 
     [[nodiscard]] double Sum() const { return std::accumulate(rows.begin(), rows.end(), 0.0); }
-    [[nodiscard]] RowCuts Cut(int parts) const;
+    [[nodiscard]] RowCuts Cut(int threads) const;
 };
 
-RowCuts RowWork::Cut(int parts) const
+RowCuts RowWork::Cut(int threads) const
 {
     RowCuts cuts;
-    if (parts < 2)
+    if (threads < 2)
         return cuts;
     const double all = Sum();
+    const std::vector<double> shares = Shares(threads);
     double sum = 0;
+    double end = all * shares[0];
     for (size_t row = 0; row < rows.size(); ++row) {
-        const auto before = static_cast<double>(cuts.size() + 1);
-        if (before < parts && sum >= all / parts * before)
+        if (cuts.size() + 1 < shares.size() && sum >= end) {
             cuts.push_back(top + static_cast<int>(row));
+            end += all * shares[cuts.size()];
+        }
         sum += rows[row];
     }
     return cuts;

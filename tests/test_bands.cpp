@@ -337,9 +337,10 @@ void TestBands::work_decidesWhereToCut()
     PlfPass pass = PassOf(graph, look);
     pass.threads = 2;
     const RowCuts cuts = FindCuts(pass, painter);
-    QCOMPARE(cuts.size(), size_t{1});
-    QVERIFY(cuts[0] > (3120 - 3000) * 446 / 3120);
-    QVERIFY(cuts[0] < (3120 - 2800) * 446 / 3120);
+    QVERIFY(cuts.size() > 1); // whoever has less to do takes another one
+    QVERIFY(cuts.front() > (3120 - 3000) * 446 / 3120);
+    QVERIFY(cuts.back() < (3120 - 2800) * 446 / 3120 + 3); // with what the pen reaches
+    QVERIFY(std::is_sorted(cuts.begin(), cuts.end()));
     pass.threads = 1;
     QVERIFY(FindCuts(pass, painter).empty());
 }
@@ -420,6 +421,9 @@ void TestBands::watch_isToldByTheCallerAlone()
     }
 }
 
+// Until another thread helps.
+constexpr int kRounds = 10;
+
 // Sees from elsewhere when somebody paints on an image.
 class Onlooker
 {
@@ -429,10 +433,11 @@ public:
     {
     }
 
-    /// Waits for it. With a sanitizer not: it would call that a race.
+    /// Waits for it, but not for ever: the threads may still end what they did before, so that the
+    /// caller is alone. With a sanitizer not at all: it would call that a race.
     bool Await() const
     {
-        constexpr std::chrono::seconds kLongest{30};
+        constexpr std::chrono::seconds kLongest{3};
         const QDeadlineTimer patience(kLongest);
         while (!kSanitized && memcmp(bits, ground.constBits(), static_cast<size_t>(size)) == 0) {
             if (patience.hasExpired())
@@ -455,23 +460,26 @@ void TestBands::watchThatThrows_leavesNoThreadBehind()
     const PlfGraph graph = GraphOf(SeededGraph(1, 16, false, 20000));
     PlfPass pass = PassOf(graph, look);
     const QImage one = PaintBands(pass, look, 1);
-    QImage image = AnyGround(look);
-    const Onlooker onlooker(image);
-    QPainter painter(&image);
-    SetUp(painter, look);
     bool isPainted = false;
-    PassWatch watch([&] {
-        isPainted = onlooker.Await();
-        throw std::runtime_error("told");
-    });
-    const QDeadlineTimer patience(PassWatch::kPatience);
-    while (!patience.hasExpired())
-        QThread::yieldCurrentThread();
-    pass.watch = &watch;
-    QVERIFY_THROWS_EXCEPTION(std::runtime_error, PaintInBands(pass, painter, EvenCuts(look, 8)));
+    for (int round = 0; round < kRounds && !isPainted; ++round) {
+        QImage image = AnyGround(look);
+        const Onlooker onlooker(image);
+        QPainter painter(&image);
+        SetUp(painter, look);
+        PassWatch watch([&] {
+            isPainted = onlooker.Await();
+            throw std::runtime_error("told");
+        });
+        const QDeadlineTimer patience(PassWatch::kPatience);
+        while (!patience.hasExpired())
+            QThread::yieldCurrentThread();
+        pass.watch = &watch;
+        QVERIFY_THROWS_EXCEPTION(std::runtime_error,
+                                 PaintInBands(pass, painter, EvenCuts(look, 8)));
+        pass.watch = nullptr;
+        QVERIFY(PaintBands(pass, look, 8) == one);
+    }
     QVERIFY(isPainted);
-    pass.watch = nullptr;
-    QVERIFY(PaintBands(pass, look, 8) == one);
 }
 
 void TestBands::result_isThatOfOneBand()
@@ -593,20 +601,22 @@ void TestBands::recordingThatFindsNoMemory_isDrawnFromItsBytes()
     const Look look = {{160, 112}, {}, 1.0, 1.0, {}, false};
     const PlfPass pass = PassOf(graph, look);
     const QImage one = PaintBands(pass, look, 1);
-    QImage image = AnyGround(look);
-    const Onlooker onlooker(image);
-    QPainter painter(&image);
-    SetUp(painter, look);
     bool isPainted = false;
-    beforeFailing = [&] { isPainted = onlooker.Await(); };
-    failing = kPiece;
-    successes = 3;
-    failures = 1;
-    PaintInBands(pass, painter, EvenCuts(look, 4));
-    beforeFailing = nullptr;
-    QCOMPARE(failures.load(), 0);
+    for (int round = 0; round < kRounds && !isPainted; ++round) {
+        QImage image = AnyGround(look);
+        const Onlooker onlooker(image);
+        QPainter painter(&image);
+        SetUp(painter, look);
+        beforeFailing = [&] { isPainted = onlooker.Await(); };
+        failing = kPiece;
+        successes = 3;
+        failures = 1;
+        PaintInBands(pass, painter, EvenCuts(look, 4));
+        beforeFailing = nullptr;
+        QCOMPARE(failures.load(), 0);
+        QVERIFY(image == one);
+    }
     QVERIFY(isPainted);
-    QVERIFY(image == one);
 }
 
 void TestBands::withoutThreads_theCallerDraws()
