@@ -51,6 +51,13 @@ public:
     {
         return visible.Misses(left, top, right, bottom);
     }
+    /// Whether none within it is.
+    [[nodiscard]] bool Holds(int left, int top, int right, int bottom) const
+    {
+        return visible.Holds(left, top, right, bottom);
+    }
+    /// As Line(), for one within a rectangle that Holds() is true of.
+    void HeldLine(int x1, int y1, int x2, int y2) { Add(x1, y1, x2, y2); }
     /// Draws the waiting lines; must be called before anything else is painted.
     void Flush();
 

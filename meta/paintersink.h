@@ -46,6 +46,13 @@ public:
     {
         return lines.Misses(left, top, right, bottom);
     }
+    /// Whether each line within it may leave one, as far as is known.
+    [[nodiscard]] bool Holds(int left, int top, int right, int bottom) const
+    {
+        return lines.Holds(left, top, right, bottom);
+    }
+    /// As Vector(), within a rectangle that Holds() is true of.
+    void HeldVector(int x1, int y1, int x2, int y2) { lines.HeldLine(x1, y1, x2, y2); }
     void Text(std::string_view text, int x, int y);
     void Finish() { lines.Flush(); }
 

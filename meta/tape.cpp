@@ -51,19 +51,34 @@ void Tape::Block::Play(PainterSink& sink, const Hidden& hidden) const
     PlayLines(sink, at, lines.size(), hidden);
 }
 
+// Calls a function for each vector that is not hidden.
+template <typename Function>
+void Tape::Block::ForLines(size_t begin, size_t stop, const Hidden& hidden, Function function) const
+{
+    const bool hides = !hidden.empty();
+    for (; begin < stop; ++begin) {
+        if (!hides || !hidden[begin])
+            function(lines[begin]);
+    }
+}
+
+// Of most groups, a band needs all vectors or none.
 void Tape::Block::PlayLines(PainterSink& sink, size_t begin, size_t stop,
                             const Hidden& hidden) const
 {
     while (begin < stop) {
         const Box& box = boxes[begin / kGroup];
         const size_t groupStop = std::min(stop, (begin / kGroup + 1) * kGroup);
-        if (sink.Misses(box.left, box.top, box.right, box.bottom))
-            begin = groupStop;
-        for (; begin < groupStop; ++begin) {
-            const Line line = lines[begin];
-            if (hidden.empty() || !hidden[begin])
+        if (sink.Holds(box.left, box.top, box.right, box.bottom)) {
+            ForLines(begin, groupStop, hidden, [&sink](const Line& line) {
+                sink.HeldVector(line.x1, line.y1, line.x2, line.y2);
+            });
+        } else if (!sink.Misses(box.left, box.top, box.right, box.bottom)) {
+            ForLines(begin, groupStop, hidden, [&sink](const Line& line) {
                 sink.Vector(false, line.x1, line.y1, line.x2, line.y2);
+            });
         }
+        begin = groupStop;
     }
 }
 

@@ -66,6 +66,8 @@ public:
         void Play(PainterSink& sink, const Hidden& hidden) const;
 
     private:
+        template <typename Function>
+        void ForLines(size_t begin, size_t stop, const Hidden& hidden, Function function) const;
         void PlayLines(PainterSink& sink, size_t begin, size_t stop, const Hidden& hidden) const;
         void PlayEvent(PainterSink& sink, const Event& event) const;
     };

@@ -25,6 +25,11 @@ struct UnitBounds {
                            int{std::max(y1, y2) < top} | int{std::min(y1, y2) > bottom};
         return beyond != 0;
     }
+    /// Whether a rectangle lies within it, and so no line within that is missed.
+    [[nodiscard]] bool Holds(int x1, int y1, int x2, int y2) const
+    {
+        return x1 >= left && x2 <= right && y1 >= top && y2 <= bottom;
+    }
 };
 
 /// The bounds of an area and of what is around it.
