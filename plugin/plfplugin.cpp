@@ -21,12 +21,15 @@ public:
                                           const QByteArray& format) const override;
 };
 
-// A program that names no format asks each plug-in, about any file.
+// A program that names no format asks each plug-in, about any file: first whether it is what its
+// extension says. Packed graphs are told then, as Qt's plug-in for SVG takes any packed file later.
 QImageIOPlugin::Capabilities PlfPlugin::capabilities(QIODevice* device,
                                                      const QByteArray& format) const
 {
-    if (!format.isEmpty())
-        return format == "plf" ? CanRead : Capabilities();
+    if (format == "plf")
+        return CanRead;
+    if (!format.isEmpty() && format != "gz")
+        return {};
     const bool isReadable = device != nullptr && device->isReadable();
     return isReadable && PlfHandler::IsAtGraph(device) ? CanRead : Capabilities();
 }

@@ -13,6 +13,7 @@
 #include <QImage>
 #include <QImageReader>
 #include <QImageWriter>
+#include <QLibraryInfo>
 #include <QProcess>
 #include <QScopeGuard>
 #include <QtTest>
@@ -170,6 +171,7 @@ private slots:
     void packedGraphs_areReadAsGraphs_data() { SampleRows(); }
     void packedGraphs_areReadAsGraphs();
     void packedGraph_withALongName_isRead();
+    void packedGraph_isReadWhereSvgComesFirst();
     void otherPackedFiles_areNone_data();
     void otherPackedFiles_areNone();
     void packedGraph_thatIsCutOff_isRefused();
@@ -186,7 +188,8 @@ private slots:
 private:
     [[nodiscard]] QImage Converted(const QByteArray& graph, const QString& options) const;
     [[nodiscard]] QByteArray PackedLarge() const;
-    [[nodiscard]] QImage ReadByProgram(const QString& kind, const QByteArray& graph) const;
+    [[nodiscard]] QImage ReadByProgram(const QString& kind, const QByteArray& graph,
+                                       const char* name = "read.plf") const;
 };
 
 QImage TestImagePlugin::Converted(const QByteArray& graph, const QString& options) const
@@ -452,6 +455,17 @@ void TestImagePlugin::packedGraph_withALongName_isRead()
     QCOMPARE(Read(packed), Read(Named("walk")));
 }
 
+// Qt asks plug-ins in the order in which it finds them.
+void TestImagePlugin::packedGraph_isReadWhereSvgComesFirst()
+{
+    const QByteArray own = qgetenv("QT_PLUGIN_PATH");
+    const auto restore = qScopeGuard([own] { qputenv("QT_PLUGIN_PATH", own); });
+    qputenv("QT_PLUGIN_PATH",
+            QLibraryInfo::path(QLibraryInfo::PluginsPath).toLocal8Bit() + ':' + own);
+    const QImage image = ReadByProgram(Text("gui"), Packed(Named("walk")), "read.plf.gz");
+    QCOMPARE(image, Stored(Read(Named("walk"))));
+}
+
 void TestImagePlugin::otherPackedFiles_areNone_data()
 {
     QTest::addColumn<QByteArray>("bytes");
@@ -569,14 +583,15 @@ void TestImagePlugin::manyThreads_readTheSameImages()
     QCOMPARE(differences.load(), 0);
 }
 
-QImage TestImagePlugin::ReadByProgram(const QString& kind, const QByteArray& graph) const
+QImage TestImagePlugin::ReadByProgram(const QString& kind, const QByteArray& graph,
+                                      const char* name) const
 {
-    Write(Path("read.plf"), graph);
+    Write(Path(name), graph);
     QProcess process;
     QProcessEnvironment its = QProcessEnvironment::systemEnvironment();
     its.insert(Text("XDG_RUNTIME_DIR"), folder->path());
     process.setProcessEnvironment(its);
-    process.start(Text(READIMAGE_PROGRAM), {kind, Path("read.plf"), Path("read.png")});
+    process.start(Text(READIMAGE_PROGRAM), {kind, Path(name), Path("read.png")});
     const Call call = Finish(&process);
     if (call.code != 0 || !call.errors.isEmpty())
         qFatal("%d: %s", call.code, call.errors.constData());
