@@ -13,10 +13,10 @@
 namespace {
 
 constexpr const char* kWords[] = {
-    "unknown command",    "unfinished parameter", "unfinished command", "cut in a command",
-    "unfinished address", "broken address",       "index out of range", "text too long",
-    "no end mark",        "data after the end"};
-static_assert(std::size(kWords) == static_cast<size_t>(PlfDamage::kDataAfterTheEnd) + 1);
+    "unknown command",    "unfinished parameter", "unfinished command",    "cut in a command",
+    "unfinished address", "broken address",       "index out of range",    "text too long",
+    "no end mark",        "data after the end",   "cut in the packed data"};
+static_assert(std::size(kWords) == static_cast<size_t>(PlfDamage::kCutInPackedData) + 1);
 
 // Which parameter of a command is a line index.
 constexpr size_t kIndexOfLineIndex = 0;     // ML
@@ -68,6 +68,8 @@ void DamageObserver::Begin(const PlfBytes& observed)
     damage.clear();
     parameters = {};
     dropped.reset();
+    if (graph.isCut)
+        Note(PlfDamage::kCutInPackedData, graph.size);
 }
 
 void DamageObserver::AddParameter(int value, bool isWhole)

@@ -25,7 +25,8 @@ enum class PlfDamage {
     kIndexOutOfRange,
     kTextTooLong,
     kNoEndMark,
-    kDataAfterTheEnd
+    kDataAfterTheEnd,
+    kCutInPackedData
 };
 
 /// Such as "unknown command"; the manual page of plfinfo has the list.

@@ -32,6 +32,7 @@ extern const int gBkClrEsc[16];
 struct PlfBytes {
     const char* data = nullptr; // null = no graph
     size_t size = 0;            // without the zero bytes
+    bool isCut = false;         // what they were unpacked from has more, which cannot be unpacked
 
     [[nodiscard]] const char* End() const { return data == nullptr ? nullptr : data + size; }
     /// The offset of a position. Positions in the zero bytes count as the end.
@@ -71,7 +72,9 @@ public:
     static PlfGraph FromReader(const Reader& read, size_t expected, const char** problem);
 
     [[nodiscard]] bool IsLoaded() const { return block != nullptr; }
-    [[nodiscard]] PlfBytes Bytes() const { return {block.get(), size}; }
+    [[nodiscard]] PlfBytes Bytes() const { return {block.get(), size, isCut}; }
+    /// Notes that what the graph was unpacked from is cut or damaged.
+    void SetCut() { isCut = true; }
     /// Releases the block: the caller frees it.
     [[nodiscard]] char* Release() { return block.release(); }
 
@@ -91,6 +94,7 @@ private:
 
     std::unique_ptr<char, Free> block; // the bytes and the zero bytes
     size_t size = 0;
+    bool isCut = false;
 };
 
 /// Messages of the loaders: the file cannot be read, is not a graph, the stream is empty, or is

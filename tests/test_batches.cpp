@@ -98,6 +98,9 @@ private slots:
     void packedGraph_isRead();
     void packedGraph_thatIsDamaged_isToldSo_data();
     void packedGraph_thatIsDamaged_isToldSo();
+    void packedGraph_thatIsCut_isDrawnAsFarAsPossible_data();
+    void packedGraph_thatIsCut_isDrawnAsFarAsPossible();
+    void packedGraph_thatIsCutAnywhere_isReadSoFar();
     void packedGraph_thatIsABomb_isRefused();
     void pipe_byName_isRead();
     void otherData_isRefusedAfterItsFirstBytes();
@@ -389,15 +392,12 @@ void TestBatches::packedGraph_thatIsDamaged_isToldSo_data()
     QTest::addColumn<QByteArray>("bytes");
     QTest::addColumn<QByteArray>("message");
     const QByteArray packed = Packed(Sample(Text("tour.plf")));
-    QByteArray changed = packed;
-    changed[packed.size() / 2] = static_cast<char>(~changed[packed.size() / 2]);
-    QByteArray wrongSum = packed;
-    wrongSum[packed.size() - 6] = static_cast<char>(~wrongSum[packed.size() - 6]);
     const QByteArray cut = "is cut off, as gzip data";
     const QByteArray damaged = "is damaged, as gzip data";
-    QTest::newRow("cut off") << packed.chopped(1) << cut;
+    QTest::newRow("magic only") << packed.left(2) << cut;
     QTest::newRow("header only") << packed.left(10) << cut;
-    QTest::newRow("other check sum") << wrongSum << damaged;
+    QTest::newRow("start of a graph")
+        << Packed(Sample(Text("tour.plf")).left(10)) + packed.left(9) << cut;
     QTest::newRow("another method") << QByteArray("\x1f\x8b\x07\0\0\0\0\0\0\0\0\0", 12) << damaged;
     QTest::newRow("no graph") << Packed("text that is no graph")
                               << QByteArray("File is not a recognized PLF graphic format.");
@@ -413,6 +413,51 @@ void TestBatches::packedGraph_thatIsDamaged_isToldSo()
     QCOMPARE(call.errors, "plfconvert: a.plf.gz: " + message + '\n');
     QCOMPARE(call.code, 1);
     QVERIFY(!QFile::exists(Path("a.png")));
+}
+
+void TestBatches::packedGraph_thatIsCut_isDrawnAsFarAsPossible_data()
+{
+    QTest::addColumn<QByteArray>("packed");
+    QTest::addColumn<QByteArray>("start"); // of the graph
+    const QByteArray graph = Sample(Text("tour.plf"));
+    const QByteArray packed = Packed(graph);
+    QByteArray wrongSum = packed;
+    wrongSum[packed.size() - 6] = static_cast<char>(~wrongSum[packed.size() - 6]);
+    QTest::newRow("check sum and size") << packed.chopped(8) << graph;
+    QTest::newRow("last byte") << packed.chopped(1) << graph;
+    QTest::newRow("other check sum") << wrongSum << graph;
+    const QByteArray half = graph.left(graph.size() / 2);
+    QTest::newRow("second of two") << Packed(half) + packed.left(10) << half;
+    QTest::newRow("nonsense behind") << Packed(half) + "\x1f nonsense" << half;
+}
+
+void TestBatches::packedGraph_thatIsCut_isDrawnAsFarAsPossible()
+{
+    QFETCH(QByteArray, packed);
+    QFETCH(QByteArray, start);
+    Write("start.plf", start);
+    Write("a.plf.gz", packed);
+    QCOMPARE(Run("start.plf start.png").code, 0);
+    const Call call = Run("a.plf.gz a.png");
+    QCOMPARE(call.code, 0);
+    QVERIFY2(call.errors.endsWith("cut in the packed data at byte " +
+                                  QByteArray::number(start.size()) + '\n'),
+             call.errors.constData());
+    QCOMPARE(ReadFile(Path("a.png")), ReadFile(Path("start.png")));
+    QCOMPARE(Run("--strict a.plf.gz strict.png").code, 1);
+    QVERIFY(!QFile::exists(Path("strict.png")));
+}
+
+// Wherever that is, what is unpacked is drawn.
+void TestBatches::packedGraph_thatIsCutAnywhere_isReadSoFar()
+{
+    const QByteArray packed = Packed(Sample(Text("tour.plf")));
+    for (qsizetype size = packed.size() / 10; size < packed.size(); size += packed.size() / 10) {
+        Write("a.plf.gz", packed.left(size));
+        const Call call = Run("a.plf.gz a.png");
+        QCOMPARE(call.code, 0);
+        QVERIFY(call.errors.contains("cut in the packed data at byte "));
+    }
 }
 
 // A graph that begins well, and a gigabyte of zero bytes in a megabyte.

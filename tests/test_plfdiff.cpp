@@ -339,6 +339,10 @@ void TestPlfDiff::damagedGraph_isWarnedOfAndRefusedWhenStrict()
     QCOMPARE(call.code, 0);
     QCOMPARE(Run("--strict a.plf damaged.plf").code, 2);
     QCOMPARE(Run("--strict a.plf same.plf").code, 0);
+    Write("cut.plf.gz", Packed(Graph(500)).chopped(8));
+    QCOMPARE(Run("a.plf cut.plf.gz").code, 0);
+    QCOMPARE(Run("--strict a.plf cut.plf.gz").errors,
+             QByteArray("plfdiff: cut.plf.gz: damaged (cut in the packed data: 1)\n"));
 }
 
 void TestPlfDiff::hostileNamesAndTexts_areNotObeyed()

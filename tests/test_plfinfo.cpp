@@ -2,6 +2,7 @@
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 //
 // plfinfo as people and programs call it: what it prints, how it ends, what it refuses.
+#include "tests/kit/gzip.h"
 #include "tests/kit/plf.h"
 #include "tests/kit/tooltest.h"
 
@@ -81,6 +82,7 @@ private slots:
     void hostileName_isNotObeyed();
     void check_wholeGraphs_printsNothing();
     void check_damagedGraphs_haveALineEach();
+    void check_packedGraphThatIsCut_isDamaged();
     void check_otherOutput_isPrintedAndTheCodeTells_data();
     void check_otherOutput_isPrintedAndTheCodeTells();
     void check_fileThatCannotBeRead_endsWith1();
@@ -385,6 +387,17 @@ void TestPlfInfo::check_damagedGraphs_haveALineEach()
                               "data after the end at byte " +
                               QByteArray::number(BrokenGraph().size() - 2) + " (2 bytes)\n");
     QCOMPARE(call.code, 1);
+}
+
+void TestPlfInfo::check_packedGraphThatIsCut_isDamaged()
+{
+    const QByteArray graph = ReadFile(Path("graph.plf"));
+    Write("cut.plf.gz", Packed(graph).chopped(1));
+    const Call call = Run("--check cut.plf.gz");
+    QCOMPARE(call.output, "cut.plf.gz: cut in the packed data at byte " +
+                              QByteArray::number(graph.size()) + '\n');
+    QCOMPARE(call.code, 1);
+    QCOMPARE(Run("cut.plf.gz").code, 0);
 }
 
 void TestPlfInfo::check_otherOutput_isPrintedAndTheCodeTells_data()

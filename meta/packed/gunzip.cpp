@@ -59,6 +59,12 @@ ssize_t Gunzip::Fail(const QString& reason)
     return -1;
 }
 
+void Gunzip::EndWith(const QString& reason)
+{
+    isDone = true;
+    damage = reason;
+}
+
 // Returns false at the end of the packed data, or if it cannot be read.
 bool Gunzip::Refill()
 {
@@ -66,11 +72,9 @@ bool Gunzip::Refill()
     if (state.avail_in > 0)
         return true;
     const ssize_t count = read(stream->packed.data(), stream->packed.size());
-    if (count <= 0) {
-        if (count == 0)
-            Fail(QStringLiteral("is cut off, as gzip data"));
+    hasFailed = count < 0;
+    if (count <= 0)
         return false;
-    }
     state.next_in = reinterpret_cast<Bytef*>(stream->packed.data());
     state.avail_in = static_cast<uInt>(count);
     return true;
@@ -81,8 +85,18 @@ bool Gunzip::BeginNext()
 {
     z_stream& state = stream->state;
     const bool follows = Refill() && *state.next_in == static_cast<Bytef>(kMagic[0]);
-    problem.clear();
     return follows && inflateReset(&state) == Z_OK;
+}
+
+void Gunzip::Unpack()
+{
+    const int result = inflate(&stream->state, Z_NO_FLUSH);
+    if (result == Z_STREAM_END)
+        isDone = !BeginNext();
+    else if (result == Z_MEM_ERROR)
+        Fail(QString::fromLatin1(kNoMemory));
+    else if (result != Z_OK)
+        EndWith(QStringLiteral("is damaged, as gzip data"));
 }
 
 ssize_t Gunzip::Read(char* block, size_t size)
@@ -91,19 +105,15 @@ ssize_t Gunzip::Read(char* block, size_t size)
     state.next_out = reinterpret_cast<Bytef*>(block);
     state.avail_out = static_cast<uInt>(std::min<size_t>(size, std::numeric_limits<uInt>::max()));
     const uInt wanted = state.avail_out;
-    while (problem.isEmpty() && !isDone && state.avail_out == wanted) {
-        if (!Refill())
-            return -1;
-        const int result = inflate(&state, Z_NO_FLUSH);
-        if (result == Z_STREAM_END)
-            isDone = !BeginNext();
-        else if (result != Z_OK)
-            return Fail(QString::fromLatin1(result == Z_MEM_ERROR ? kNoMemory
-                                                                  : "is damaged, as gzip data"));
+    while (problem.isEmpty() && !hasFailed && !isDone && state.avail_out == wanted) {
+        if (Refill())
+            Unpack();
+        else if (!hasFailed)
+            EndWith(QStringLiteral("is cut off, as gzip data"));
     }
     const auto count = static_cast<size_t>(wanted - state.avail_out);
     unpacked += count;
-    if (!problem.isEmpty())
+    if (!problem.isEmpty() || hasFailed)
         return -1;
     if (unpacked > most)
         return Fail(
@@ -132,9 +142,17 @@ QString LoadPacked(const PlfGraph::Reader& read, PlfGraph* graph, size_t most)
     const char* reason = nullptr;
     *graph = PlfGraph::FromReader(
         [&gunzip](char* block, size_t size) { return gunzip.Read(block, size); }, 0, &reason);
-    if (graph->IsLoaded() || reason != nullptr)
-        return QString::fromLatin1(reason);
-    return gunzip.Problem().isEmpty() ? QString::fromLocal8Bit(strerror(errno)) : gunzip.Problem();
+    if (graph->IsLoaded()) {
+        if (!gunzip.Damage().isEmpty())
+            graph->SetCut();
+        return {};
+    }
+    for (const QString& problem : {gunzip.Damage(), gunzip.Problem()}) {
+        if (!problem.isEmpty())
+            return problem;
+    }
+    return reason == nullptr ? QString::fromLocal8Bit(strerror(errno))
+                             : QString::fromLatin1(reason);
 }
 
 QString LoadPacked(std::string_view packed, PlfGraph* graph)

@@ -26,7 +26,8 @@ constexpr size_t kPackedStartSize = 1024;
 /// @param start  kPackedStartSize bytes, or all that there are
 bool IsPackedGraph(std::string_view start);
 
-/// Loads a packed graph. What is no graph is refused after its first bytes.
+/// Loads a packed graph. What is no graph is refused after its first bytes; of one that is cut or
+/// damaged, what can be unpacked is loaded.
 /// @param read   delivers the packed data
 /// @param graph  receives it
 /// @param most   bytes that are unpacked; more are a failure
@@ -36,7 +37,7 @@ QString LoadPacked(const PlfGraph::Reader& read, PlfGraph* graph, size_t most = 
 QString LoadPacked(std::string_view packed, PlfGraph* graph);
 
 /// Unpacks a stream, piece by piece. Several packed files in a row are one; what follows them is
-/// ignored, as gzip does.
+/// ignored, as gzip does. Data that is cut or damaged ends where it cannot be unpacked any more.
 class Gunzip
 {
 public:
@@ -50,18 +51,24 @@ public:
     ssize_t Read(char* block, size_t size);
     /// Why Read failed; empty if what it reads from did.
     [[nodiscard]] const QString& Problem() const { return problem; }
+    /// What is wrong with the data, once its end was read; empty if nothing is.
+    [[nodiscard]] const QString& Damage() const { return damage; }
 
 private:
     struct Stream;
 
     bool Refill();
     bool BeginNext();
+    void Unpack();
     ssize_t Fail(const QString& reason);
+    void EndWith(const QString& reason);
 
     PlfGraph::Reader read;
     size_t most;
     std::unique_ptr<Stream> stream;
     size_t unpacked = 0;
     bool isDone = false;
+    bool hasFailed = false; // what it reads from
     QString problem;
+    QString damage;
 };

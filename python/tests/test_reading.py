@@ -151,8 +151,8 @@ def test_files_that_cannot_be_read(tmp_path):
 @pytest.mark.parametrize(
     ("packed", "reason"),
     [
-        (gzip.compress(TRIANGLE)[:-20], "is cut off, as gzip data"),
-        (gzip.compress(TRIANGLE)[:-8] + bytes(8), "is damaged, as gzip data"),
+        (gzip.compress(TRIANGLE)[:12], "is cut off, as gzip data"),
+        (b"\x1f\x8b\x07" + bytes(20), "is damaged, as gzip data"),
         (gzip.compress(b"something else"), "not a PLF graph"),
     ],
 )
@@ -163,6 +163,15 @@ def test_what_is_no_packed_graph(packed, reason, tmp_path):
         with pytest.raises(plotvw.PlfError) as raised:
             plotvw.read(source)
         assert (raised.value.reason, raised.value.offset) == (reason, 0)
+
+
+@pytest.mark.parametrize("packed", [gzip.compress(TRIANGLE)[:-8], gzip.compress(TRIANGLE)[:-8] + bytes(8)])
+def test_packed_graph_that_is_cut(packed):
+    cut = plotvw.read(packed)
+    assert bytes(cut) == TRIANGLE
+    assert [(each.kind, each.offset) for each in cut.damage] == [("cut in the packed data", len(TRIANGLE))]
+    with pytest.raises(plotvw.PlfError):
+        plotvw.read(packed, strict=True)
 
 
 def test_packed_graphs_and_pipes(tmp_path):

@@ -12,7 +12,7 @@
 namespace tools {
 
 /// Loads a graph, also a packed one or one from a pipe. What is no graph is refused after its first
-/// bytes, whatever its size.
+/// bytes, whatever its size. A packed one that is cut or damaged is what could be unpacked of it.
 /// @param name   local name, or kStandardStream for what the standard input holds up to its end
 /// @param graph  receives it
 /// @return empty, or why it was not loaded
