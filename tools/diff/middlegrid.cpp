@@ -13,8 +13,8 @@ constexpr size_t kVectorsInCell = 2;
 
 } // namespace
 
-MiddleGrid::MiddleGrid(const std::vector<VectorRecord>& vectors,
-                       const std::vector<uint32_t>& numbers, double side)
+MiddleGrid::MiddleGrid(const struct Side& drawing, const std::vector<uint32_t>& numbers,
+                       double side)
 {
     const auto cells = [this] { return size_t{1} << 2 * (kMiddleBits - shift); };
     while (shift < kMiddleBits &&
@@ -23,14 +23,14 @@ MiddleGrid::MiddleGrid(const std::vector<VectorRecord>& vectors,
     columns = 1 << (kMiddleBits - shift);
     ends.assign(cells() + 1, 0);
     for (const uint32_t number : numbers)
-        ++ends[CellOf(vectors[number]) + 1];
+        ++ends[CellOf(drawing[number]) + 1];
     for (size_t i = 1; i < ends.size(); ++i)
         ends[i] += ends[i - 1];
     ends.pop_back();
     starts = ends;
     members.resize(numbers.size());
     for (const uint32_t number : numbers)
-        members[ends[CellOf(vectors[number])]++] = number;
+        members[ends[CellOf(drawing[number])]++] = MemberOf(drawing, number);
 }
 
 } // namespace diff

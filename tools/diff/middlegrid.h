@@ -5,6 +5,7 @@
 #pragma once
 
 #include "tools/diff/place.h"
+#include "tools/diff/side.h"
 
 #include <cmath>
 #include <cstdint>
@@ -12,19 +13,31 @@
 
 namespace diff {
 
+/// A vector, with all that a search looks at: those of a cell lie side by side in the memory.
+struct GridMember {
+    int16_t x1, y1, x2, y2;
+    uint32_t number;
+    uint16_t look;
+};
+
+inline GridMember MemberOf(const Side& drawing, uint32_t number)
+{
+    const VectorRecord& v = drawing[number];
+    return {v.x1, v.y1, v.x2, v.y2, number, drawing.looks[number]};
+}
+
 /// Vectors in the square cells of a grid. Those that are taken leave it.
 class MiddleGrid
 {
 public:
-    /// @param vectors  outlive the grid
+    /// @param drawing  has the vectors
     /// @param numbers  of those of them that are in the grid
     /// @param side     the least side of a cell, units; with many vectors it is not much more
-    MiddleGrid(const std::vector<VectorRecord>& vectors, const std::vector<uint32_t>& numbers,
-               double side);
+    MiddleGrid(const struct Side& drawing, const std::vector<uint32_t>& numbers, double side);
 
     /// The side of a cell, units.
     [[nodiscard]] int Side() const { return 1 << (shift - 1); }
-    /// Calls a function with the number of each vector whose middle is at most so many cells away
+    /// Calls a function with each vector whose middle is at most so many cells away
     /// from that of a vector, until it returns false.
     /// @param isTaken  whether a vector is no longer wanted; it leaves the grid then
     template <typename IsTaken, typename Function>
@@ -56,7 +69,7 @@ private:
     bool VisitCell(size_t cell, IsTaken isTaken, Function function)
     {
         for (uint32_t i = starts[cell]; i < ends[cell];) {
-            if (isTaken(members[i]))
+            if (isTaken(members[i].number))
                 members[i] = members[--ends[cell]];
             else if (!function(members[i++]))
                 return false;
@@ -67,7 +80,7 @@ private:
     int shift = 1;
     int columns = 1;
     std::vector<uint32_t> starts, ends; // of each cell among the members
-    std::vector<uint32_t> members;
+    std::vector<GridMember> members;
 };
 
 } // namespace diff

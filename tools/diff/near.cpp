@@ -32,7 +32,7 @@ class NearSearch
 public:
     NearSearch(double tolerance, const Side& searched, const Side& other)
         : most(WithRounding(tolerance)), ours(searched), theirs(other),
-          grid(other.drawing.vectors, AllOf(other), most),
+          grid(other, AllOf(other), most),
           cells(static_cast<int>(most / grid.Side()) + 1)
     {
     }
@@ -43,7 +43,7 @@ public:
     {
         uint32_t best = kNoPartner;
         const uint32_t next = last + 1;
-        if (next < theirs.Size() && Distance(number, next) <= most)
+        if (next < theirs.Size() && Distance(number, MemberOf(theirs, next)) <= most)
             best = next;
         else
             best = Nearest(number);
@@ -60,12 +60,11 @@ private:
         return all;
     }
 
-    [[nodiscard]] double Distance(uint32_t number, uint32_t other) const
+    [[nodiscard]] double Distance(uint32_t number, const GridMember& other) const
     {
-        if (ours.looks[number] != theirs.looks[other] ||
-            IsDot(ours[number]) != IsDot(theirs[other]))
+        if (ours.looks[number] != other.look || IsDot(ours[number]) != IsDot(other))
             return 2 * kUnits;
-        return EndDistance(ours[number], theirs[other]);
+        return std::sqrt(SquaredEndDistance(ours[number], other));
     }
 
     uint32_t Nearest(uint32_t number)
@@ -74,11 +73,11 @@ private:
         double least = most;
         int looks = kMoreLooks;
         const auto isTaken = [](uint32_t) { return false; };
-        grid.Visit(ours[number], cells, isTaken, [&](uint32_t other) {
+        grid.Visit(ours[number], cells, isTaken, [&](const GridMember& other) {
             const double distance = Distance(number, other);
             if (distance <= least) {
                 least = distance;
-                best = other;
+                best = other.number;
             }
             return best == kNoPartner || --looks > 0;
         });

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <array>
+#include <climits>
 
 namespace diff {
 
@@ -15,21 +16,27 @@ namespace {
 // near one that fits.
 constexpr int kRings = 2;
 constexpr int kMostLooks = 64;
-constexpr double kTooFar = 2.0 * kUnits;
+// Distances are compared as their squares, which are whole numbers.
+constexpr int Squared(int distance)
+{
+    return distance * distance;
+}
+constexpr int kTooFar = Squared(2 * kUnits);
 // What a vector with another look in the same place is ahead of any that moved.
-constexpr double kSamePlace = -1;
+constexpr int kSamePlace = -1;
 // How much farther the next vector in the order may be than the nearest one, and a distance that is
 // near in any case: units.
-constexpr double kFartherInOrder = 4;
-constexpr double kLeastMove = 8;
+constexpr int kFartherInOrder = 4;
+constexpr int kLeastMove = 8;
+constexpr int kFarthest = Squared(kFarthestMove);
+static_assert(Squared(kFartherInOrder) * int64_t{kFarthest} <= INT_MAX);
 
 class Pairing
 {
 public:
     Pairing(const Rules& rules, Side* ours, Side* theirs, const Partners& found)
         : tolerance(rules.tolerance), first(*ours), second(*theirs), partners(found),
-          alone(theirs->Alone()), grids{MiddleGrid(theirs->drawing.vectors, alone, 1),
-                                        MiddleGrid(theirs->drawing.vectors, alone, kFarthestMove)}
+          alone(theirs->Alone()), grids{MiddleGrid(*theirs, alone, 1), MiddleGrid(*theirs, alone, kFarthestMove)}
     {
     }
 
@@ -40,7 +47,7 @@ public:
         // Most have moved so little that their own cell has them.
         for (MiddleGrid& grid : grids) {
             for (const int rings : {0, kRings}) {
-                if (best == kNoPartner || least > grid.Side())
+                if (best == kNoPartner || least > Squared(grid.Side()))
                     Search(number, rings, &grid);
             }
         }
@@ -58,7 +65,7 @@ private:
     {
         int looks = kMostLooks;
         const auto isTaken = [this](uint32_t other) { return second.fates[other] != Fate::kAlone; };
-        grid->Visit(first[number], rings, isTaken, [&](uint32_t other) {
+        grid->Visit(first[number], rings, isTaken, [&](const GridMember& other) {
             Look(number, other);
             return --looks > 0;
         });
@@ -73,9 +80,8 @@ private:
         if ((number > 0 && before == kNoPartner) || next >= second.Size() ||
             second.fates[next] != Fate::kAlone)
             return;
-        const double distance = DistanceOf(number, next);
-        if (distance <= kFarthestMove &&
-            distance <= kFartherInOrder * std::max(least, kLeastMove)) {
+        const int distance = DistanceOf(number, MemberOf(second, next));
+        if (distance <= kFarthest && distance <= FartherInOrder(least)) {
             least = distance;
             best = next;
         }
@@ -86,20 +92,26 @@ private:
         return number == lastNumber ? lastOther : partners[number];
     }
 
-    [[nodiscard]] double DistanceOf(uint32_t number, uint32_t other) const
+    static int FartherInOrder(int distance)
     {
-        const double distance = EndDistance(first[number], second[other]);
-        if (first.looks[number] == second.looks[other])
-            return distance;
-        return distance <= tolerance ? kSamePlace : kTooFar;
+        // What is farther than the farthest move is no nearer than that.
+        return Squared(kFartherInOrder) * std::clamp(distance, Squared(kLeastMove), kFarthest);
     }
 
-    void Look(uint32_t number, uint32_t other)
+    [[nodiscard]] int DistanceOf(uint32_t number, const GridMember& other) const
     {
-        const double distance = DistanceOf(number, other);
-        if (distance < least && distance <= kFarthestMove) {
+        const int distance = SquaredEndDistance(first[number], other);
+        if (first.looks[number] == other.look)
+            return distance;
+        return std::sqrt(distance) <= tolerance ? kSamePlace : kTooFar;
+    }
+
+    void Look(uint32_t number, const GridMember& other)
+    {
+        const int distance = DistanceOf(number, other);
+        if (distance < least && distance <= kFarthest) {
             least = distance;
-            best = other;
+            best = other.number;
         }
     }
 
@@ -109,7 +121,7 @@ private:
         if (least == kSamePlace)
             fate = first[number].color != second[best].color ? Fate::kRecolored : Fate::kRewidened;
         else
-            moves.push_back(least);
+            moves.push_back(std::sqrt(least));
         first.fates[number] = second.fates[best] = fate;
     }
 
@@ -121,7 +133,7 @@ private:
     std::array<MiddleGrid, 2> grids; // fine and coarse
     std::vector<double> moves;
     uint32_t best = kNoPartner;
-    double least = kTooFar;
+    int least = kTooFar; // squared
     uint32_t lastNumber = kNoPartner;
     uint32_t lastOther = kNoPartner; // what it was paired with
 };

@@ -10,7 +10,7 @@
 namespace diff {
 
 /// A vector that moved farther counts as another one: units.
-constexpr double kFarthestMove = 256;
+constexpr int kFarthestMove = 256;
 
 /// Pairs vectors, sets their fates, and counts what became of each into the result.
 /// @param partners  of the vectors of the first that were found

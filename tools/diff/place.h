@@ -34,7 +34,8 @@ inline int16_t Unit(int value)
 /// @param unitsInPixel  of the picture that shows the text
 VectorRecord TextBox(const TextRecord& text, int unitsInPixel);
 
-inline bool IsDot(const VectorRecord& vector)
+/// @tparam Vector  has x1, y1, x2 and y2
+template <typename Vector> bool IsDot(const Vector& vector)
 {
     return vector.x1 == vector.x2 && vector.y1 == vector.y2;
 }
@@ -60,14 +61,21 @@ inline uint64_t PlaceKey(const VectorRecord& vector)
     return std::min(one, two) << (2 * kUnitBits) | std::max(one, two);
 }
 
-/// How far the ends of one vector are from those of another at most, in the better direction.
-inline double EndDistance(const VectorRecord& a, const VectorRecord& b)
+/// The square of how far the ends of one vector are from those of another at most, in the better
+/// direction.
+/// @tparam Vector  has x1, y1, x2 and y2
+template <typename Vector> int SquaredEndDistance(const VectorRecord& a, const Vector& b)
 {
     const auto square = [](int x, int y) { return x * x + y * y; };
     const int along = std::max(square(a.x1 - b.x1, a.y1 - b.y1), square(a.x2 - b.x2, a.y2 - b.y2));
     const int against =
         std::max(square(a.x1 - b.x2, a.y1 - b.y2), square(a.x2 - b.x1, a.y2 - b.y1));
-    return std::sqrt(std::min(along, against));
+    return std::min(along, against);
+}
+
+inline double EndDistance(const VectorRecord& a, const VectorRecord& b)
+{
+    return std::sqrt(SquaredEndDistance(a, b));
 }
 
 /// Whether stretches, together with one another, leave nothing of a range open. Sorts them.
