@@ -131,15 +131,20 @@ class LineSearch
 {
 public:
     LineSearch(const Rules& searchRules, std::vector<OnLine> joined)
-        : rules(searchRules), places(std::move(joined))
+        : rules(searchRules), places(std::move(joined)),
+          shift(std::countl_zero(uint64_t{places.size()} | 1)),
+          starts((size_t{1} << (64 - shift)) + 1)
     {
+        for (const OnLine& place : places)
+            ++starts[(place.line >> shift) + 1];
+        std::partial_sum(starts.begin(), starts.end(), starts.begin());
     }
 
     /// @param partner  receives the last vector that covers a part
     bool Covers(const VectorRecord& v, const OnLine& wanted, uint32_t* partner)
     {
         stretches.clear();
-        auto at = std::lower_bound(places.begin(), places.end(), wanted);
+        auto at = FirstFrom(wanted);
         if (at != places.begin() && std::prev(at)->line == wanted.line)
             --at;
         for (; at != places.end() && at->line == wanted.line && at->from <= wanted.to; ++at) {
@@ -158,8 +163,18 @@ public:
     }
 
 private:
+    // Lines are such numbers that their first bits say where they are among all.
+    [[nodiscard]] std::vector<OnLine>::const_iterator FirstFrom(const OnLine& wanted) const
+    {
+        const size_t bits = wanted.line >> shift;
+        return std::lower_bound(places.begin() + starts[bits], places.begin() + starts[bits + 1],
+                                wanted);
+    }
+
     const Rules& rules;
     std::vector<OnLine> places;
+    int shift;
+    std::vector<uint32_t> starts; // of the places of each number of first bits
     std::vector<Stretch> stretches;
 };
 

@@ -32,8 +32,7 @@ class NearSearch
 public:
     NearSearch(double tolerance, const Side& searched, const Side& other)
         : most(WithRounding(tolerance)), ours(searched), theirs(other),
-          grid(other, AllOf(other), most),
-          cells(static_cast<int>(most / grid.Side()) + 1)
+          grid(other, AllOf(other), most), cells(static_cast<int>(most / grid.Side()) + 1)
     {
     }
 

@@ -36,12 +36,14 @@ class Pairing
 public:
     Pairing(const Rules& rules, Side* ours, Side* theirs, const Partners& found)
         : tolerance(rules.tolerance), first(*ours), second(*theirs), partners(found),
-          alone(theirs->Alone()), grids{MiddleGrid(*theirs, alone, 1), MiddleGrid(*theirs, alone, kFarthestMove)}
+          alone(theirs->Alone()), grids{MiddleGrid(*theirs, alone, 1),
+                                        MiddleGrid(*theirs, alone, kFarthestMove)}
     {
     }
 
     void Pair(uint32_t number)
     {
+        wanted = MemberOf(first, number);
         best = kNoPartner;
         least = kTooFar;
         // Most have moved so little that their own cell has them.
@@ -66,7 +68,7 @@ private:
         int looks = kMostLooks;
         const auto isTaken = [this](uint32_t other) { return second.fates[other] != Fate::kAlone; };
         grid->Visit(first[number], rings, isTaken, [&](const GridMember& other) {
-            Look(number, other);
+            Look(other);
             return --looks > 0;
         });
     }
@@ -80,7 +82,7 @@ private:
         if ((number > 0 && before == kNoPartner) || next >= second.Size() ||
             second.fates[next] != Fate::kAlone)
             return;
-        const int distance = DistanceOf(number, MemberOf(second, next));
+        const int distance = DistanceOf(MemberOf(second, next));
         if (distance <= kFarthest && distance <= FartherInOrder(least)) {
             least = distance;
             best = next;
@@ -98,17 +100,17 @@ private:
         return Squared(kFartherInOrder) * std::clamp(distance, Squared(kLeastMove), kFarthest);
     }
 
-    [[nodiscard]] int DistanceOf(uint32_t number, const GridMember& other) const
+    [[nodiscard]] int DistanceOf(const GridMember& other) const
     {
-        const int distance = SquaredEndDistance(first[number], other);
-        if (first.looks[number] == other.look)
+        const int distance = SquaredEndDistance(wanted, other);
+        if (wanted.look == other.look)
             return distance;
         return std::sqrt(distance) <= tolerance ? kSamePlace : kTooFar;
     }
 
-    void Look(uint32_t number, const GridMember& other)
+    void Look(const GridMember& other)
     {
-        const int distance = DistanceOf(number, other);
+        const int distance = DistanceOf(other);
         if (distance < least && distance <= kFarthest) {
             least = distance;
             best = other.number;
@@ -132,6 +134,7 @@ private:
     std::vector<uint32_t> alone;
     std::array<MiddleGrid, 2> grids; // fine and coarse
     std::vector<double> moves;
+    GridMember wanted = {}; // whose partner is searched
     uint32_t best = kNoPartner;
     int least = kTooFar; // squared
     uint32_t lastNumber = kNoPartner;

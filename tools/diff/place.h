@@ -63,8 +63,8 @@ inline uint64_t PlaceKey(const VectorRecord& vector)
 
 /// The square of how far the ends of one vector are from those of another at most, in the better
 /// direction.
-/// @tparam Vector  has x1, y1, x2 and y2
-template <typename Vector> int SquaredEndDistance(const VectorRecord& a, const Vector& b)
+/// @tparam First, Second  have x1, y1, x2 and y2
+template <typename First, typename Second> int SquaredEndDistance(const First& a, const Second& b)
 {
     const auto square = [](int x, int y) { return x * x + y * y; };
     const int along = std::max(square(a.x1 - b.x1, a.y1 - b.y1), square(a.x2 - b.x2, a.y2 - b.y2));
