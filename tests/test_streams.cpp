@@ -47,6 +47,7 @@ private slots:
     void closedInput_cannotBeRead();
     void closedStreams_changeNoPicture_data();
     void closedStreams_changeNoPicture();
+    void closedOutput_isAFailure_data();
     void closedOutput_isAFailure();
     void fullOutput_isAFailure_data();
     void fullOutput_isAFailure();
@@ -118,11 +119,13 @@ void TestStreams::closedStream_isNoDescriptorOfTheProgram_data()
         QTest::newRow("krvhost " + name)
             << Text(KRVHOST_PROGRAM) << QStringList{Text("--no-start")} << closed;
         if (closed.contains(STDIN_FILENO))
-            continue; // these two wait for nothing else
+            continue; // these wait for nothing else
         QTest::newRow("plfconvert " + name)
             << Text(PLFCONVERT_PROGRAM) << QStringList{Text("-"), Text("a.png")} << closed;
         QTest::newRow("plfinfo " + name)
             << Text(PLFINFO_PROGRAM) << QStringList{Text("-")} << closed;
+        QTest::newRow("plfdiff " + name)
+            << Text(PLFDIFF_PROGRAM) << QStringList{Text("graph.plf"), Text("-")} << closed;
     }
 }
 
@@ -143,10 +146,13 @@ void TestStreams::closedInput_cannotBeRead_data()
     QTest::addColumn<QString>("program");
     QTest::addColumn<QStringList>("arguments");
     QTest::addColumn<QByteArray>("message");
+    QTest::addColumn<int>("code");
     QTest::newRow("plfconvert") << Text(PLFCONVERT_PROGRAM) << QStringList{Text("-"), Text("a.png")}
-                                << QByteArray("plfconvert: standard input: ");
+                                << QByteArray("plfconvert: standard input: ") << 1;
     QTest::newRow("plfinfo") << Text(PLFINFO_PROGRAM) << QStringList{Text("-")}
-                             << QByteArray("plfinfo: -: ");
+                             << QByteArray("plfinfo: -: ") << 1;
+    QTest::newRow("plfdiff") << Text(PLFDIFF_PROGRAM) << QStringList{Text("graph.plf"), Text("-")}
+                             << QByteArray("plfdiff: -: ") << 2;
 }
 
 // What a program opens itself is not taken for its input.
@@ -156,35 +162,64 @@ void TestStreams::closedInput_cannotBeRead()
     QFETCH(QStringList, arguments);
     QFETCH(QByteArray, message);
     Start(program, arguments, {STDIN_FILENO});
-    QCOMPARE(AwaitEnd(), 1);
+    QTEST(AwaitEnd(), "code");
     const QByteArray errors = process->readAllStandardError();
     QVERIFY2(errors.startsWith(message), errors.constData());
 }
 
 void TestStreams::closedStreams_changeNoPicture_data()
 {
+    QTest::addColumn<QString>("program");
+    QTest::addColumn<QStringList>("arguments");
     QTest::addColumn<QList<int>>("closed");
-    for (const QList<int>& closed : kClosedSets)
-        QTest::newRow(NameOf(closed)) << closed;
+    for (const QList<int>& closed : kClosedSets) {
+        QTest::newRow("plfconvert " + NameOf(closed))
+            << Text(PLFCONVERT_PROGRAM) << QStringList{Text("graph.plf"), Text("a.png")} << closed;
+        QTest::newRow("plfdiff " + NameOf(closed))
+            << Text(PLFDIFF_PROGRAM)
+            << QStringList{Text("graph.plf"), Text("graph.plf"), Text("-o"), Text("a.png")}
+            << closed;
+    }
 }
 
 void TestStreams::closedStreams_changeNoPicture()
 {
+    QFETCH(QString, program);
+    QFETCH(QStringList, arguments);
     QFETCH(QList<int>, closed);
-    Start(Text(PLFCONVERT_PROGRAM), {Text("graph.plf"), Text("a.png")}, {});
+    Start(program, arguments, {});
     QCOMPARE(AwaitEnd(), 0);
+    const QByteArray expected = ReadFile(folder->filePath(Text("a.png")));
+    QVERIFY(expected.startsWith("\x89PNG"));
+    QVERIFY(QFile::remove(folder->filePath(Text("a.png"))));
     process.emplace();
-    Start(Text(PLFCONVERT_PROGRAM), {Text("graph.plf"), Text("b.png")}, closed);
+    Start(program, arguments, closed);
     QCOMPARE(AwaitEnd(), 0);
-    QCOMPARE(ReadFile(folder->filePath(Text("b.png"))), ReadFile(folder->filePath(Text("a.png"))));
+    QCOMPARE(ReadFile(folder->filePath(Text("a.png"))), expected);
+}
+
+void TestStreams::closedOutput_isAFailure_data()
+{
+    QTest::addColumn<QString>("program");
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<QByteArray>("message");
+    QTest::addColumn<int>("code");
+    QTest::newRow("plfinfo") << Text(PLFINFO_PROGRAM) << QStringList{Text("graph.plf")}
+                             << QByteArray("plfinfo: cannot write output: ") << 1;
+    QTest::newRow("plfdiff") << Text(PLFDIFF_PROGRAM)
+                             << QStringList{Text("graph.plf"), Text("/dev/null")}
+                             << QByteArray("plfdiff: cannot write output: ") << 2;
 }
 
 void TestStreams::closedOutput_isAFailure()
 {
-    Start(Text(PLFINFO_PROGRAM), {Text("graph.plf")}, {STDOUT_FILENO});
-    QCOMPARE(AwaitEnd(), 1);
+    QFETCH(QString, program);
+    QFETCH(QStringList, arguments);
+    QFETCH(QByteArray, message);
+    Start(program, arguments, {STDOUT_FILENO});
+    QTEST(AwaitEnd(), "code");
     const QByteArray errors = process->readAllStandardError();
-    QVERIFY2(errors.startsWith("plfinfo: cannot write output: "), errors.constData());
+    QVERIFY2(errors.startsWith(message), errors.constData());
 }
 
 void TestStreams::fullOutput_isAFailure_data()

@@ -39,6 +39,8 @@ private slots:
     void picture_workerIsKilledAtAnyCall_isTheOlderOrTheNewOne();
     void picture_fullDisk_isTheOlderOrTheNewOne_data();
     void picture_fullDisk_isTheOlderOrTheNewOne();
+    void differences_anyCallFails_areWholeOrAFailure_data();
+    void differences_anyCallFails_areWholeOrAFailure();
     void count_thatCannotBeWritten_isAFailure_data();
     void count_thatCannotBeWritten_isAFailure();
     void help_thatCannotBeWritten_isAFailure();
@@ -172,6 +174,38 @@ void TestToolFaults::picture_fullDisk_isTheOlderOrTheNewOne()
     QVERIFY(room > 1);
 }
 
+void TestToolFaults::differences_anyCallFails_areWholeOrAFailure_data()
+{
+    FaultRows({"png", "svg", "pdf"});
+}
+
+// The picture, and what is printed.
+void TestToolFaults::differences_anyCallFails_areWholeOrAFailure()
+{
+    QFETCH(QString, kind);
+    QFETCH(int, fault);
+    const QString name = Text("d.") + kind;
+    const QByteArray arguments = "a.plf /dev/null -o d." + kind.toUtf8();
+    constexpr int kDifferent = 1;
+    constexpr int kTrouble = 2;
+    QCOMPARE(Run(PLFDIFF_PROGRAM, arguments.constData()).code, kDifferent);
+    const QByteArray expected = ReadFile(Path(name));
+    const QByteArray report = ReadFile(Path("out"));
+    long call = 0;
+    do {
+        Write(Path(name), "old");
+        plan->Arm(static_cast<Fault>(fault), ++call);
+        const Call ended = Run(PLFDIFF_PROGRAM, arguments.constData());
+        const QByteArray picture = ReadFile(Path(name));
+        QVERIFY2(picture == "old" || IsWhole(picture, expected), ended.errors.constData());
+        const bool isDone = picture != "old" && ReadFile(Path("out")) == report;
+        QVERIFY2(isDone || ended.code == kTrouble, ended.errors.constData());
+        QCOMPARE(ended.code, ended.errors.isEmpty() ? kDifferent : kTrouble);
+        QCOMPARE(QDir(folder->path()).entryList(QDir::Files | QDir::Hidden).size(), 3);
+    } while (plan->Disarm() && !QTest::currentTestFailed());
+    QVERIFY2(call > kFewestCalls, qPrintable(QString::number(call)));
+}
+
 void TestToolFaults::count_thatCannotBeWritten_isAFailure_data()
 {
     FaultRows({"count"});
@@ -199,11 +233,12 @@ void TestToolFaults::count_thatCannotBeWritten_isAFailure()
 
 void TestToolFaults::help_thatCannotBeWritten_isAFailure()
 {
-    for (const char* program : {PLFCONVERT_PROGRAM, PLFINFO_PROGRAM}) {
+    for (const auto& [program, code] :
+         {std::pair(PLFCONVERT_PROGRAM, 1), {PLFINFO_PROGRAM, 1}, {PLFDIFF_PROGRAM, 2}}) {
         plan->Arm(Fault::kFullDisk, 1);
         const Call call = Run(program, "--help");
         QVERIFY(plan->Disarm());
-        QCOMPARE(call.code, 1);
+        QCOMPARE(call.code, code);
         QVERIFY(call.errors.endsWith(": cannot write output: No space left on device\n"));
     }
 }
