@@ -9,7 +9,6 @@
 #include "meta/plfmeta.h"
 #include "tests/kit/globals.h"
 
-#include <QGuiApplication>
 #include <QImage>
 #include <QPainter>
 #include <QPrinter>
@@ -64,9 +63,7 @@ void Draw(const View& view)
 
 extern "C" int LLVMFuzzerInitialize(int* argc, char*** argv)
 {
-    fuzz::PrepareQt();
-    new QGuiApplication(*argc, *argv); // for the fonts; as long as the process
-    return 0;
+    return fuzz::PrepareGui(argc, argv);
 }
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)

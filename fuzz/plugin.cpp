@@ -6,7 +6,6 @@
 #include "plugin/plfhandler.h"
 
 #include <QBuffer>
-#include <QGuiApplication>
 #include <QImage>
 
 using imageformat::PlfHandler;
@@ -43,9 +42,7 @@ void Choose(const uint8_t* choices, PlfHandler* handler)
 
 extern "C" int LLVMFuzzerInitialize(int* argc, char*** argv)
 {
-    fuzz::PrepareQt();
-    new QGuiApplication(*argc, *argv); // for the fonts; as long as the process
-    return 0;
+    return fuzz::PrepareGui(argc, argv);
 }
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)

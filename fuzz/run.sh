@@ -24,6 +24,7 @@ painter   | graphs seeds      | plf       | 4096 | end
 eps       | graphs seeds      | plf       | 8192 | each
 json      | graphs seeds json | plf       | 4096 | end
 plugin    | graphs seeds      | plf       | 4096 | end
+diff      | graphs seeds      | plf       | 4096 | each
 converter | converter         | converter | 4096 | end
 config    | config            | config    | 4096 | end
 settings  | settings          |           | 128  | end

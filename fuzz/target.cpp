@@ -9,6 +9,7 @@
 #include <QDir>
 #include <QEvent>
 #include <QFile>
+#include <QGuiApplication>
 #include <QMetaObject>
 
 #include <cstdio>
@@ -52,6 +53,13 @@ void PrepareQt()
     qputenv("QT_QPA_PLATFORM", "offscreen");
     qputenv("CUPS_SERVER", "/nowhere/printers");
     qInstallMessageHandler(DropMessage);
+}
+
+int PrepareGui(int* argc, char*** argv)
+{
+    PrepareQt();
+    new QGuiApplication(*argc, *argv); // as long as the process
+    return 0;
 }
 
 Sandbox::Sandbox()

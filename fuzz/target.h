@@ -27,6 +27,10 @@ void Require(bool kept, const char* promise);
 /// To be called before the application object is created.
 void PrepareQt();
 
+/// Does the same and creates the application object, for the fonts: all that a target needs that
+/// draws. The parameters and the result are those of LLVMFuzzerInitialize.
+int PrepareGui(int* argc, char*** argv);
+
 /// A private folder of the target, which becomes the working directory, gszCurdir, gszHomedir and
 /// gszExePath. It is inside another private folder, so that "..", which an input may name, contains
 /// nothing else. Both are removed with the process.
