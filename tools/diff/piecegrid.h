@@ -29,14 +29,18 @@ void VisitCells(const VectorRecord& v, double distance, int shift, Function func
     const double slope =
         high == low ? 0 : (ordered.x2 - ordered.x1) / (high - low) * (rises ? 1 : -1);
     const double start = rises ? ordered.x1 : ordered.x2;
-    const auto xAt = [&](double y) { return start + slope * (std::clamp(y, low, high) - low); };
+    const double end = rises ? ordered.x2 : ordered.x1;
+    // Both ends exactly: with rounding, one on the edge of a cell might be left out.
+    const auto xAt = [&](double y) {
+        return y >= high ? end : start + slope * (std::max(y, low) - low);
+    };
     for (int row = cellOf(low - distance); row <= cellOf(high + distance); ++row) {
         const double bottom = (row << shift) - distance;
         const double top = ((row + 1) << shift) + distance;
         const double one = high == low ? ordered.x1 : xAt(bottom);
         const double two = high == low ? ordered.x2 : xAt(top);
-        const int end = cellOf(std::max(one, two) + distance);
-        for (int column = cellOf(std::min(one, two) - distance); column <= end; ++column)
+        const int last = cellOf(std::max(one, two) + distance);
+        for (int column = cellOf(std::min(one, two) - distance); column <= last; ++column)
             function(column, row);
     }
 }
