@@ -11,6 +11,7 @@
 #include <QDir>
 #include <QtTest>
 
+#include <map>
 #include <numeric>
 #include <random>
 
@@ -125,6 +126,75 @@ int Below(Random* random, int limit)
     return static_cast<int>((*random)() % static_cast<unsigned>(limit));
 }
 
+// Lines along the axes, one over the other.
+Lines Crowd(Random* random)
+{
+    Lines lines;
+    for (int i = 2 + Below(random, 5); i > 0; --i) {
+        const int at = Below(random, 9);
+        const int from = Below(random, 11);
+        const int to = from + 1 + Below(random, 11 - from);
+        const int color = kRed + Below(random, 3);
+        lines.push_back(Below(random, 2) == 0 ? Line{from, at, to, at, color}
+                                              : Line{at, from, at, to, color});
+    }
+    return lines;
+}
+
+// A part of a line.
+Line PieceOf(const Line& line, Random* random)
+{
+    const bool isAcross = line.y1 == line.y2;
+    const int length = isAcross ? line.x2 - line.x1 : line.y2 - line.y1;
+    const int from = Below(random, length);
+    const int to = from + 1 + Below(random, length - from);
+    Line piece = line;
+    (isAcross ? piece.x1 : piece.y1) += from;
+    (isAcross ? piece.x2 : piece.y2) = (isAcross ? line.x1 : line.y1) + to;
+    return piece;
+}
+
+// Draws a piece of a line once more, one line later or earlier, or one in two pieces.
+void ChangeOrder(Lines* lines, Random* random)
+{
+    const size_t number = (*random)() % lines->size();
+    const Line line = (*lines)[number];
+    const auto place = [&] {
+        return lines->begin() + static_cast<ptrdiff_t>((*random)() % (lines->size() + 1));
+    };
+    const int way = Below(random, 3);
+    if (way == 0) {
+        lines->insert(place(), PieceOf(line, random));
+        return;
+    }
+    lines->erase(lines->begin() + static_cast<ptrdiff_t>(number));
+    Line end = PieceOf(line, random);
+    end.x2 = line.x2;
+    end.y2 = line.y2;
+    Line start = line;
+    start.x2 = end.x1;
+    start.y2 = end.y1;
+    if (way == 1 || (start.x1 == start.x2 && start.y1 == start.y2)) {
+        lines->insert(place(), line);
+        return;
+    }
+    lines->insert(place(), start);
+    lines->insert(place(), end);
+}
+
+// The color on top at each place.
+std::map<std::pair<int, int>, int> Seen(const Lines& lines)
+{
+    std::map<std::pair<int, int>, int> colors;
+    for (const Line& line : lines) {
+        for (int x = line.x1; x <= line.x2; ++x) {
+            for (int y = line.y1; y <= line.y2; ++y)
+                colors[{x, y}] = line.color;
+        }
+    }
+    return colors;
+}
+
 // Lines that are far from one another, each with steps of a whole number of units inside.
 Lines Apart(Random* random)
 {
@@ -192,6 +262,8 @@ private slots:
     void dots_countUnlessIgnored();
     void order_countsWhereColorsTouch();
     void order_ofTextsOverLines_counts();
+    void order_ofPieces_isWhatIsSeen();
+    void order_whereVectorsCame_doesNotCount();
     void ignoredArea_leavesTheRest();
     void texts_areComparedByWhatIsDrawn();
     void texts_withinTolerance_areFound();
@@ -369,6 +441,40 @@ void TestCompare::order_ofTextsOverLines_counts()
     QVERIFY(ComparedTexts(text + line, line + text).counts.reordered > 0);
     const std::string below = plf::LineIndex(kRed) + plf::Line(50, 50, 500, 50);
     QCOMPARE(ComparedTexts(text + below, below + text).Changes(), size_t{0});
+}
+
+void TestCompare::order_ofPieces_isWhatIsSeen()
+{
+    constexpr unsigned kGraphs = 200;
+    for (unsigned seed = 0; seed < kGraphs; ++seed) {
+        Random random(seed);
+        const Lines lines = Crowd(&random);
+        Lines changed = lines;
+        for (int i = Below(&random, 3); i >= 0; --i)
+            ChangeOrder(&changed, &random);
+        const bool isSame = Seen(lines) == Seen(changed);
+        for (const Comparison& result : {Compared(lines, changed), Compared(changed, lines)}) {
+            QVERIFY2(result.counts.gone + result.counts.come + result.counts.moved == 0,
+                     qPrintable(QString::number(seed)));
+            QVERIFY2((result.Changes() == 0) == isSame, qPrintable(QString::number(seed)));
+        }
+    }
+}
+
+// Nor what lies below them.
+void TestCompare::order_whereVectorsCame_doesNotCount()
+{
+    const Line green = {100, 100, 500, 100, kGreen};
+    const Line red = {200, 100, 300, 100, kRed};
+    const Line longRed = {200, 100, 301, 100, kRed};
+    const Comparison result = Compared({green, longRed}, {green, red});
+    QCOMPARE(result.counts.reordered, size_t{0});
+    QCOMPARE(result.Changes(), size_t{1});
+    Rules rules;
+    rules.ignoresDots = true;
+    const Line dot = {150, 100, 150, 100, kRed, 20};
+    QCOMPARE(Compared({green, dot}, {dot, green}, rules).Changes(), size_t{0});
+    QCOMPARE(Compared({green, dot}, {dot, green}).Changes(), size_t{1});
 }
 
 void TestCompare::ignoredArea_leavesTheRest()

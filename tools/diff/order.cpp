@@ -4,117 +4,20 @@
 
 #include "tools/diff/place.h"
 #include "tools/diff/radixsort.h"
+#include "tools/diff/raster.h"
 
 #include <algorithm>
-#include <cmath>
-#include <cstdlib>
-#include <numeric>
+#include <optional>
 
 namespace diff {
 
 namespace {
-
-// Texts are as in a picture with a pixel for each unit, where they are smallest.
-constexpr int kUnitsInPixel = 1;
-constexpr int kWidthsInUnit = 2; // a pen is half as wide as the file says
 
 // What is painted on larger squares if it would be more squares than this, and so many for each
 // vector.
 constexpr double kSquares = 1 << 26;
 constexpr double kSquaresForEach = 64;
 constexpr int kMostShift = 5;
-
-// Something to paint, in the order of the first drawing.
-struct Stroke {
-    VectorRecord place; // of a text, the diagonal of its box
-    bool isText = false;
-
-    [[nodiscard]] double Thickness() const
-    {
-        return std::max(1.0, std::min<double>(place.width, kUnits) / kWidthsInUnit);
-    }
-};
-
-Stroke StrokeOf(const TextRecord& text)
-{
-    Stroke stroke = {TextBox(text, kUnitsInPixel), true};
-    stroke.place.color = static_cast<uint8_t>(text.lineColor);
-    return stroke;
-}
-
-// A raster of the colors on top.
-class Raster
-{
-public:
-    explicit Raster(int squareShift)
-        : shift(squareShift), columns(kUnits >> shift),
-          colors(static_cast<size_t>(columns) * static_cast<size_t>(columns))
-    {
-    }
-
-    void Paint(const Stroke& stroke)
-    {
-        if (stroke.isText)
-            PaintBox(stroke.place);
-        else
-            PaintLine(stroke.place, stroke.Thickness());
-    }
-    [[nodiscard]] const std::vector<uint8_t>& Colors() const { return colors; }
-    [[nodiscard]] int Columns() const { return columns; }
-
-private:
-    void Set(int column, int row, uint8_t color)
-    {
-        colors[static_cast<size_t>(row) * static_cast<size_t>(columns) +
-               static_cast<size_t>(column)] = static_cast<uint8_t>(color + 1);
-    }
-
-    void PaintBox(const VectorRecord& box)
-    {
-        for (int row = box.y1 >> shift; row <= box.y2 >> shift; ++row) {
-            for (int column = box.x1 >> shift; column <= box.x2 >> shift; ++column)
-                Set(column, row, box.color);
-        }
-    }
-
-    // Goes along the longer way, and paints across it.
-    void PaintLine(const VectorRecord& v, double thickness)
-    {
-        const bool isSteep = std::abs(v.y2 - v.y1) > std::abs(v.x2 - v.x1);
-        int from = isSteep ? v.y1 : v.x1;
-        int to = isSteep ? v.y2 : v.x2;
-        int start = isSteep ? v.x1 : v.y1;
-        int end = isSteep ? v.x2 : v.y2;
-        if (from > to) {
-            std::swap(from, to);
-            std::swap(start, end);
-        }
-        const double slope = to > from ? static_cast<double>(end - start) / (to - from) : 0;
-        // Across an axis a slanting line is thicker.
-        const double half = (thickness * std::hypot(1.0, slope) - 1) / 2;
-        for (int at = from; at <= to; at = NextAlong(at, to)) {
-            const double middle = start + slope * (at - from);
-            const int most = Square(middle + half);
-            for (int across = Square(middle - half); across <= most; ++across)
-                Set(isSteep ? across : at >> shift, isSteep ? at >> shift : across, v.color);
-        }
-    }
-
-    // The next place along a line, the last of them its end.
-    [[nodiscard]] int NextAlong(int at, int to) const
-    {
-        return at == to ? to + 1 : std::min(at + (1 << shift), to);
-    }
-
-    [[nodiscard]] int Square(double at) const
-    {
-        return std::clamp(static_cast<int>(std::floor(at + 0.5)), 0, kUnits - 1) >> shift;
-    }
-
-    int shift;
-    int columns;
-    std::vector<uint8_t> colors; // palette index + 1; 0 = none
-};
 
 // What both drawings have, each piece with its place in the order of both.
 struct Pieces {
@@ -140,71 +43,156 @@ uint64_t OrderOf(const TextRecord& text)
     return 2 * uint64_t{text.before};
 }
 
-Pieces CollectPieces(const Side& first, const Side& second, const Partners& partners,
-                     const std::vector<TextPair>& texts)
+// One drawing, and the numbers of those of its texts that are in the other one too, in order.
+struct Sheet {
+    const Rules& rules;
+    const Side& side;
+    std::vector<size_t> texts;
+
+    /// Goes through what both drawings have: with the number of a vector, or the place in texts.
+    template <typename OnVector, typename OnText> void Visit(OnVector onVector, OnText onText) const
+    {
+        size_t text = 0;
+        const auto visitTexts = [&](size_t before) {
+            for (; text < texts.size() && Text(text).before <= before; ++text)
+                onText(text);
+        };
+        for (uint32_t i = 0; i < side.Size(); ++i) {
+            visitTexts(i);
+            if (side.fates[i] == Fate::kFound && !(rules.ignoresDots && IsDot(side[i])))
+                onVector(i);
+        }
+        visitTexts(side.Size());
+    }
+    template <typename OnStroke> void VisitStrokes(OnStroke onStroke) const
+    {
+        Visit([&](uint32_t number) { onStroke(Stroke{side[number]}); },
+              [&](size_t text) { onStroke(StrokeOf(Text(text))); });
+    }
+    [[nodiscard]] const TextRecord& Text(size_t text) const
+    {
+        return side.drawing.texts[texts[text]];
+    }
+};
+
+Sheet FirstSheet(const Rules& rules, const Side& first, const std::vector<TextPair>& pairs)
+{
+    Sheet sheet = {rules, first, {}};
+    for (const TextPair& pair : pairs)
+        sheet.texts.push_back(pair.first);
+    return sheet;
+}
+
+Sheet SecondSheet(const Rules& rules, const Side& second, const std::vector<TextPair>& pairs)
+{
+    Sheet sheet = {rules, second, {}};
+    for (const TextPair& pair : pairs)
+        sheet.texts.push_back(pair.second);
+    std::sort(sheet.texts.begin(), sheet.texts.end());
+    sheet.texts.erase(std::unique(sheet.texts.begin(), sheet.texts.end()), sheet.texts.end());
+    return sheet;
+}
+
+// Both drawings, and what is the same in them.
+struct Both {
+    Sheet first, second;
+    const Partners& partners;
+    const std::vector<TextPair>& texts;
+};
+
+size_t CountFound(const Side& side)
+{
+    return static_cast<size_t>(std::count(side.fates.begin(), side.fates.end(), Fate::kFound));
+}
+
+// Whether what the first drawing has stands in the same order in the second.
+bool HasSameOrder(const Both& both)
+{
+    bool isSame = true;
+    uint64_t last = 0;
+    const auto follow = [&](uint64_t place) {
+        isSame = isSame && place >= last;
+        last = place;
+    };
+    both.first.Visit(
+        [&](uint32_t number) {
+            if (both.partners[number] != kNoPartner)
+                follow(OrderOf(both.partners[number]));
+        },
+        [&](size_t text) {
+            follow(OrderOf(both.second.side.drawing.texts[both.texts[text].second]));
+        });
+    return isSame;
+}
+
+// Whether that is all of the second one, each piece once.
+bool HasSamePieces(const Both& both)
+{
+    if (CountFound(both.first.side) != CountFound(both.second.side) ||
+        both.first.texts.size() != both.second.texts.size())
+        return false;
+    bool isSame = true;
+    uint32_t next = 0;
+    both.first.Visit(
+        [&](uint32_t number) {
+            const uint32_t partner = both.partners[number];
+            isSame = isSame && partner != kNoPartner && partner >= next &&
+                     PlaceKey(both.first.side[number]) == PlaceKey(both.second.side[partner]);
+            next = partner + 1;
+        },
+        [&](size_t text) {
+            isSame = isSame && both.texts[text].second == both.second.texts[text];
+        });
+    return isSame;
+}
+
+bool HasOneColor(const Both& both)
+{
+    std::optional<uint8_t> color;
+    bool isOne = true;
+    const auto look = [&](const Stroke& stroke) {
+        isOne = isOne && stroke.place.color == color.value_or(stroke.place.color);
+        color = stroke.place.color;
+    };
+    both.first.VisitStrokes(look);
+    both.second.VisitStrokes(look);
+    return isOne;
+}
+
+Pieces CollectPieces(const Both& both)
 {
     Pieces pieces;
-    size_t text = 0;
-    const auto addTexts = [&](size_t before) {
-        for (; text < texts.size() && first.drawing.texts[texts[text].first].before <= before;
-             ++text) {
-            const TextPair& pair = texts[text];
-            pieces.Add(StrokeOf(first.drawing.texts[pair.first]),
-                       OrderOf(second.drawing.texts[pair.second]));
-        }
-    };
-    for (size_t i = 0; i < first.Size(); ++i) {
-        addTexts(i);
-        if (partners[i] != kNoPartner)
-            pieces.Add({first[i]}, OrderOf(partners[i]));
-    }
-    addTexts(first.Size());
+    both.first.Visit(
+        [&](uint32_t number) {
+            if (both.partners[number] != kNoPartner)
+                pieces.Add({both.first.side[number]}, OrderOf(both.partners[number]));
+        },
+        [&](size_t text) {
+            pieces.Add(StrokeOf(both.first.Text(text)),
+                       OrderOf(both.second.side.drawing.texts[both.texts[text].second]));
+        });
     return pieces;
 }
 
-bool HasOneColor(const Pieces& pieces)
-{
-    return std::all_of(pieces.strokes.begin(), pieces.strokes.end(), [&](const Stroke& stroke) {
-        return stroke.place.color == pieces.strokes.front().place.color;
-    });
-}
-
-bool MayDiffer(const Pieces& pieces)
-{
-    return !std::is_sorted(pieces.second.keys.begin(), pieces.second.keys.end()) &&
-           !HasOneColor(pieces);
-}
-
-// The same without collecting anything.
-bool MayDiffer(const Partners& partners)
-{
-    uint32_t last = 0;
-    for (const uint32_t partner : partners) {
-        if (partner == kNoPartner)
-            continue;
-        if (partner < last)
-            return true;
-        last = partner;
-    }
-    return false;
-}
-
 // How wide squares must be so that the work is in proportion to the number of vectors.
-int ShiftFor(const Pieces& pieces)
+int ShiftFor(double squares, size_t strokes)
 {
-    double squares = 0;
-    for (const Stroke& stroke : pieces.strokes) {
-        const int along = std::max(std::abs(stroke.place.x2 - stroke.place.x1),
-                                   std::abs(stroke.place.y2 - stroke.place.y1));
-        const double across =
-            stroke.isText ? stroke.place.y2 - stroke.place.y1 + 1 : stroke.Thickness();
-        squares += (along + 1) * across;
-    }
-    const double most = kSquares + kSquaresForEach * static_cast<double>(pieces.strokes.size());
+    const double most = kSquares + kSquaresForEach * static_cast<double>(strokes);
     int shift = 0;
     for (; shift < kMostShift && squares > most; ++shift)
         squares /= 2;
     return shift;
+}
+
+int ShiftFor(const Sheet& sheet)
+{
+    double squares = 0;
+    size_t count = 0;
+    sheet.VisitStrokes([&](const Stroke& stroke) {
+        squares += stroke.Squares();
+        ++count;
+    });
+    return ShiftFor(squares, count);
 }
 
 bool IsIgnored(const Rules& rules, int x, int y)
@@ -213,11 +201,13 @@ bool IsIgnored(const Rules& rules, int x, int y)
                        [x, y](const Area& area) { return area.Contains(x, y); });
 }
 
-Squares Differences(const Rules& rules, const Raster& one, const Raster& two, int shift)
+// @param others  what is painted here does not count; may be null
+Squares Differences(const Rules& rules, const Raster& one, const Raster& two, const Raster* others,
+                    int shift)
 {
     Squares squares;
     for (size_t i = 0; i < one.Colors().size(); ++i) {
-        if (one.Colors()[i] == two.Colors()[i])
+        if (one.Colors()[i] == two.Colors()[i] || (others != nullptr && others->Colors()[i] != 0))
             continue;
         const int x = static_cast<int>(i % static_cast<size_t>(one.Columns())) << shift;
         const int y = static_cast<int>(i / static_cast<size_t>(one.Columns())) << shift;
@@ -227,25 +217,69 @@ Squares Differences(const Rules& rules, const Raster& one, const Raster& two, in
     return squares;
 }
 
-} // namespace
-
-Squares FindReordered(const Rules& rules, const Side& first, const Side& second,
-                      const Partners& partners, const std::vector<TextPair>& texts)
+// Whether what is found in one drawing covers exactly what is found in the other.
+bool CoverTheSame(const Rules& rules)
 {
-    if (texts.empty() && !MayDiffer(partners))
-        return {};
-    Pieces pieces = CollectPieces(first, second, partners, texts);
-    if (pieces.strokes.empty() || !MayDiffer(pieces))
-        return {};
+    return rules.tolerance == 0 && !rules.ignoresWidth && rules.ignoredAreas.empty();
+}
+
+void PaintOthers(const Side& side, Raster* raster)
+{
+    for (size_t i = 0; i < side.Size(); ++i) {
+        if (side.fates[i] != Fate::kFound)
+            raster->Paint({side[i]});
+    }
+}
+
+// Each drawing as it is. Where a vector went, came or changed, the order is not looked at: what it
+// covers of the other drawing would seem to have come up from below.
+Squares CompareTops(const Both& both)
+{
+    constexpr int kUnitSquares = 0;
+    Raster one(kUnitSquares);
+    Raster two(kUnitSquares);
+    both.first.VisitStrokes([&](const Stroke& stroke) { one.Paint(stroke); });
+    both.second.VisitStrokes([&](const Stroke& stroke) { two.Paint(stroke); });
+    std::optional<Raster> others;
+    for (const Side* side : {&both.first.side, &both.second.side}) {
+        if (CountFound(*side) == side->Size())
+            continue;
+        if (!others)
+            others.emplace(kUnitSquares);
+        PaintOthers(*side, &*others);
+    }
+    return Differences(both.first.rules, one, two, others ? &*others : nullptr, kUnitSquares);
+}
+
+// The first drawing in the order of both: what is in several pieces in the second one, or there
+// more than once, counts where the last of them is.
+Squares CompareOrders(const Both& both)
+{
+    Pieces pieces = CollectPieces(both);
     Sort(&pieces.second);
-    const int shift = ShiftFor(pieces);
+    const int shift = ShiftFor(both.first);
     Raster one(shift);
     Raster two(shift);
     for (const Stroke& stroke : pieces.strokes)
         one.Paint(stroke);
     for (const uint32_t number : pieces.second.numbers)
         two.Paint(pieces.strokes[number]);
-    return Differences(rules, one, two, shift);
+    return Differences(both.first.rules, one, two, nullptr, shift);
+}
+
+} // namespace
+
+Squares FindReordered(const Rules& rules, const Side& first, const Side& second,
+                      const Partners& partners, const std::vector<TextPair>& texts)
+{
+    const Both both = {FirstSheet(rules, first, texts), SecondSheet(rules, second, texts), partners,
+                       texts};
+    const bool coverTheSame = CoverTheSame(rules);
+    if ((HasSameOrder(both) && (!coverTheSame || HasSamePieces(both))) || HasOneColor(both))
+        return {};
+    if (coverTheSame && ShiftFor(both.first) == 0 && ShiftFor(both.second) == 0)
+        return CompareTops(both);
+    return CompareOrders(both);
 }
 
 } // namespace diff
