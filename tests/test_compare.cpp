@@ -263,6 +263,9 @@ private slots:
     void order_countsWhereColorsTouch();
     void order_ofTextsOverLines_counts();
     void order_ofPieces_isWhatIsSeen();
+    void text_nearManyEqualOnes_isFound();
+    void dotThatGrew_hasNotMoved();
+    void medianMove_ofTwo_isTheirMean();
     void order_whereVectorsCame_doesNotCount();
     void ignoredArea_leavesTheRest();
     void texts_areComparedByWhatIsDrawn();
@@ -475,6 +478,34 @@ void TestCompare::order_whereVectorsCame_doesNotCount()
     const Line dot = {150, 100, 150, 100, kRed, 20};
     QCOMPARE(Compared({green, dot}, {dot, green}, rules).Changes(), size_t{0});
     QCOMPARE(Compared({green, dot}, {dot, green}).Changes(), size_t{1});
+}
+
+// As of markers.
+void TestCompare::text_nearManyEqualOnes_isFound()
+{
+    std::string block;
+    for (int i = 0; i < 100; ++i)
+        block += plf::Text(1000 + i % 10, 1000 + i / 10, "+");
+    const Comparison result = ComparedTexts(block + plf::Text(1105, 1095, "+"),
+                                            block + plf::Text(1095, 1095, "+"), Within(100));
+    QCOMPARE(result.Changes(), size_t{0});
+}
+
+// No tolerance would make them equal.
+void TestCompare::dotThatGrew_hasNotMoved()
+{
+    const Comparison result = Compared({{100, 100, 100, 100}}, {{100, 100, 101, 100}});
+    QCOMPARE(result.counts.moved, size_t{0});
+    QCOMPARE(result.counts.gone, size_t{1});
+    QCOMPARE(result.counts.come, size_t{1});
+}
+
+void TestCompare::medianMove_ofTwo_isTheirMean()
+{
+    const Lines before = {{100, 100, 200, 100}, {100, 2000, 200, 2000}};
+    const Lines after = {{100, 102, 200, 102}, {100, 2005, 200, 2005}};
+    QCOMPARE(Compared(before, after).medianMove, 3.5);
+    QCOMPARE(Compared(before, after).farthest, 5.0);
 }
 
 void TestCompare::ignoredArea_leavesTheRest()

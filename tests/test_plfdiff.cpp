@@ -56,6 +56,7 @@ private slots:
     void ignored_doesNotCount_data();
     void ignored_doesNotCount();
     void maxChanges_areAllowed();
+    void farthestMove_isATolerance();
     void json_hasAVersionAndTheCounts();
     void folders_areComparedByName();
     void folders_haveGraphsOfEveryKind();
@@ -173,6 +174,19 @@ void TestPlfDiff::maxChanges_areAllowed()
     Write("both.plf", Graph(510, "Volt"));
     QCOMPARE(Run("--max-changes 1 a.plf both.plf").code, 1);
     QCOMPARE(Run("--max-changes 2 a.plf both.plf").code, 0);
+}
+
+// As it is printed: a root is rounded up.
+void TestPlfDiff::farthestMove_isATolerance()
+{
+    const auto line = [](int by) {
+        return plf::Start() + plf::Line(100 + by, 100 + by, 900 + by, 200 + by) + plf::End();
+    };
+    Write(Text("one.plf"), line(0));
+    Write(Text("two.plf"), line(1));
+    const Call call = Run("one.plf two.plf");
+    QVERIFY2(call.output.contains("at most 1.42 units, median 1.41"), call.output.constData());
+    QCOMPARE(Run("-t 1.42 one.plf two.plf").code, 0);
 }
 
 void TestPlfDiff::json_hasAVersionAndTheCounts()

@@ -102,6 +102,8 @@ private:
 
     [[nodiscard]] int DistanceOf(const GridMember& other) const
     {
+        if (IsDot(wanted) != IsDot(other))
+            return kTooFar; // no tolerance makes them equal
         const int distance = SquaredEndDistance(wanted, other);
         if (wanted.look == other.look)
             return distance;
@@ -146,11 +148,14 @@ size_t CountOf(const Side& side, Fate fate)
     return static_cast<size_t>(std::count(side.fates.begin(), side.fates.end(), fate));
 }
 
+// The middle one, or the mean of the two in the middle.
 double Median(std::vector<double>* values)
 {
     const auto middle = values->begin() + static_cast<ptrdiff_t>(values->size() / 2);
     std::nth_element(values->begin(), middle, values->end());
-    return *middle;
+    if (values->size() % 2 != 0)
+        return *middle;
+    return (*middle + *std::max_element(values->begin(), middle)) / 2;
 }
 
 } // namespace

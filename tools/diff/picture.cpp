@@ -263,7 +263,7 @@ QString RestText(const Comparison& result)
     if (counts.moved > 0)
         words += QStringLiteral("%1 moved (gone and new), at most %2 units, median %3")
                      .arg(counts.moved)
-                     .arg(QString::fromLatin1(Decimal(result.farthest)),
+                     .arg(QString::fromLatin1(NotBelow(result.farthest)),
                           QString::fromLatin1(Decimal(result.medianMove)));
     if (counts.texts > 0)
         words += Counted("changed texts", counts.texts);

@@ -7,6 +7,8 @@
 #include "tools/common/filename.h"
 #include "tools/info/words.h"
 
+#include <cmath>
+
 namespace diff {
 
 namespace {
@@ -77,7 +79,7 @@ QByteArray VectorRows(const Comparison& result)
     rows += Row("Gone", Number(counts.gone)) + Row("New", Number(counts.come));
     QByteArray moved = Number(counts.moved);
     if (counts.moved > 0)
-        moved += ", at most " + Decimal(result.farthest) + " units, median " +
+        moved += ", at most " + NotBelow(result.farthest) + " units, median " +
                  Decimal(result.medianMove);
     rows += Row("Moved", moved);
     QByteArray looks = Number(counts.Looks());
@@ -117,6 +119,13 @@ QByteArray Decimal(double value)
     while (text.endsWith('0'))
         text.chop(1);
     return text.endsWith('.') ? text.chopped(1) : text;
+}
+
+QByteArray NotBelow(double value)
+{
+    constexpr int kSteps = 100;
+    constexpr double kRounding = 1e-9; // of a decimal number that is no binary one
+    return Decimal(std::ceil(value * kSteps - kRounding) / kSteps);
 }
 
 QByteArray CountsText(const Counts& counts)

@@ -28,6 +28,8 @@ QByteArray SumText(const size_t (&counts)[3]);
 
 /// "12" or "12.5": at most two decimals.
 QByteArray Decimal(double value);
+/// The same, rounded up.
+QByteArray NotBelow(double value);
 
 /// The changes in one line, such as "3 gone, 2 new".
 QByteArray CountsText(const Counts& counts);

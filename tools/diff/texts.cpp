@@ -12,8 +12,10 @@ namespace diff {
 
 namespace {
 
-// Candidates that are looked at for one text.
-constexpr size_t kMostLooks = 64;
+// Candidates in each cell that are looked at for one text: where a near one is searched, and where
+// only the report gains.
+constexpr size_t kLooksForEqual = 4096;
+constexpr size_t kLooksForChanged = 64;
 
 double Distance(const TextRecord& a, const TextRecord& b)
 {
@@ -26,9 +28,11 @@ class TextTable
 public:
     void Add(size_t key, size_t number) { numbers[key].push_back(number); }
     /// Takes the nearest text out that fits and whose distance is at most this.
+    /// @param looks  so many are looked at in each cell
     template <typename Fits>
     bool TakeNearest(const std::vector<size_t>& keys, const TextRecord& wanted,
-                     const std::vector<TextRecord>& texts, double most, Fits fits, size_t* taken)
+                     const std::vector<TextRecord>& texts, double most, size_t looks, Fits fits,
+                     size_t* taken)
     {
         std::vector<size_t>* from = nullptr;
         size_t at = 0;
@@ -37,7 +41,7 @@ public:
             if (found == numbers.end())
                 continue;
             std::vector<size_t>& list = found->second;
-            for (size_t i = 0; i < std::min(list.size(), kMostLooks); ++i) {
+            for (size_t i = 0; i < std::min(list.size(), looks); ++i) {
                 const TextRecord& text = texts[list[i]];
                 const double distance = Distance(wanted, text);
                 if (distance > most || (from != nullptr && distance == most) || !fits(text))
@@ -181,7 +185,8 @@ private:
             if ((*found)[i] ||
                 !table.TakeNearest(
                     KeysAround(text, LookKey(text)), text, theirs, rules.tolerance * (1 + 1e-9),
-                    [&](const TextRecord& each) { return LookAlike(text, each); }, &other))
+                    kLooksForEqual, [&](const TextRecord& each) { return LookAlike(text, each); },
+                    &other))
                 continue;
             table.Add(
                 KeyOf(CellOf(theirs[other].x), CellOf(theirs[other].y), LookKey(theirs[other])),
@@ -227,7 +232,7 @@ private:
             const TextRecord& text = first[i];
             if (isFound[0][i] ||
                 !table->TakeNearest(
-                    keys(text), text, second, most,
+                    keys(text), text, second, most, kLooksForChanged,
                     [&](const TextRecord& each) { return fits(text, each); }, &other))
                 continue;
             isFound[0][i] = isFound[1][other] = true;
