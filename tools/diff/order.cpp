@@ -201,18 +201,27 @@ bool IsIgnored(const Rules& rules, int x, int y)
                        [x, y](const Area& area) { return area.Contains(x, y); });
 }
 
+uint8_t ColorAt(const std::vector<uint8_t>& row, size_t column)
+{
+    return row.empty() ? 0 : row[column];
+}
+
 // @param others  what is painted here does not count; may be null
 Squares Differences(const Rules& rules, const Raster& one, const Raster& two, const Raster* others,
                     int shift)
 {
     Squares squares;
-    for (size_t i = 0; i < one.Colors().size(); ++i) {
-        if (one.Colors()[i] == two.Colors()[i] || (others != nullptr && others->Colors()[i] != 0))
+    for (int row = 0; row < one.Size(); ++row) {
+        if (one.Row(row) == two.Row(row))
             continue;
-        const int x = static_cast<int>(i % static_cast<size_t>(one.Columns())) << shift;
-        const int y = static_cast<int>(i / static_cast<size_t>(one.Columns())) << shift;
-        if (!IsIgnored(rules, x, y))
-            squares.emplace_back(Unit(x), Unit(y));
+        for (size_t column = 0; column < static_cast<size_t>(one.Size()); ++column) {
+            const int x = static_cast<int>(column) << shift;
+            const int y = row << shift;
+            if (ColorAt(one.Row(row), column) != ColorAt(two.Row(row), column) &&
+                (others == nullptr || ColorAt(others->Row(row), column) == 0) &&
+                !IsIgnored(rules, x, y))
+                squares.emplace_back(Unit(x), Unit(y));
+        }
     }
     return squares;
 }

@@ -51,8 +51,7 @@ Stroke StrokeOf(const TextRecord& text)
 }
 
 Raster::Raster(int squareShift)
-    : shift(squareShift), columns(kUnits >> shift),
-      colors(static_cast<size_t>(columns) * static_cast<size_t>(columns))
+    : shift(squareShift), size(kUnits >> shift), rows(static_cast<size_t>(size))
 {
 }
 
@@ -68,8 +67,10 @@ void Raster::Paint(const Stroke& stroke)
 
 void Raster::Set(int column, int row, uint8_t color)
 {
-    colors[static_cast<size_t>(row) * static_cast<size_t>(columns) + static_cast<size_t>(column)] =
-        static_cast<uint8_t>(color + 1);
+    std::vector<uint8_t>& squares = rows[static_cast<size_t>(row)];
+    if (squares.empty())
+        squares.resize(static_cast<size_t>(size));
+    squares[static_cast<size_t>(column)] = static_cast<uint8_t>(color + 1);
 }
 
 void Raster::PaintBox(const VectorRecord& box)

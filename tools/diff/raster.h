@@ -34,9 +34,14 @@ public:
     explicit Raster(int squareShift);
 
     void Paint(const Stroke& stroke);
-    /// Row by row, from the bottom: palette index + 1; 0 = none.
-    [[nodiscard]] const std::vector<uint8_t>& Colors() const { return colors; }
-    [[nodiscard]] int Columns() const { return columns; }
+    /// Palette index + 1 of each square of a row; 0 = none. Empty where nothing is painted. The
+    /// lowest row is 0.
+    [[nodiscard]] const std::vector<uint8_t>& Row(int row) const
+    {
+        return rows[static_cast<size_t>(row)];
+    }
+    /// How many rows there are, and squares in each.
+    [[nodiscard]] int Size() const { return size; }
 
 private:
     void Set(int column, int row, uint8_t color);
@@ -46,8 +51,8 @@ private:
     [[nodiscard]] int Square(double at) const;
 
     int shift;
-    int columns;
-    std::vector<uint8_t> colors;
+    int size;
+    std::vector<std::vector<uint8_t>> rows;
 };
 
 } // namespace diff
