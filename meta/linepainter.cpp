@@ -83,7 +83,7 @@ void LinePainter::Add(int x1, int y1, int x2, int y2)
         CountFilled();
         return;
     }
-    if (dots != DotWay::kAsLines && x1 == x2 && y1 == y2) {
+    if (x1 == x2 && y1 == y2 && !IsLine(x1, y1)) {
         Dot(x1, y1);
         return;
     }
@@ -92,13 +92,20 @@ void LinePainter::Add(int x1, int y1, int x2, int y2)
         DrawWaiting();
 }
 
+// Whether a dot is drawn as a line.
+bool LinePainter::IsLine(int x, int y) const
+{
+    return dots == DotWay::kAsLines ||
+           (dots == DotWay::kAsLinesInside && !IsPutBeside(*painter, x, y));
+}
+
 void LinePainter::Dot(int x, int y)
 {
     DrawWaiting();
-    if (dots == DotWay::kOnPixels)
-        PaintDotOnPixels(*painter, x, y);
-    else
+    if (dots == DotWay::kOnPaper)
         PaintDotOnPaper(*painter, x, y);
+    else
+        PaintDotOnPixels(*painter, x, y);
     HavePainted();
 }
 
@@ -165,7 +172,7 @@ void LinePainter::FindVisible(const QPen& pen)
 LinePainter::DotWay LinePainter::FindDotWay(const QPen& pen) const
 {
     if (isRaster)
-        return pen.widthF() > 0 ? DotWay::kOnPixels : DotWay::kAsLines;
+        return pen.widthF() > 0 ? DotWay::kOnPixels : DotWay::kAsLinesInside;
     return painter->paintEngine()->type() == QPaintEngine::User ? DotWay::kAsLines
                                                                 : DotWay::kOnPaper;
 }

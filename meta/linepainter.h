@@ -62,11 +62,13 @@ public:
     void Flush();
 
 private:
-    // How dots are drawn: as the lines that they are, by whoever gets them; on pixels; in a file.
-    enum class DotWay { kAsLines, kOnPixels, kOnPaper };
+    // How dots are drawn: as the lines that they are, by whoever gets them; so where Qt puts them
+    // into the picture; on pixels; in a file.
+    enum class DotWay { kAsLines, kAsLinesInside, kOnPixels, kOnPaper };
 
     void Add(int x1, int y1, int x2, int y2);
     void Dot(int x, int y);
+    [[nodiscard]] bool IsLine(int x, int y) const;
     void CountFilled();
     void DrawWaiting();
     void HavePainted();

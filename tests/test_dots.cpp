@@ -3,6 +3,7 @@
 //
 // Vectors of no length: each is a square as wide as its pen and at least a pixel, in pictures of
 // every shape and in files that other programs draw.
+#include "meta/bands.h"
 #include "meta/bytesink.h"
 #include "meta/pass.h"
 #include "meta/plfgraph.h"
@@ -172,6 +173,8 @@ class TestDots : public QObject
 private slots:
     void images_showSquares_data();
     void images_showSquares();
+    void edges_showPixels_data();
+    void edges_showPixels();
     void pdf_showsSquares_data() { WidthRows(); }
     void pdf_showsSquares();
     void svg_showsSquares_data() { WidthRows(); }
@@ -219,6 +222,47 @@ void TestDots::images_showSquares()
     }
     for (const QPoint& place : kPlaces)
         CheckMark(image, ExpectedDot(place, width, size, {}));
+}
+
+void TestDots::edges_showPixels_data()
+{
+    QTest::addColumn<QPoint>("place");
+    QTest::addColumn<int>("width");
+    QTest::addColumn<QSize>("size");
+    for (const QPoint& place : {QPoint(4095, 1500), QPoint(4094, 70), QPoint(1500, 0), QPoint(0, 1),
+                                QPoint(0, 3119), QPoint(4095, 0), QPoint(0, 0)}) {
+        for (const int width : {0, 2, 13}) {
+            for (const QSize size : {QSize(640, 446), QSize(640, 487), QSize(818, 626),
+                                     QSize(1000, 761), QSize(4096, 3120)}) {
+                QTest::addRow("%d in %d,%d, %d x %d", width, place.x(), place.y(), size.width(),
+                              size.height())
+                    << place << width << size;
+            }
+        }
+    }
+}
+
+// Also in a picture of two bands, and in the place among lines.
+void TestDots::edges_showPixels()
+{
+    QFETCH(QPoint, place);
+    QFETCH(int, width);
+    QFETCH(QSize, size);
+    const std::string dot = plf::Line(place.x(), place.y(), place.x(), place.y());
+    const PlfGraph graph = GraphOf(plf::Start() + plf::Width(width) + plf::Line(90, 90, 99, 90) +
+                                   dot + plf::Line(90, 80, 99, 80) + plf::End());
+    PlfPass pass;
+    pass.graph = graph.Bytes();
+    QImage image(size, QImage::Format_RGB32);
+    QPainter painter(&image);
+    painter.setRenderHint(QPainter::Antialiasing);
+    PaintInBands(pass, painter, {size.height() / 2});
+    painter.end();
+    const QSizeF scale(size.width() / kAreaWidth, size.height() / kAreaHeight);
+    const QPointF point(place.x() * scale.width(), (kAreaHeight - place.y()) * scale.height());
+    // A square that is cut at a corner still has a quarter of a pixel.
+    const Mark mark = MarkAt(image, point, {2, 2});
+    QVERIFY2(mark.area > 0.2, qPrintable(QString::number(mark.area)));
 }
 
 void TestDots::pdf_showsSquares()

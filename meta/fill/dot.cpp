@@ -3,6 +3,7 @@
 #include "meta/fill/dot.h"
 
 #include <QLineF>
+#include <QPaintDevice>
 #include <QPainter>
 #include <QPainterPath>
 #include <QPen>
@@ -18,14 +19,28 @@ struct Extent {
     double from, to;
 };
 
-Extent Along(int at, double width, double scale, double shift)
+// Pixels by which a point on an edge may be beside it, as the mapping is rounded.
+constexpr double kRounding = 1e-6;
+
+bool IsWithin(double pixel, int pixels)
+{
+    return pixel <= pixels + kRounding;
+}
+
+Extent Along(int at, double width, double scale, double shift, int pixels)
 {
     if (width * std::abs(scale) >= 1)
         return {at - width / 2, at + width / 2};
-    const double pixel = std::floor(at * scale + shift);
+    const double point = at * scale + shift;
+    const double pixel = std::floor(point) - (point >= pixels && IsWithin(point, pixels) ? 1 : 0);
     const double one = (pixel - shift) / scale;
     const double other = (pixel + 1 - shift) / scale;
     return {std::min(one, other), std::max(one, other)};
+}
+
+QSize SizeOf(const QPaintDevice& device)
+{
+    return {device.width(), device.height()};
 }
 
 QRectF Square(double x, double y, double side)
@@ -35,13 +50,13 @@ QRectF Square(double x, double y, double side)
 
 } // namespace
 
-QRectF DotOnPixels(int x, int y, double width, const QTransform& toDevice)
+QRectF DotOnPixels(int x, int y, double width, const QTransform& toDevice, const QSize& picture)
 {
     // Turned, it has the area of a pixel at least.
     if (toDevice.type() > QTransform::TxScale)
         return Square(x, y, std::max(width, 1 / std::sqrt(std::abs(toDevice.determinant()))));
-    const Extent across = Along(x, width, toDevice.m11(), toDevice.dx());
-    const Extent down = Along(y, width, toDevice.m22(), toDevice.dy());
+    const Extent across = Along(x, width, toDevice.m11(), toDevice.dx(), picture.width());
+    const Extent down = Along(y, width, toDevice.m22(), toDevice.dy(), picture.height());
     return {QPointF(across.from, down.from), QPointF(across.to, down.to)};
 }
 
@@ -53,8 +68,17 @@ void PaintDotOnPixels(QPainter& painter, int x, int y)
         return;
     const QPen& pen = painter.pen();
     QPainterPath path;
-    path.addRect(DotOnPixels(x, y, pen.widthF(), toDevice));
+    path.addRect(DotOnPixels(x, y, pen.widthF(), toDevice, SizeOf(*painter.device())));
     painter.fillPath(path, pen.brush());
+}
+
+bool IsPutBeside(const QPainter& painter, int x, int y)
+{
+    const QPointF point = painter.deviceTransform().map(QPointF(x, y));
+    const QPoint nearest = point.toPoint();
+    const QSize picture = SizeOf(*painter.device());
+    return (nearest.x() == picture.width() && IsWithin(point.x(), picture.width())) ||
+           (nearest.y() == picture.height() && IsWithin(point.y(), picture.height()));
 }
 
 void PaintDotOnPaper(QPainter& painter, int x, int y)

@@ -7,19 +7,26 @@
 #pragma once
 
 #include <QRectF>
+#include <QSize>
 
 class QPainter;
 class QTransform;
 
 /// What a dot covers of a picture made of pixels, in drawing units: where the pen is thinner than a
-/// pixel, across or down, the whole pixel that its point lies in, so that it is seen.
+/// pixel, across or down, the whole pixel that its point lies in, so that it is seen. A point on
+/// the right or lower edge of the picture lies in the last pixel before it.
 /// @param width     of the pen, drawing units
 /// @param toDevice  from drawing units to pixels; invertible
-QRectF DotOnPixels(int x, int y, double width, const QTransform& toDevice);
+/// @param picture   all of it, pixels
+QRectF DotOnPixels(int x, int y, double width, const QTransform& toDevice, const QSize& picture);
 
-/// Paints a dot with a painter's pen on pixels. The pen is wider than 0: for the thinnest one Qt
-/// itself paints a pixel, in its place among the lines of that pen.
+/// Paints a dot with a painter's pen on pixels. Of the thinnest pen only one that Qt puts beside
+/// the picture: others Qt itself paints, as a pixel, in their place among the lines of that pen.
 void PaintDotOnPixels(QPainter& painter, int x, int y);
+
+/// Whether Qt paints a dot of the thinnest pen beside the picture, although its point is in it or
+/// on its edge: it takes the nearest pixel, not the one in which the point lies.
+bool IsPutBeside(const QPainter& painter, int x, int y);
 
 /// Paints a dot with a painter's pen where there are no pixels: in a file or on paper. One of the
 /// thinnest pen is as long as a drawing unit, which is not longer than such a line is wide.

@@ -86,7 +86,7 @@ bool LineFiller::CanFill(const QPen& pen, const QTransform& toDevice, QImage::Fo
 }
 
 LineFiller::LineFiller(QImage& image, const QRect& clip, const QTransform& toDevice)
-    : bits(image.bits()), bytesPerLine(image.bytesPerLine()), asked(clip),
+    : bits(image.bits()), bytesPerLine(image.bytesPerLine()), asked(clip), picture(image.size()),
       pixels(clip & image.rect()), mapping(toDevice), outlines(toDevice, 1), coverage(pixels),
       tiles(bits, bytesPerLine, pixels, toDevice),
       aroundPixels(QRectF(pixels).adjusted(-kAround, -kAround, kAround, kAround)),
@@ -127,7 +127,7 @@ bool LineFiller::Line(int x1, int y1, int x2, int y2)
 
 void LineFiller::Dot(int x, int y)
 {
-    const QRectF units = DotOnPixels(x, y, width, mapping);
+    const QRectF units = DotOnPixels(x, y, width, mapping, picture);
     // Mapped as QPainter does it. What lies beyond the image may be as far as it likes.
     const Outline outline =
         OutlineOf(Near(mapping.map(units.topLeft())), Near(mapping.map(units.bottomRight())));

@@ -53,8 +53,9 @@ private:
 
     uchar* bits;
     qsizetype bytesPerLine;
-    QRect asked;  // as the object was made
-    QRect pixels; // of them, those that there are
+    QRect asked;   // as the object was made
+    QSize picture; // all pixels that there are
+    QRect pixels;  // of those asked for
     QTransform mapping;
     QRgb color = 0;
     OutlineMaker outlines;

@@ -13,12 +13,20 @@
 
 namespace {
 
+// Whether a place is just after the last pixel.
+bool OnEdge(double place, int pixels)
+{
+    return place >= pixels && place - pixels < 1e-6;
+}
+
 // From where to where a dot reaches along an axis, in units.
-std::pair<double, double> DotSide(int at, double width, double scale, double shift)
+std::pair<double, double> DotSide(int at, double width, double scale, double shift, int pixels)
 {
     if (width * std::abs(scale) >= 1.0)
         return {at - width / 2, at + width / 2};
-    const double pixel = std::floor(at * scale + shift);
+    double pixel = std::floor(at * scale + shift);
+    if (OnEdge(at * scale + shift, pixels))
+        pixel = pixels - 1;
     return std::minmax({(pixel - shift) / scale, (pixel + 1 - shift) / scale});
 }
 
@@ -26,8 +34,10 @@ void PaintDot(QPainter& painter, const QPoint& at)
 {
     const QTransform toDevice = painter.deviceTransform();
     const double width = painter.pen().widthF();
-    const auto [left, right] = DotSide(at.x(), width, toDevice.m11(), toDevice.dx());
-    const auto [top, bottom] = DotSide(at.y(), width, toDevice.m22(), toDevice.dy());
+    const auto [left, right] =
+        DotSide(at.x(), width, toDevice.m11(), toDevice.dx(), painter.device()->width());
+    const auto [top, bottom] =
+        DotSide(at.y(), width, toDevice.m22(), toDevice.dy(), painter.device()->height());
     QPainterPath path;
     path.addPolygon(QPolygonF(QRectF(QPointF(left, top), QPointF(right, bottom))));
     painter.fillPath(path, painter.pen().brush());
@@ -51,12 +61,23 @@ void PaintOperation(QPainter* painter, const QString& operation)
     }
 }
 
+// Whether the pixel nearest to a point is just beside the picture, but the point is not.
+bool IsLost(const QPainter& painter, const QPoint& at)
+{
+    const QPointF place = QPointF(at) * painter.deviceTransform();
+    const auto isLost = [](double along, int pixels) {
+        return qRound(along) == pixels && (along < pixels || OnEdge(along, pixels));
+    };
+    return isLost(place.x(), painter.device()->width()) ||
+           isLost(place.y(), painter.device()->height());
+}
+
 } // namespace
 
 void PaintVector(QPainter& painter, const QLine& vector)
 {
-    // Qt paints those of the thinnest pen as one pixel.
-    if (vector.isNull() && painter.pen().widthF() > 0.0)
+    // Qt paints those of the thinnest pen as one pixel, the nearest one, if the picture has it.
+    if (vector.isNull() && (painter.pen().widthF() > 0.0 || IsLost(painter, vector.p1())))
         PaintDot(painter, vector.p1());
     else
         painter.drawLine(vector);
