@@ -3,6 +3,7 @@
 //
 // Graphs that any Qt program reads as images, through the plug-in.
 #include "tests/converter.h"
+#include "tests/kit/gzip.h"
 #include "tests/kit/plf.h"
 #include "tests/kit/script.h"
 

@@ -71,12 +71,3 @@ Call ToolTest::RunLine(const QString& line) const
     shell.start(Text("bash"), {Text("-c"), line, tool});
     return Finish(&shell);
 }
-
-QByteArray ToolTest::Packed(const QByteArray& bytes)
-{
-    QProcess gzip;
-    gzip.start(Text("gzip"), {Text("-c")});
-    gzip.write(bytes);
-    gzip.closeWriteChannel();
-    return Finish(&gzip).output;
-}

@@ -47,8 +47,6 @@ protected:
     Call RunWithFullOutput(const QStringList& arguments) const;
     /// Runs a line of bash, in which "$0" is the program.
     Call RunLine(const QString& line) const;
-    /// What gzip makes of some bytes.
-    [[nodiscard]] static QByteArray Packed(const QByteArray& bytes);
 
     const QString tool;
     std::optional<QTemporaryDir> folder; // the current one of each call
