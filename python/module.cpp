@@ -262,18 +262,20 @@ py::tuple CompareGraphs(const Graph& first, const Graph& second, const std::stri
                           FateArray(result.fates[1]), AreaTuples(result.areas));
 }
 
-// Row kNoBackground is how a background without a color is drawn.
+// Row kNoBackground is how a background without a color is drawn. The array is a view of bytes,
+// which nothing makes writable.
 py::array Palette()
 {
-    constexpr py::ssize_t kRows = kNoBackground + 1;
-    py::array_t<uint8_t> array({kRows, py::ssize_t{3}});
-    auto values = array.mutable_unchecked<2>();
-    for (py::ssize_t row = 0; row < kRows; ++row) {
+    constexpr int kChannels = 3;
+    QByteArray values;
+    for (int row = 0; row <= kNoBackground; ++row) {
         const QColor color = PaletteColor(row);
-        values(row, 0) = static_cast<uint8_t>(color.red());
-        values(row, 1) = static_cast<uint8_t>(color.green());
-        values(row, 2) = static_cast<uint8_t>(color.blue());
+        for (const int channel : {color.red(), color.green(), color.blue()})
+            values.append(static_cast<char>(channel));
     }
+    const py::bytes owner = ToBytes(values);
+    py::array array(py::dtype::of<uint8_t>(), {kNoBackground + 1, kChannels}, {kChannels, 1},
+                    View(owner).data(), owner);
     ForbidWriting(&array);
     return array;
 }

@@ -41,7 +41,7 @@ WIDTH: int = _core.WIDTH
 HEIGHT: int = _core.HEIGHT
 #: The fixed colors: red, green and blue of each palette index, uint8, shape (17, 3). Row 16 is white, as which a
 #: background without a color is drawn.
-PALETTE: npt.NDArray[np.uint8] = _core.PALETTE
+PALETTE: npt.NDArray[np.uint8] = _core.PALETTE.view()
 
 #: What :func:`diff` says of a vector: only its graph has it; or the other one has it as it is, elsewhere, in another color,
 #: or in another width.
@@ -195,7 +195,7 @@ class Graph:
     @property
     def palette(self) -> npt.NDArray[np.uint8]:
         """The colors that indices mean, ``PALETTE``: red, green, blue, uint8, shape (17, 3); the same for all graphs."""
-        return PALETTE
+        return _core.PALETTE.view()  # its shape may be changed, its bytes may not
 
     @property
     def damage(self) -> list[Damage]:
@@ -241,8 +241,8 @@ class Graph:
         """
         if isinstance(width, str):
             raise TypeError("the width of an array is a number")
-        words = _words(area=_join(area), background=background, line_scale=_number(line_scale), black=black,
-                       min_line_width=_integer(min_line_width))
+        words = _words(area=_join(area), background=_text("background", background), line_scale=_number(line_scale),
+                       black=_flag("black", black), min_line_width=_integer(min_line_width))
         return self._held.render(words + _size_words(width, height, area))
 
     def save(
@@ -276,23 +276,24 @@ class Graph:
         :param min_line_width: the thinnest line, in the file's line widths; by default 5 for EPS, else 0
         :param dots: draw vectors of no length in EPS, as in all other formats
         :param quality: of a JPEG, 1 to 100
-        :raises ValueError: for a setting without a meaning
+        :raises ValueError: for a setting without a meaning, or a name with a zero byte
         :raises OSError: when the file cannot be written; FileExistsError for the name of a graph, which is never replaced
 
         The other settings are those of :meth:`render`.
 
         >>> g.save("bode.svg", width=800, background="file")
         """
-        words = _words(format=format, page=page, margin=margin, dots=dots, dpi=_integer(dpi), area=_join(area), background=background,
-                       line_scale=_number(line_scale), min_line_width=_integer(min_line_width), black=black,
-                       quality=_integer(quality))
+        words = _words(format=_text("format", format), page=_text("page", page), margin=_text("margin", margin),
+                       background=_text("background", background), dots=_flag("dots", dots), black=_flag("black", black),
+                       dpi=_integer(dpi), area=_join(area), line_scale=_number(line_scale),
+                       min_line_width=_integer(min_line_width), quality=_integer(quality))
         if hasattr(target, "write"):
             if format is None:
                 raise ValueError("format is needed for a file that is open")
             words += _size_words(width, height, area, format)
             target.write(self._held.draw(words, format))
             return
-        name = os.fsencode(target)
+        name = _file_name(target)
         kind = format or os.fsdecode(name).rpartition(".")[2]
         self._held.save(name, words + _size_words(width, height, area, kind))
 
@@ -310,6 +311,7 @@ def read(source: PathName | BinaryIO | bytes | bytearray | memoryview, *, strict
         graph gives what can be read of it, and ``damage`` says what is wrong.
     :raises PlfError: for what is no graph
     :raises OSError: for a file that cannot be read
+    :raises ValueError: for a name with a zero byte
 
     >>> with open("samples/bode.plf", "rb") as file:
     ...     plotvw.read(file)
@@ -317,12 +319,13 @@ def read(source: PathName | BinaryIO | bytes | bytearray | memoryview, *, strict
     >>> plotvw.read(bytes(g)[:5000]).damage[-1]
     Damage(kind='no end mark', offset=5000, count=1, loss=True)
     """
+    damage_fails = _flag("strict", strict)
     if isinstance(source, (str, os.PathLike)):
-        return _graph(_core.read_file(os.fsencode(source), strict))
+        return _graph(_core.read_file(_file_name(source), damage_fails))
     content = source.read() if hasattr(source, "read") else source
     if isinstance(content, str):
         raise TypeError("the file is open for texts; open it with mode 'rb'")
-    return _graph(_core.read_bytes(content, strict))
+    return _graph(_core.read_bytes(content, damage_fails))
 
 
 class Comparison(NamedTuple):
@@ -364,10 +367,16 @@ def diff(
     >>> other.changes > 0, len(g.vectors[other.first == plotvw.FATES.index("alone")]) == other.counts["gone"]
     (True, True)
     """
+    for graph in (first, second):
+        if not isinstance(graph, Graph):
+            raise TypeError(f"expected a plotvw.Graph, not {type(graph).__name__}")
     distance = tolerance if isinstance(tolerance, str) else repr(float(tolerance))
     areas = [_join(area) or "" for area in ignore_areas]
     names = [ignore] if isinstance(ignore, str) else ignore
-    return Comparison(*_core.compare(first._held, second._held, distance, ",".join(names), areas))
+    ignored = ",".join(names)
+    for setting, text in (("tolerance", distance), ("ignore", ignored)):
+        _text(setting, text)
+    return Comparison(*_core.compare(first._held, second._held, distance, ignored, areas))
 
 
 @contextmanager
@@ -394,6 +403,31 @@ def _graph(held: _core.Graph) -> Graph:
     return graph
 
 
+def _file_name(name: PathName | bytes) -> bytes:
+    """A name as the system has it, which ends names at a zero byte."""
+    encoded = os.fsencode(name)
+    if b"\0" in encoded:
+        raise ValueError("embedded null byte")
+    return encoded
+
+
+def _flag(setting: str, value: bool) -> bool:
+    if not isinstance(value, (bool, np.bool_)):
+        raise TypeError(f"{setting} is True or False, not {value!r}")
+    return bool(value)
+
+
+def _text(setting: str, value: str | None) -> str | None:
+    """A text that UTF-8 can have, or None."""
+    if value is None:
+        return None
+    if not isinstance(value, str):
+        raise TypeError(f"{setting} is a text, not {value!r}")
+    if any("\ud800" <= character <= "\udfff" for character in value):
+        raise ValueError(f"{setting} {value!r}: half of a character")
+    return value
+
+
 def _integer(value: int | None) -> int | None:
     return None if value is None else operator.index(value)
 
@@ -416,9 +450,9 @@ def _words(**settings: Any) -> list[str]:
 def _size_words(width: int | str | None, height: int | None, area: Sequence[int] | None, format: str = "png") -> list[str]:
     """The size as options of the converter, which knows none that has only a height."""
     if height is None:
-        return _words(width=width if isinstance(width, str) else _integer(width))
+        return _words(width=_text("width", width) if isinstance(width, str) else _integer(width))
     if width is None:
-        left, top, right, bottom = area or (0, 0, WIDTH, HEIGHT)
+        left, top, right, bottom = (0, 0, WIDTH, HEIGHT) if area is None else map(operator.index, area)
         width = max(operator.index(height) * (right - left) // max(bottom - top, 1), 1)
         if format.lower() == "eps":
             return _words(width=width)

@@ -1,6 +1,7 @@
 # SPDX-License-Identifier: MIT
 # SPDX-FileCopyrightText: 2026 plotvw contributors
 """Comparing graphs."""
+import numpy as np
 import pytest
 
 import plf
@@ -43,8 +44,20 @@ def test_what_does_not_count():
 
 @pytest.mark.parametrize("settings", [
     {"tolerance": -1}, {"tolerance": "far"}, {"tolerance": float("nan")},
-    {"ignore": ["taste"]}, {"ignore_areas": [(1, 2, 3)]},
+    {"ignore": ["taste"]}, {"ignore_areas": [(1, 2, 3)]}, {"tolerance": "\ud800"}, {"ignore": ["\ud800"]},
 ])
 def test_settings_without_a_meaning(settings):
     with pytest.raises(ValueError, match=r"tolerance|ignore|area"):
         plotvw.diff(FIRST, MOVED, **settings)
+
+
+def test_what_is_no_graph():
+    for pair in ((None, FIRST), (FIRST, b"bytes"), ("name.plf", FIRST)):
+        with pytest.raises(TypeError, match=r"expected a plotvw\.Graph, not (NoneType|bytes|str)"):
+            plotvw.diff(*pair)
+
+
+def test_numbers_of_numpy():
+    area = np.array([[1900, 500, 3100, 1200]], np.int16)
+    assert plotvw.diff(FIRST, MOVED, ignore_areas=area).changes == 0
+    assert [plotvw.diff(FIRST, MOVED, tolerance=tolerance).changes for tolerance in (np.float32(5.5), np.uint8(6))] == [1, 0]

@@ -3,6 +3,7 @@
 """Pictures: arrays, files, settings."""
 import io
 import os
+import pathlib
 import subprocess
 
 import numpy as np
@@ -66,6 +67,18 @@ def test_sizes():
     assert TRIANGLE.render(width=np.int64(64)).shape == (48, 64, 4)
 
 
+def test_numbers_of_numpy(tmp_path):
+    plain = {"area": (100, 200, 3000, 2500), "line_scale": 1.5, "min_line_width": 9, "black": True}
+    numpy = {"area": np.array(plain["area"], np.int16), "line_scale": np.float32(1.5), "min_line_width": np.uint8(9), "black": np.True_}
+    for size in ({"width": 90}, {"height": 70}, {"width": 90, "height": 70}):
+        small = {name: np.uint8(value) for name, value in size.items()}
+        assert (TRIANGLE.render(**numpy, **small) == TRIANGLE.render(**plain, **size)).all()
+    assert (TRIANGLE.render(black=np.False_) == TRIANGLE.render(black=False)).all()
+    TRIANGLE.save(tmp_path / "a.eps", dots=np.True_, dpi=np.int32(300), **numpy)
+    TRIANGLE.save(tmp_path / "b.eps", dots=True, dpi=300, **plain)
+    assert (tmp_path / "a.eps").read_bytes() == (tmp_path / "b.eps").read_bytes().replace(b"b.eps", b"a.eps")
+
+
 def test_an_array_is_the_callers():
     image = TRIANGLE.render(width=20)
     assert (image.dtype, image.flags.writeable, image.flags.c_contiguous) == (np.uint8, True, True)
@@ -116,6 +129,22 @@ def test_numbers_are_numbers():
             TRIANGLE.render(**settings)
 
 
+@pytest.mark.parametrize("setting", ["black", "dots"])
+def test_switches_are_true_or_false(setting):
+    for value in ("no", 1, None):
+        with pytest.raises(TypeError, match=f"^{setting} is True or False, not "):
+            TRIANGLE.save(io.BytesIO(), format="eps", **{setting: value})
+
+
+@pytest.mark.parametrize("setting", ["format", "background", "page", "margin"])
+def test_texts_are_texts(setting):
+    for value, error in ((5, TypeError), ("\ud800", ValueError)):
+        for other in ({}, {"height": 5}):
+            with pytest.raises(error) as raised:
+                TRIANGLE.save(io.BytesIO(), **{"format": "eps", setting: value, **other})
+            assert setting in str(raised.value) and "_core" not in str(raised.value)
+
+
 def test_formats(tmp_path):
     with pytest.raises(ValueError, match="unknown extension"):
         TRIANGLE.save(tmp_path / "picture")
@@ -136,6 +165,14 @@ def test_names_with_a_meaning_elsewhere(tmp_path, monkeypatch):
     for name in ("-", "--width=5", "-q"):
         TRIANGLE.save(name, format="png")
         assert (tmp_path / name).read_bytes() == TRIANGLE._repr_png_()
+
+
+def test_a_name_with_a_zero_byte(tmp_path):
+    name = str(tmp_path / "a.png\0.svg")
+    for target in (name, os.fsencode(name), pathlib.Path(name)):
+        with pytest.raises(ValueError, match="embedded null byte"):
+            TRIANGLE.save(target)
+    assert not any(tmp_path.iterdir())
 
 
 def test_a_graph_is_never_replaced(tmp_path):

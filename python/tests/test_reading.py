@@ -6,6 +6,7 @@ import io
 import json
 import mmap
 import os
+import pathlib
 import pickle
 import subprocess
 import threading
@@ -94,6 +95,17 @@ def test_the_background_and_the_palette():
         g.palette[0] = 1
 
 
+def test_the_palette_of_one_is_that_of_all():
+    g = plotvw.read(TRIANGLE)
+    for palette in (g.palette, plotvw.PALETTE):
+        while isinstance(palette, np.ndarray):
+            with pytest.raises(ValueError):
+                palette.setflags(write=True)
+            palette = palette.base
+    g.palette.shape = (51,)
+    assert g.palette.shape == plotvw.PALETTE.shape == (17, 3)
+
+
 @pytest.mark.parametrize("sample", plf.SAMPLES, ids=lambda sample: sample.stem)
 def test_info_is_what_plfinfo_says(sample):
     output = subprocess.run([os.environ["PLFINFO_PROGRAM"], "--json", sample], check=True, capture_output=True).stdout
@@ -148,6 +160,14 @@ def test_files_that_cannot_be_read(tmp_path):
         plotvw.read(tmp_path)
 
 
+def test_a_name_with_a_zero_byte(tmp_path):
+    path = tmp_path / "graph.plf"
+    path.write_bytes(TRIANGLE)
+    for name in (f"{path}\0zzz", pathlib.Path(f"{path}\0zzz")):
+        with pytest.raises(ValueError, match="embedded null byte"):
+            plotvw.read(name)
+
+
 @pytest.mark.parametrize(
     ("packed", "reason"),
     [
@@ -196,6 +216,10 @@ def test_what_is_no_source(tmp_path):
         plotvw.read(io.StringIO("text"))
     with pytest.raises(TypeError):
         plotvw.Graph()
+    for strict in ("x", None):
+        with pytest.raises(TypeError, match="^strict is True or False, not "):
+            plotvw.read(TRIANGLE, strict=strict)
+    assert len(plotvw.read(TRIANGLE, strict=np.True_).vectors) == 3
 
 
 def test_graphs_and_errors_travel():
