@@ -143,7 +143,10 @@ Graph ReadFile(const std::string& path, bool strict)
     struct stat info = {};
     CheckFile(path, &info);
     PlfGraph source;
-    const QString problem = tools::LoadGraph(LocalName(path), &source);
+    int error = 0;
+    const QString problem = tools::LoadGraph(LocalName(path), &source, &error);
+    if (error != 0 && !problem.isEmpty())
+        ThrowSystem(error, path);
     if (!problem.isEmpty() && S_ISREG(info.st_mode))
         CheckStart(path);
     CheckLoaded(problem);

@@ -1,6 +1,7 @@
 # SPDX-License-Identifier: MIT
 # SPDX-FileCopyrightText: 2026 plotvw contributors
 """Reading: sources, data, errors."""
+import errno
 import gzip
 import io
 import json
@@ -158,6 +159,10 @@ def test_files_that_cannot_be_read(tmp_path):
     assert raised.value.filename == str(tmp_path / "missing.plf")
     with pytest.raises(IsADirectoryError):
         plotvw.read(tmp_path)
+    # Nothing is mapped at the beginning of the memory.
+    with pytest.raises(OSError) as raised:
+        plotvw.read("/proc/self/mem")
+    assert (raised.value.errno, raised.value.filename) == (errno.EIO, "/proc/self/mem")
 
 
 def test_a_name_with_a_zero_byte(tmp_path):

@@ -28,7 +28,8 @@ QString SystemReason()
 class Input
 {
 public:
-    explicit Input(int inputDescriptor) : descriptor(inputDescriptor) {}
+    // The last failure is noted.
+    Input(int inputDescriptor, int* inputError) : descriptor(inputDescriptor), error(inputError) {}
 
     // Whether the data begins as gzip's does. A failure is for Read to meet again.
     bool IsPacked()
@@ -45,7 +46,7 @@ public:
     ssize_t Read(char* block, size_t size)
     {
         if (taken == ahead)
-            return read(descriptor, block, size);
+            return ReadOn(block, size);
         const size_t count = std::min(size, ahead - taken);
         memcpy(block, start.data() + taken, count);
         taken += count;
@@ -53,20 +54,29 @@ public:
     }
 
 private:
+    ssize_t ReadOn(char* block, size_t size)
+    {
+        const ssize_t count = read(descriptor, block, size);
+        if (count < 0)
+            *error = errno;
+        return count;
+    }
+
     int descriptor;
+    int* error;
     std::array<char, kGzipMagicSize> start = {};
     size_t ahead = 0; // bytes of it that were read
     size_t taken = 0; // and handed on
 };
 
-QString LoadDescriptor(int descriptor, PlfGraph* graph)
+QString LoadDescriptor(int descriptor, PlfGraph* graph, int* error)
 {
     struct stat info = {};
     if (fstat(descriptor, &info) != 0)
         return SystemReason();
     if (S_ISDIR(info.st_mode))
         return QStringLiteral("is a directory");
-    Input input(descriptor);
+    Input input(descriptor, error);
     const auto read = [&input](char* block, size_t size) { return input.Read(block, size); };
     if (input.IsPacked())
         return LoadPacked(read, graph);
@@ -78,12 +88,15 @@ QString LoadDescriptor(int descriptor, PlfGraph* graph)
 
 } // namespace
 
-QString LoadGraph(const QByteArray& name, PlfGraph* graph)
+QString LoadGraph(const QByteArray& name, PlfGraph* graph, int* error)
 {
+    int ignored = 0;
+    int* const noted = error == nullptr ? &ignored : error;
+    *noted = 0;
     if (name == kStandardStream)
-        return LoadDescriptor(STDIN_FILENO, graph);
+        return LoadDescriptor(STDIN_FILENO, graph, noted);
     const Fd file(open(name.constData(), O_RDONLY | O_CLOEXEC | O_NOCTTY));
-    return file.IsOpen() ? LoadDescriptor(file.Get(), graph) : SystemReason();
+    return file.IsOpen() ? LoadDescriptor(file.Get(), graph, noted) : SystemReason();
 }
 
 } // namespace tools

@@ -15,7 +15,8 @@ namespace tools {
 /// bytes, whatever its size. A packed one that is cut or damaged is what could be unpacked of it.
 /// @param name   local name, or kStandardStream for what the standard input holds up to its end
 /// @param graph  receives it
+/// @param error  receives the errno of a read that failed, else 0; may be null
 /// @return empty, or why it was not loaded
-QString LoadGraph(const QByteArray& name, PlfGraph* graph);
+QString LoadGraph(const QByteArray& name, PlfGraph* graph, int* error = nullptr);
 
 } // namespace tools
