@@ -5,6 +5,7 @@
 #include "python/failure.h"
 #include "tools/common/filename.h"
 #include "tools/convert/convert.h"
+#include "tools/convert/environment.h"
 #include "tools/convert/output.h"
 #include "tools/convert/picture.h"
 
@@ -54,6 +55,13 @@ std::string InOurNames(const QString& problem)
     return text.toStdString();
 }
 
+void CheckSourceDate()
+{
+    const QString problem = convert::SourceDateProblem();
+    if (!problem.isEmpty())
+        throw SettingsFailure{problem.toStdString()};
+}
+
 // A file may have the name that stands for the standard output.
 QByteArray LocalName(const std::string& name)
 {
@@ -86,6 +94,7 @@ QImage Render(const Graph& graph, const convert::PictureSettings& settings)
 
 QByteArray Draw(const Graph& graph, const convert::Options& options)
 {
+    CheckSourceDate();
     QBuffer buffer;
     buffer.open(QIODevice::WriteOnly);
     DrawOn(graph, options, &buffer);
@@ -94,6 +103,7 @@ QByteArray Draw(const Graph& graph, const convert::Options& options)
 
 void Save(const Graph& graph, const convert::Options& options, const std::string& name)
 {
+    CheckSourceDate();
     const QByteArray local = LocalName(name);
     const QString problem = convert::OutputProblem({{}, local, options.format});
     if (!problem.isEmpty())

@@ -59,7 +59,6 @@ private slots:
     void merge_pages_areInNaturalOrder();
     void merge_list_keepsItsOrder();
     void merge_sourceDate_makesTheSameDocument();
-    void merge_sourceDateBefore1970_isNone();
     void merge_graphThatFails_hasNoPage();
     void merge_outputs_data();
     void merge_outputs();
@@ -151,15 +150,6 @@ void TestBinding::merge_sourceDate_makesTheSameDocument()
     environment.insert(Text("SOURCE_DATE_EPOCH"), Text("1000000001"));
     ConvertWell("--merge b.pdf -r in");
     QVERIFY(ReadFile(Path("b.pdf")) != ReadFile(Path("a.pdf")));
-}
-
-void TestBinding::merge_sourceDateBefore1970_isNone()
-{
-    WriteNumbered();
-    environment.insert(Text("SOURCE_DATE_EPOCH"), Text("-1"));
-    ConvertWell("--merge a.pdf -r in");
-    const QByteArray information = Tool("pdfinfo", {Text("-rawdates"), Text("a.pdf")});
-    QVERIFY2(information.contains("D:2"), information.constData());
 }
 
 void TestBinding::merge_graphThatFails_hasNoPage()

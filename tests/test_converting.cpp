@@ -92,6 +92,8 @@ private slots:
     void workerThatIsKilled_costsItsFileAndIsTold();
     void help_onAFullDisk_isAFailure();
     void count_onAFullDisk_isAFailure();
+    void sourceDateThatIsWrong_isCode2_data();
+    void sourceDateThatIsWrong_isCode2();
     void fontsThatAreMissing_areToldWhereTextsAre();
     void timeout_inputThatNeverEnds_costsOnlyItself();
     void timeout_graphThatTakesLong_leavesNothing();
@@ -471,6 +473,35 @@ void TestConverting::count_onAFullDisk_isAFailure()
     QCOMPARE(call.errors, QByteArray("plfconvert: cannot write output: No space left on device\n"));
     QCOMPARE(call.code, 1);
     QVERIFY(QFile::exists(Path("out/a.png")) && QFile::exists(Path("out/b.png")));
+}
+
+void TestConverting::sourceDateThatIsWrong_isCode2_data()
+{
+    QTest::addColumn<QString>("date");
+    for (const char* date :
+         {"abc", "-1", "1.5", " 1", "1 ", "253402300800", "99999999999999999999"})
+        QTest::newRow(date) << Text(date);
+}
+
+void TestConverting::sourceDateThatIsWrong_isCode2()
+{
+    QFETCH(QString, date);
+    Write(Path("a.plf"), SmallGraph());
+    environment.insert(Text("SOURCE_DATE_EPOCH"), date);
+    const Call call = Run("a.plf a.pdf");
+    QCOMPARE(
+        call.errors,
+        QStringLiteral("plfconvert: SOURCE_DATE_EPOCH '%1': expected a number of seconds since "
+                       "1970, at most 253402300799\nTry 'plfconvert --help'.\n")
+            .arg(date)
+            .toUtf8());
+    QCOMPARE(call.code, 2);
+    QCOMPARE(Entries(), QStringList(Text("a.plf")));
+    QCOMPARE(Run("--help").code, 0);
+    for (const char* right : {"0", "253402300799", ""}) {
+        environment.insert(Text("SOURCE_DATE_EPOCH"), Text(right));
+        ConvertWell("a.plf a.pdf");
+    }
 }
 
 // The configuration of the fonts' library names no folder.

@@ -276,7 +276,7 @@ class Graph:
         :param min_line_width: the thinnest line, in the file's line widths; by default 5 for EPS, else 0
         :param dots: draw vectors of no length in EPS, as in all other formats
         :param quality: of a JPEG, 1 to 100
-        :raises ValueError: for a setting without a meaning, or a name with a zero byte
+        :raises ValueError: for a setting without a meaning, a name with a zero byte, or a SOURCE_DATE_EPOCH that is no time
         :raises OSError: when the file cannot be written; FileExistsError for the name of a graph, which is never replaced
 
         The other settings are those of :meth:`render`.

@@ -145,6 +145,14 @@ def test_texts_are_texts(setting):
             assert setting in str(raised.value) and "_core" not in str(raised.value)
 
 
+def test_a_source_date_that_is_wrong(tmp_path, monkeypatch):
+    monkeypatch.setenv("SOURCE_DATE_EPOCH", "abc")
+    for target in (tmp_path / "a.pdf", io.BytesIO()):
+        with pytest.raises(ValueError, match="^SOURCE_DATE_EPOCH 'abc': expected"):
+            TRIANGLE.save(target, format="pdf")
+    assert not any(tmp_path.iterdir())
+
+
 def test_formats(tmp_path):
     with pytest.raises(ValueError, match="unknown extension"):
         TRIANGLE.save(tmp_path / "picture")

@@ -10,6 +10,7 @@
 #include <langinfo.h>
 #include <sys/resource.h>
 
+#include <algorithm>
 #include <clocale>
 #include <cstring>
 #include <mutex>
@@ -17,6 +18,14 @@
 namespace convert {
 
 namespace {
+
+constexpr char kSourceDate[] = "SOURCE_DATE_EPOCH";
+constexpr qint64 kLatestDate = 253'402'300'799; // the end of 9999: years have four digits
+
+bool IsDigit(char character)
+{
+    return character >= '0' && character <= '9';
+}
 
 // Of the keeper that lives.
 QString* kept = nullptr;
@@ -82,11 +91,22 @@ std::shared_ptr<void> StartQt(char** argv)
 
 std::optional<QDateTime> SourceDate()
 {
-    bool isNumber = false;
-    const qint64 seconds = qgetenv("SOURCE_DATE_EPOCH").toLongLong(&isNumber);
-    if (!isNumber || seconds < 0)
+    const QByteArray text = qgetenv(kSourceDate);
+    const bool isNumber = std::all_of(text.begin(), text.end(), IsDigit);
+    bool fits = false; // an empty text never does
+    const qint64 seconds = text.toLongLong(&fits);
+    if (!isNumber || !fits || seconds > kLatestDate)
         return std::nullopt;
     return QDateTime::fromSecsSinceEpoch(seconds, Qt::UTC);
+}
+
+QString SourceDateProblem()
+{
+    const QString text = tools::DecodeName(qgetenv(kSourceDate));
+    if (text.isEmpty() || SourceDate())
+        return {};
+    return QStringLiteral("%1 '%2': expected a number of seconds since 1970, at most %3")
+        .arg(QLatin1StringView(kSourceDate), text, QString::number(kLatestDate));
 }
 
 MessageKeeper::MessageKeeper()

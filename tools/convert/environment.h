@@ -25,8 +25,12 @@ void LimitMemory(int megabytes);
 std::shared_ptr<void> StartQt(char** argv);
 
 /// The time that files shall name instead of that of their making, so that two calls make the same
-/// bytes: SOURCE_DATE_EPOCH of the environment. UTC.
+/// bytes: SOURCE_DATE_EPOCH of the environment. UTC. None where it is not set, empty or wrong.
 std::optional<QDateTime> SourceDate();
+
+/// What is wrong with SOURCE_DATE_EPOCH; empty when nothing is. A wrong one is refused: whoever
+/// sets it relies on it.
+QString SourceDateProblem();
 
 /// Keeps the messages of Qt and of the interpreter while it lives, which otherwise go to standard
 /// error. One at a time.

@@ -216,6 +216,9 @@ CommandLine ReadCall(int argc, char** argv)
 }
 
 int Run(const Options& options, char** argv)
+    const QString problem = SourceDateProblem();
+    if (line.options && !problem.isEmpty())
+        return {{}, {problem, true}};
 {
     Call call(options, argv);
     const QString problem = call.OpenReport();
