@@ -59,6 +59,8 @@ private slots:
     void merge_pages_areInNaturalOrder();
     void merge_list_keepsItsOrder();
     void merge_sourceDate_makesTheSameDocument();
+    void merge_otherExtensions_areWritten_data();
+    void merge_otherExtensions_areWritten();
     void merge_graphThatFails_hasNoPage();
     void merge_outputs_data();
     void merge_outputs();
@@ -150,6 +152,22 @@ void TestBinding::merge_sourceDate_makesTheSameDocument()
     environment.insert(Text("SOURCE_DATE_EPOCH"), Text("1000000001"));
     ConvertWell("--merge b.pdf -r in");
     QVERIFY(ReadFile(Path("b.pdf")) != ReadFile(Path("a.pdf")));
+}
+
+void TestBinding::merge_otherExtensions_areWritten_data()
+{
+    QTest::addColumn<QString>("output");
+    QTest::newRow("none") << Text("graphs");
+    QTest::newRow("unknown") << Text("graphs.new");
+    QTest::newRow("capital letters") << Text("graphs.PDF");
+}
+
+void TestBinding::merge_otherExtensions_areWritten()
+{
+    QFETCH(QString, output);
+    Write(Path("a.plf"), SmallGraph());
+    QCOMPARE(Run({Text("--merge"), output, Text("a.plf")}).code, 0);
+    QVERIFY(ReadFile(Path(output)).startsWith("%PDF-"));
 }
 
 void TestBinding::merge_graphThatFails_hasNoPage()
@@ -291,6 +309,8 @@ void TestBinding::binding_thatIsWrong_isToldWhy_data()
     row("--merge a.pdf", "no graph given");
     row("--merge= a.plf", "--merge '': expected a file");
     row("--merge a.png -f png a.plf", "--merge makes PDF files only");
+    row("--merge a.png a.plf", "--merge makes PDF files only");
+    row("--merge a.pdf/b.JPG a.plf", "--merge makes PDF files only");
     row("--merge a.pdf -d out a.plf", "needs neither --output-dir nor --pattern");
     row("--merge a.pdf --update a.plf", "leave out --no-clobber and --update");
     row("--merge a.pdf --contact-sheet 2x2 a.plf b.png", "cannot be combined");

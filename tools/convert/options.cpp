@@ -272,7 +272,7 @@ QString TakeNames(const QStringList& arguments, Options* options)
 QString FindFormat(Options* options)
 {
     if (options->merge && !options->namedFormat)
-        options->namedFormat = Format::kPdf;
+        options->namedFormat = FormatOfName(options->output).value_or(Format::kPdf);
     const QString name =
         options->output.isEmpty() ? ExpandPattern(options->Pattern(), {}) : options->output;
     const auto format = options->namedFormat ? options->namedFormat : FormatOfName(name);
