@@ -61,6 +61,7 @@ private slots:
     void merge_sourceDate_makesTheSameDocument();
     void merge_otherExtensions_areWritten_data();
     void merge_otherExtensions_areWritten();
+    void merge_outputThatNobodyReads_endsSilently();
     void merge_graphThatFails_hasNoPage();
     void merge_outputs_data();
     void merge_outputs();
@@ -170,6 +171,21 @@ void TestBinding::merge_otherExtensions_areWritten()
     QVERIFY(ReadFile(Path(output)).startsWith("%PDF-"));
 }
 
+void TestBinding::merge_outputThatNobodyReads_endsSilently()
+{
+    Write(Path("a.plf"), SmallGraph());
+    Write(Path("b.plf"), SmallGraph());
+    QVERIFY(QDir(folder->path()).mkpath(Text("temporary")));
+    environment.insert(Text("TMPDIR"), Path("temporary"));
+    for (const char* output : {"-", "c.pdf"}) {
+        const Call call = RunUnread(QStringLiteral("--merge %1 a.plf b.plf").arg(Text(output)));
+        QCOMPARE(call.errors, QByteArray());
+        QCOMPARE(call.code, kEndedByPipe);
+        QCOMPARE(QDir(Path("temporary")).entryList({Text("plf*")}, QDir::Dirs), QStringList());
+    }
+    QVERIFY(ReadFile(Path("c.pdf")).startsWith("%PDF-"));
+}
+
 void TestBinding::merge_graphThatFails_hasNoPage()
 {
     WriteNumbered();
@@ -206,9 +222,10 @@ void TestBinding::merge_outputs()
     QCOMPARE(call.errors, "plfconvert: " + message + '\n');
     QCOMPARE(call.code, 1);
     QCOMPARE(ReadFile(Path("a.plf")), SmallGraph());
-    const Call stream = Run("--merge - -q a.plf");
+    const Call stream = Run("--merge - a.plf a.plf");
     QCOMPARE(stream.code, 0);
-    QVERIFY(stream.output.startsWith("%PDF-"));
+    QVERIFY(stream.output.startsWith("%PDF-") && stream.output.trimmed().endsWith("%%EOF"));
+    QCOMPARE(stream.errors, QByteArray("2 files: 2 converted, 0 failed\n"));
 }
 
 void TestBinding::merge_failure_keepsTheOldDocument()

@@ -92,6 +92,11 @@ private slots:
     void workerThatIsKilled_costsItsFileAndIsTold();
     void help_onAFullDisk_isAFailure();
     void count_onAFullDisk_isAFailure();
+    void report_onAFullDisk_isToldWhy_data();
+    void report_onAFullDisk_isToldWhy();
+    void outputThatNobodyReads_endsSilently_data();
+    void outputThatNobodyReads_endsSilently();
+    void pipeThatNobodyReads_costsOnlyItself();
     void sourceDateThatIsWrong_isCode2_data();
     void sourceDateThatIsWrong_isCode2();
     void fontsThatAreMissing_areToldWhereTextsAre();
@@ -473,6 +478,73 @@ void TestConverting::count_onAFullDisk_isAFailure()
     QCOMPARE(call.errors, QByteArray("plfconvert: cannot write output: No space left on device\n"));
     QCOMPARE(call.code, 1);
     QVERIFY(QFile::exists(Path("out/a.png")) && QFile::exists(Path("out/b.png")));
+}
+
+void TestConverting::report_onAFullDisk_isToldWhy_data()
+{
+    QTest::addColumn<QString>("options");
+    QTest::addColumn<QByteArray>("message");
+    QTest::newRow("the output") << Text("--report json")
+                                << QByteArray("cannot write output: No space left on device");
+    QTest::newRow("a file") << Text("--report-file /dev/full")
+                            << QByteArray("/dev/full: No space left on device");
+}
+
+void TestConverting::report_onAFullDisk_isToldWhy()
+{
+    QFETCH(QString, options);
+    QFETCH(QByteArray, message);
+    Write(Path("a.plf"), SmallGraph());
+    const Call call =
+        RunWithFullOutput(options.split(u' ') + QStringList{Text("a.plf"), Text("a.png")});
+    QCOMPARE(call.errors, "plfconvert: " + message + '\n');
+    QCOMPARE(call.code, 1);
+    QVERIFY(QFile::exists(Path("a.png")));
+}
+
+void TestConverting::outputThatNobodyReads_endsSilently_data()
+{
+    QTest::addColumn<QString>("arguments");
+    QTest::addColumn<QStringList>("left");
+    const QStringList graphs = {Text("a.plf"), Text("b.plf")};
+    const QStringList pictures = {Text("a.plf"), Text("a.png"), Text("b.plf"), Text("b.png")};
+    for (const char* format : {"png", "jpeg", "svg", "pdf", "eps"})
+        QTest::newRow(format) << QStringLiteral("-f %1 a.plf -").arg(Text(format)) << graphs;
+    QTest::newRow("count") << Text("-d . a.plf b.plf") << pictures;
+    QTest::newRow("report") << Text("-q --report json -d . a.plf b.plf") << pictures;
+}
+
+// As every program ends whose reader has seen enough.
+void TestConverting::outputThatNobodyReads_endsSilently()
+{
+    QFETCH(QString, arguments);
+    QFETCH(QStringList, left);
+    Write(Path("a.plf"), SmallGraph());
+    Write(Path("b.plf"), SmallGraph());
+    const Call call = RunUnread(arguments);
+    QCOMPARE(call.errors, QByteArray());
+    QCOMPARE(call.code, kEndedByPipe);
+    QCOMPARE(Entries(), left);
+}
+
+// It is not the standard output.
+void TestConverting::pipeThatNobodyReads_costsOnlyItself()
+{
+    Write(Path("a.plf"), SmallGraph());
+    Write(Path("b.plf"), Sample(Text("walk.plf")));
+    Write(Path("c.plf"), SmallGraph());
+    QCOMPARE(mkfifo(Path("b.svg").toLocal8Bit().constData(), 0600), 0);
+    const int reader =
+        open(Path("b.svg").toLocal8Bit().constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    QVERIFY(reader >= 0);
+    QProcess process;
+    Start(&process, Text("-j 1 -f svg -d . a.plf b.plf c.plf").split(u' '));
+    char byte = 0;
+    QTRY_VERIFY_WITH_TIMEOUT(read(reader, &byte, 1) == 1, kTimeout);
+    close(reader);
+    const Call call = Finish(&process);
+    QCOMPARE(call.output, QByteArray("3 files: 2 converted, 1 failed\n"));
+    QCOMPARE(call.code, 1);
 }
 
 void TestConverting::sourceDateThatIsWrong_isCode2_data()

@@ -64,6 +64,12 @@ Call ToolTest::RunWithFullOutput(const QStringList& arguments) const
     return Finish(&process);
 }
 
+// The reader has ended before the program begins; the shell says by which signal that ends.
+Call ToolTest::RunUnread(const QString& arguments) const
+{
+    return RunLine(Text("exec 3> >(true); wait $!; \"$0\" %1 >&3; exit $?").arg(arguments));
+}
+
 Call ToolTest::RunLine(const QString& line) const
 {
     QProcess shell;

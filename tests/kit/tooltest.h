@@ -11,9 +11,13 @@
 #include <QStringList>
 #include <QTemporaryDir>
 
+#include <csignal>
 #include <optional>
 
 constexpr int kTimeout = 120000; // milliseconds; sanitizers on a busy machine are slow
+
+/// The exit code of a call that ended because nobody read its output.
+constexpr int kEndedByPipe = 128 + SIGPIPE;
 
 /// How a call ended.
 struct Call {
@@ -45,6 +49,8 @@ protected:
 
     /// The same with a standard output on which nothing can be written.
     Call RunWithFullOutput(const QStringList& arguments) const;
+    /// The same with one that nobody reads any more.
+    [[nodiscard]] Call RunUnread(const QString& arguments) const;
     /// Runs a line of bash, in which "$0" is the program.
     Call RunLine(const QString& line) const;
 

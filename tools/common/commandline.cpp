@@ -11,6 +11,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <csignal>
 #include <cstdio>
 #include <cstring>
 
@@ -136,13 +137,16 @@ int Fail(ExitCode code, const QString& reason)
     return code;
 }
 
-bool FinishOutput()
+bool FinishOutput(int earlier)
 {
     errno = 0;
     const bool flushed = fflush(stdout) == 0 && CloseCopy(STDOUT_FILENO);
     if (flushed && ferror(stdout) == 0)
         return true;
-    const char* reason = flushed ? "an earlier write failed" : strerror(errno);
+    const int error = earlier != 0 ? earlier : errno;
+    if (error == EPIPE)
+        raise(SIGPIPE);
+    const char* reason = error == 0 ? "an earlier write failed" : strerror(error);
     PrintError(QByteArray("cannot write output: ") + reason);
     return false;
 }

@@ -193,9 +193,10 @@ void PrintError(const QByteArray& text);
 int Fail(ExitCode code, const QString& reason);
 
 /// Writes what was printed on the standard output. If that, or an earlier write, failed, it prints
-/// so.
+/// so. Where SIGPIPE was ignored in between, an output that nobody reads ends the process here.
+/// @param earlier  the errno of the earlier write, where somebody has noted it
 /// @return whether all has been written
-bool FinishOutput();
+bool FinishOutput(int earlier = 0);
 
 /// Prints a reply and returns the exit code.
 int PrintReply(const Reply& reply);

@@ -109,7 +109,8 @@ bool BindPictures(const Pictures& pictures, const Options& options,
         },
         [&](int file) {
             unlink(TemporaryName(document.NameOf(file), TokenOf(token, file)).constData());
-        }};
+        },
+        options.WritesToOutput()};
     *result = RunWorkers(document.FileCount(), options.workers, tasks);
     return isWritten && result->started && result->signal == 0;
 }

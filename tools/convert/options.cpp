@@ -290,7 +290,7 @@ QString CheckFormat(const Options& options)
         return Text("--merge makes PDF files only");
     if (options.grid && options.format != Format::kPng && options.format != Format::kJpeg)
         return Text("--contact-sheet makes PNG and JPEG files only");
-    if (options.grid && options.output == QLatin1StringView(tools::kStandardStream))
+    if (options.grid && options.WritesToOutput())
         return Text("--contact-sheet needs the name of a file");
     if (options.format == Format::kJpeg && picture.background == Background::kTransparent)
         return Text("a JPEG cannot be transparent");
@@ -320,8 +320,7 @@ QString CheckSize(const Options& options)
 
 bool WritesReportOverPicture(const Options& options)
 {
-    return options.report && options.ReportsToOutput() &&
-           options.output == QLatin1StringView(tools::kStandardStream);
+    return options.report && options.ReportsToOutput() && options.WritesToOutput();
 }
 
 QString Complete(const QStringList& arguments, Options* options)
@@ -343,6 +342,11 @@ QString Complete(const QStringList& arguments, Options* options)
 QString Options::Pattern() const
 {
     return pattern.value_or(Text(kDefaultPattern));
+}
+
+bool Options::WritesToOutput() const
+{
+    return output == QLatin1StringView(tools::kStandardStream);
 }
 
 bool Options::ReportsToOutput() const

@@ -43,6 +43,8 @@ struct Options {
     [[nodiscard]] QString Pattern() const;
     /// Whether many graphs have one output.
     [[nodiscard]] bool IsBound() const { return merge || grid; }
+    /// Whether there is one picture or document, which goes to the standard output.
+    [[nodiscard]] bool WritesToOutput() const;
     /// Whether the report, if there is one, goes to the standard output.
     [[nodiscard]] bool ReportsToOutput() const;
 };

@@ -67,7 +67,7 @@ void Progress::Finish(End end)
     if (end == End::kNotStarted)
         failed += count - DoneCount();
     bar.Clear();
-    if (target != CountTo::kNowhere)
+    if (target != CountTo::kNowhere && end != End::kUnread)
         fprintf(target == CountTo::kOutput ? stdout : stderr, "%s\n", Summary(end).constData());
 }
 

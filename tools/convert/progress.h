@@ -15,8 +15,8 @@ namespace convert {
 class Progress
 {
 public:
-    /// How a call ended.
-    enum class End { kDone, kInterrupted, kNotStarted };
+    /// How a call ended; kUnread: its output lost the reader, which nobody needs to be told.
+    enum class End { kDone, kInterrupted, kUnread, kNotStarted };
     /// Where the count goes.
     enum class CountTo { kNowhere, kOutput, kErrors };
 

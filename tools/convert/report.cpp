@@ -37,9 +37,9 @@ double Rounded(double seconds)
     return std::round(seconds * kSteps) / kSteps;
 }
 
-QString SystemReason()
+QString Reason(int error)
 {
-    return QString::fromLocal8Bit(strerror(errno));
+    return QString::fromLocal8Bit(strerror(error));
 }
 
 } // namespace
@@ -68,7 +68,7 @@ QString Report::Open(const QByteArray& name)
         return QStringLiteral("is a graph; graphs are never overwritten");
     file.reset(fopen(name.constData(), "we"));
     stream = file.get();
-    return stream == nullptr ? SystemReason() : QString();
+    return stream == nullptr ? Reason(errno) : QString();
 }
 
 // A reader sees every graph that is done, also while the next ones take their time.
@@ -77,16 +77,19 @@ void Report::Add(const Job& job, const Outcome& outcome)
     if (stream == nullptr)
         return;
     const QByteArray line = ReportLine(job, outcome);
-    fwrite(line.constData(), 1, static_cast<size_t>(line.size()), stream);
-    fflush(stream);
+    const auto size = static_cast<size_t>(line.size());
+    const bool isWritten = fwrite(line.constData(), 1, size, stream) == size && fflush(stream) == 0;
+    if (!isWritten && error == 0)
+        error = errno;
 }
 
 QString Report::Close()
 {
-    const bool failed = file != nullptr && ferror(file.get()) != 0;
-    if (file != nullptr && fclose(file.release()) != 0)
-        return SystemReason();
-    return failed ? QStringLiteral("not everything could be written") : QString();
+    if (file == nullptr)
+        return {};
+    if (fclose(file.release()) != 0 && error == 0)
+        error = errno;
+    return error == 0 ? QString() : Reason(error);
 }
 
 } // namespace convert

@@ -28,8 +28,11 @@ public:
     /// @return empty, or why not everything was written to its file. The standard output is its
     ///         owner's to finish.
     QString Close();
+    /// The errno of the first line that could not be written; 0 without one.
+    [[nodiscard]] int Error() const { return error; }
 
 private:
+    int error = 0;
     FilePtr file;
     FILE* stream = nullptr;
 };

@@ -39,6 +39,8 @@ public:
     QString OpenReport();
     WorkResult Run();
     QString CloseReport();
+    /// The errno of a report to the standard output that failed; 0 without one.
+    [[nodiscard]] int ReportError() const { return options.ReportsToOutput() ? report.Error() : 0; }
     void RemoveTemporary() { temporary.reset(); }
     [[nodiscard]] bool HasFailures() const { return progress.FailureCount() > 0 || !isBound; }
 
@@ -80,16 +82,19 @@ Outcome Call::ConvertOne(int index) const
 
 Progress::End EndOf(const WorkResult& result)
 {
+    if (result.signal == SIGPIPE)
+        return Progress::End::kUnread;
     if (result.signal != 0)
         return Progress::End::kInterrupted;
     return result.started ? Progress::End::kDone : Progress::End::kNotStarted;
 }
 
-// Where the count does not disturb a program that reads the report.
+// Where the count does not disturb a program that reads the report or a document.
 Progress::CountTo CountTarget(const Options& options)
 {
-    return options.report && options.ReportsToOutput() ? Progress::CountTo::kErrors
-                                                       : Progress::CountTo::kOutput;
+    return options.WritesToOutput() || (options.report && options.ReportsToOutput())
+               ? Progress::CountTo::kErrors
+               : Progress::CountTo::kOutput;
 }
 
 Call::Call(const Options& callOptions, char** argv)
@@ -184,7 +189,8 @@ WorkResult Call::Run()
                                        outcome.kind == Outcome::kConverted;
                                    Add(JobAt(index), outcome);
                                },
-                               [this](int index) { RemoveLeftovers(JobAt(index), index, rules); }};
+                               [this](int index) { RemoveLeftovers(JobAt(index), index, rules); },
+                               options.WritesToOutput() && !options.IsBound()};
     WorkResult result =
         RunWorkers(jobs, options.workers, tasks, std::chrono::seconds(options.timeout));
     if (options.IsBound() && EndOf(result) == Progress::End::kDone)
@@ -197,9 +203,7 @@ WorkResult Call::Run()
 
 bool WritesToTerminal(const Options& options)
 {
-    return IsBinary(options.format) &&
-           options.output == QLatin1StringView(tools::kStandardStream) &&
-           isatty(STDOUT_FILENO) == 1;
+    return IsBinary(options.format) && options.WritesToOutput() && isatty(STDOUT_FILENO) == 1;
 }
 
 } // namespace
@@ -212,13 +216,13 @@ CommandLine ReadCall(int argc, char** argv)
     CommandLine line = ReadCommandLine(tools::DecodeArguments(argc, argv));
     if (line.options && WritesToTerminal(*line.options))
         return {{}, {QStringLiteral("refusing to write a picture to a terminal"), true}};
+    const QString problem = SourceDateProblem();
+    if (line.options && !problem.isEmpty())
+        return {{}, {problem, true}};
     return line;
 }
 
 int Run(const Options& options, char** argv)
-    const QString problem = SourceDateProblem();
-    if (line.options && !problem.isEmpty())
-        return {{}, {problem, true}};
 {
     Call call(options, argv);
     const QString problem = call.OpenReport();
@@ -228,8 +232,8 @@ int Run(const Options& options, char** argv)
     const QString reportProblem = call.CloseReport();
     if (!reportProblem.isEmpty())
         tools::Fail(tools::kFailed, reportProblem);
-    const bool printed = tools::FinishOutput() && reportProblem.isEmpty();
-    call.RemoveTemporary();
+    call.RemoveTemporary(); // before the output, whose reader may have gone
+    const bool printed = tools::FinishOutput(call.ReportError()) && reportProblem.isEmpty();
     if (result.signal != 0)
         raise(result.signal); // so that a script sees what ended it
     if (!result.started)

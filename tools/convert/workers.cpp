@@ -346,6 +346,10 @@ void Pool::Replace(size_t index)
     workers.erase(workers.begin() + static_cast<std::ptrdiff_t>(index));
     const int status = Bury(ended);
     startFailed = startFailed || !ended.isReady;
+    if (tasks.writesOutput && WIFSIGNALED(status) && WTERMSIG(status) == SIGPIPE) {
+        interrupted = SIGPIPE;
+        return;
+    }
     if (ended.job != kNoJob) {
         tasks.abandoned(ended.job);
         Finish(ended, {Outcome::kFailed, ended.isLate ? LateReason(limit) : DeathReason(status)});

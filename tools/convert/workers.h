@@ -23,6 +23,9 @@ struct WorkerTasks {
     std::function<void(int job, const Outcome& outcome)> finished;
     /// A worker was ended in the middle of a job; called before finished.
     std::function<void(int job)> abandoned;
+    /// Whether the jobs write to the standard output: SIGPIPE then means that nobody reads it, and
+    /// ends the work.
+    bool writesOutput = false;
 };
 
 /// How the work as a whole ended.
