@@ -58,6 +58,13 @@ std::atomic<int> failures = 0;
 // Called before one fails.
 std::function<void()> beforeFailing;
 
+} // namespace
+
+// Sanitizers have allocations and threads of their own.
+#ifndef PLOTVW_SANITIZED
+
+namespace {
+
 bool Fails(size_t size)
 {
     if (size != failing || failures <= 0 || successes-- > 0 || failures-- <= 0)
@@ -68,9 +75,6 @@ bool Fails(size_t size)
 }
 
 } // namespace
-
-// Sanitizers have allocations and threads of their own.
-#ifndef PLOTVW_SANITIZED
 
 void* operator new(size_t size)
 {
