@@ -72,13 +72,16 @@ void PaintDotOnPixels(QPainter& painter, int x, int y)
     painter.fillPath(path, pen.brush());
 }
 
+// Of a place far away or none, both are false.
 bool IsPutBeside(const QPainter& painter, int x, int y)
 {
+    constexpr double kHalf = 0.5; // the nearest pixel is the one after the last
+    const auto isBeside = [](double place, int pixels) {
+        return place >= pixels - kHalf && IsWithin(place, pixels);
+    };
     const QPointF point = painter.deviceTransform().map(QPointF(x, y));
-    const QPoint nearest = point.toPoint();
     const QSize picture = SizeOf(*painter.device());
-    return (nearest.x() == picture.width() && IsWithin(point.x(), picture.width())) ||
-           (nearest.y() == picture.height() && IsWithin(point.y(), picture.height()));
+    return isBeside(point.x(), picture.width()) || isBeside(point.y(), picture.height());
 }
 
 void PaintDotOnPaper(QPainter& painter, int x, int y)

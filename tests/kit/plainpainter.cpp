@@ -66,7 +66,7 @@ bool IsLost(const QPainter& painter, const QPoint& at)
 {
     const QPointF place = QPointF(at) * painter.deviceTransform();
     const auto isLost = [](double along, int pixels) {
-        return qRound(along) == pixels && (along < pixels || OnEdge(along, pixels));
+        return along >= pixels - 0.5 && (along < pixels || OnEdge(along, pixels));
     };
     return isLost(place.x(), painter.device()->width()) ||
            isLost(place.y(), painter.device()->height());
