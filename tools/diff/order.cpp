@@ -100,11 +100,6 @@ struct Both {
     const std::vector<TextPair>& texts;
 };
 
-size_t CountFound(const Side& side)
-{
-    return static_cast<size_t>(std::count(side.fates.begin(), side.fates.end(), Fate::kFound));
-}
-
 // Whether what the first drawing has stands in the same order in the second.
 bool HasSameOrder(const Both& both)
 {
@@ -128,7 +123,7 @@ bool HasSameOrder(const Both& both)
 // Whether that is all of the second one, each piece once.
 bool HasSamePieces(const Both& both)
 {
-    if (CountFound(both.first.side) != CountFound(both.second.side) ||
+    if (both.first.side.Count(Fate::kFound) != both.second.side.Count(Fate::kFound) ||
         both.first.texts.size() != both.second.texts.size())
         return false;
     bool isSame = true;
@@ -251,7 +246,7 @@ Squares CompareTops(const Both& both)
     both.second.VisitStrokes([&](const Stroke& stroke) { two.Paint(stroke); });
     std::optional<Raster> others;
     for (const Side* side : {&both.first.side, &both.second.side}) {
-        if (CountFound(*side) == side->Size())
+        if (side->Count(Fate::kFound) == side->Size())
             continue;
         if (!others)
             others.emplace(kUnitSquares);

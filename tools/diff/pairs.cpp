@@ -143,11 +143,6 @@ private:
     uint32_t lastOther = kNoPartner; // what it was paired with
 };
 
-size_t CountOf(const Side& side, Fate fate)
-{
-    return static_cast<size_t>(std::count(side.fates.begin(), side.fates.end(), fate));
-}
-
 // The middle one, or the mean of the two in the middle.
 double Median(std::vector<double>* values)
 {
@@ -166,11 +161,11 @@ void PairChanges(const Rules& rules, Side* first, Side* second, const Partners& 
     Pairing pairing(rules, first, second, partners);
     for (const uint32_t number : first->Alone())
         pairing.Pair(number);
-    result->counts.gone = CountOf(*first, Fate::kAlone);
-    result->counts.come = CountOf(*second, Fate::kAlone);
-    result->counts.moved = CountOf(*first, Fate::kMoved);
-    result->counts.recolored = CountOf(*first, Fate::kRecolored);
-    result->counts.rewidened = CountOf(*first, Fate::kRewidened);
+    result->counts.gone = first->Count(Fate::kAlone);
+    result->counts.come = second->Count(Fate::kAlone);
+    result->counts.moved = first->Count(Fate::kMoved);
+    result->counts.recolored = first->Count(Fate::kRecolored);
+    result->counts.rewidened = first->Count(Fate::kRewidened);
     if (!pairing.Moves().empty()) {
         result->farthest = *std::max_element(pairing.Moves().begin(), pairing.Moves().end());
         result->medianMove = Median(&pairing.Moves());

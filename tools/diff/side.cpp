@@ -2,6 +2,7 @@
 // SPDX-FileCopyrightText: 2026 plotvw contributors
 #include "tools/diff/side.h"
 
+#include <algorithm>
 #include <stdexcept>
 
 namespace diff {
@@ -35,6 +36,11 @@ std::vector<uint32_t> Side::Alone() const
             alone.push_back(i);
     }
     return alone;
+}
+
+size_t Side::Count(Fate fate) const
+{
+    return static_cast<size_t>(std::count(fates.begin(), fates.end(), fate));
 }
 
 } // namespace diff

@@ -60,6 +60,8 @@ struct Side {
     [[nodiscard]] size_t Size() const { return drawing.vectors.size(); }
     /// The numbers of the vectors that are in this drawing only, as far as is known.
     [[nodiscard]] std::vector<uint32_t> Alone() const;
+    /// How many vectors met that fate.
+    [[nodiscard]] size_t Count(Fate fate) const;
 
     const PlfDrawing& drawing;
     std::vector<uint16_t> looks; // of each vector
